@@ -1,0 +1,21 @@
+# One set of compiler options for everything this project compiles itself.
+add_library(zq_options INTERFACE)
+target_compile_features(zq_options INTERFACE cxx_std_20)
+target_compile_options(zq_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wformat=2 -Werror
+  # Exception locations name files as they lie in the source tree, on whatever machine they were built.
+  "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=")
+
+if(WIN32)
+  # C99 formatting, and the narrow system functions of Windows 7 and later.
+  target_compile_definitions(zq_options INTERFACE
+    __USE_MINGW_ANSI_STDIO=1 WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
+  # The run-time goes into each program and library: they depend on system DLLs alone.
+  target_link_options(zq_options INTERFACE -static)
+endif()
+
+set(ZQ_SANITIZE "" CACHE STRING "Sanitizers to build with, as -fsanitize= takes them")
+if(ZQ_SANITIZE)
+  add_compile_options(-fsanitize=${ZQ_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=${ZQ_SANITIZE})
+endif()

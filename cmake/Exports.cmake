@@ -1,0 +1,21 @@
+# zq_exports(<target> <file>.def): the library exports the names in the .def file, in the folder of the calling
+# CMakeLists.txt, and no others. Windows takes the file as it is; elsewhere it is turned into a linker version script.
+function(zq_exports target definition)
+  set(definition "${CMAKE_CURRENT_SOURCE_DIR}/${definition}")
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${definition}")
+  if(WIN32)
+    target_sources(${target} PRIVATE "${definition}")
+    return()
+  endif()
+  file(STRINGS "${definition}" names REGEX "^ +[A-Za-z_0-9]+ *$")
+  list(TRANSFORM names STRIP)
+  list(JOIN names "; " names)
+  set(script "${CMAKE_CURRENT_BINARY_DIR}/${target}.map")
+  file(CONFIGURE OUTPUT "${script}" CONTENT "{ global: @names@; local: *; };\n" @ONLY)
+  target_link_options(${target} PRIVATE "-Wl,--version-script=${script}")
+  # A sanitizer's run-time comes with the program that loads the library.
+  if(NOT ZQ_SANITIZE)
+    target_link_options(${target} PRIVATE -Wl,-z,defs)
+  endif()
+  set_target_properties(${target} PROPERTIES LINK_DEPENDS "${script}")
+endfunction()

@@ -1,0 +1,41 @@
+# Test programs: GoogleTest, found as Debian's library natively and built from Debian's source package for Windows.
+if(CMAKE_CROSSCOMPILING OR ZQ_SANITIZE)
+  set(INSTALL_GTEST OFF)
+  add_subdirectory(/usr/src/googletest "${PROJECT_BINARY_DIR}/googletest" EXCLUDE_FROM_ALL SYSTEM)
+else()
+  find_package(GTest REQUIRED)
+endif()
+
+add_library(zq_test_support STATIC "${PROJECT_SOURCE_DIR}/tests/support/TestMain.cpp")
+target_include_directories(zq_test_support PUBLIC "${PROJECT_SOURCE_DIR}/tests")
+target_link_libraries(zq_test_support PUBLIC zqcore zq_options GTest::gmock)
+
+#
+# zq_test_program(<name> SOURCES... [LIBRARIES...]): a test program over the inner classes.
+# zq_test(<name> <program> [NETWORK] [TIMEOUT <seconds>] [ARGS...]): one CTest entry for it; NETWORK runs it in a
+# network namespace of its own, the only place where anything may broadcast.
+include(CMakeParseArguments)
+function(zq_test_program name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LIBRARIES" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  target_link_libraries(${name} PRIVATE zq_test_support ${ARG_LIBRARIES})
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/tests")
+endfunction()
+
+function(zq_test name program)
+  cmake_parse_arguments(ARG "NETWORK" "TIMEOUT" "ARGS" ${ARGN})
+  set(launcher "")
+  if(ARG_NETWORK)
+    set(launcher "${PROJECT_SOURCE_DIR}/scripts/netns")
+  endif()
+  if(NOT ARG_TIMEOUT)
+    set(ARG_TIMEOUT 120)
+  endif()
+  add_test(NAME "${ZQ_TEST_PREFIX}${name}"
+    COMMAND ${launcher} ${CMAKE_CROSSCOMPILING_EMULATOR} $<TARGET_FILE:${program}> ${ARG_ARGS})
+  set_tests_properties("${ZQ_TEST_PREFIX}${name}" PROPERTIES TIMEOUT ${ARG_TIMEOUT})
+  if(ARG_NETWORK AND CMAKE_CROSSCOMPILING)
+    # One at a time: see scripts/wine-run.
+    set_tests_properties("${ZQ_TEST_PREFIX}${name}" PROPERTIES RESOURCE_LOCK wine_netns)
+  endif()
+endfunction()

@@ -1,0 +1,111 @@
+// The module's three functions: they check, find the connection, call it and turn exceptions into numbers.
+#include <cstring>
+#include <memory>
+#include <mutex>
+#include <new>
+#include <unordered_map>
+
+#include "ZQAPI/ZQCommandModule.h"
+#include "ZQUdpConnection.h"
+#include "foundation/ZQException.h"
+#include "platform/Process.h"
+
+namespace ZQAPI {
+
+namespace {
+
+// The open connections. A connection that is in use lives on until that use is over. Thread-safe.
+class Connections {
+public:
+    ZQCCM_HANDLE Add(std::shared_ptr<CZQUdpConnection> connection) {
+        const std::lock_guard lock(m_mutex);
+        m_connections.emplace(++m_lastHandle, std::move(connection));
+        return m_lastHandle;
+    }
+
+    std::shared_ptr<CZQUdpConnection> Find(ZQCCM_HANDLE handle) const {
+        const std::lock_guard lock(m_mutex);
+        const auto found = m_connections.find(handle);
+        if (found == m_connections.end()) {
+            throw CZQException(ZQ_HERE("Connections::Find"), ZQ_ERR_CONNECTION_NOT_OPEN);
+        }
+        return found->second;
+    }
+
+    void Remove(ZQCCM_HANDLE handle) {
+        const std::lock_guard lock(m_mutex);
+        if (m_connections.erase(handle) == 0) {
+            throw CZQException(ZQ_HERE("Connections::Remove"), ZQ_ERR_CONNECTION_NOT_OPEN);
+        }
+    }
+
+private:
+    mutable std::mutex m_mutex;
+    std::unordered_map<ZQCCM_HANDLE, std::shared_ptr<CZQUdpConnection>> m_connections;
+    ZQCCM_HANDLE m_lastHandle = 0;
+};
+
+Connections& OpenConnections() {
+    static Connections connections;
+    return connections;
+}
+
+void RequireInput(const void* input) {
+    if (input == nullptr) {
+        throw CZQException(ZQ_HERE("RequireInput"), ZQ_ERR_NULL_INPUT);
+    }
+}
+
+void RequireOutput(const void* output) {
+    if (output == nullptr) {
+        throw CZQException(ZQ_HERE("RequireOutput"), ZQ_ERR_NULL_OUTPUT);
+    }
+}
+
+// No exception leaves the module: each becomes its number.
+template <class Body>
+std::int32_t ResultOf(Body&& body) noexcept {
+    try {
+        body();
+        return ZQ_OK;
+    } catch (const CZQException& exception) {
+        return exception.GetErrorNumber();
+    } catch (const std::bad_alloc&) {
+        return ZQ_ERR_OUT_OF_MEMORY;
+    } catch (...) {
+        return ZQ_ERR_UNEXPECTED;
+    }
+}
+
+}  // namespace
+
+}  // namespace ZQAPI
+
+std::int32_t ZQCCM_OpenCCM(const char* parameter, const char* address, ZQCCM_HANDLE* handle) {
+    return ZQAPI::ResultOf([&] {
+        ZQAPI::RequireInput(parameter);  // not used by this module
+        ZQAPI::RequireInput(address);
+        ZQAPI::RequireOutput(handle);
+        *handle = ZQAPI::OpenConnections().Add(std::make_shared<ZQAPI::CZQUdpConnection>(address));
+    });
+}
+
+std::int32_t ZQCCM_CloseCCM(ZQCCM_HANDLE handle) {
+    return ZQAPI::ResultOf([&] { ZQAPI::OpenConnections().Remove(handle); });
+}
+
+std::int32_t ZQCCM_SendCmd(ZQCCM_HANDLE handle, const char* command, char* answer, std::uint32_t answerSize) {
+    return ZQAPI::ResultOf([&] {
+        ZQAPI::RequireInput(command);
+        ZQAPI::RequireOutput(answer);
+        if (answerSize > 0) {
+            *answer = '\0';
+        }
+        const std::string text = ZQAPI::OpenConnections().Find(handle)->SendCommand(command);
+        if (text.size() >= answerSize) {
+            throw ZQAPI::CZQException(ZQ_HERE("ZQCCM_SendCmd"), ZQ_ERR_BUFFER_TOO_SMALL,
+                                      "NeededBytes=%zu, BufferSize=%u", text.size() + 1, answerSize);
+        }
+        std::memcpy(answer, text.c_str(), text.size() + 1);
+    });
+}

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "foundation/ZQString.h"
+
+namespace ZQAPI {
+
+// Where a camera is and how a command gets there, as a command address says it:
+//
+//     192.168.1.117                             unicast
+//     10.0.0.7:00A1B2C3D4E5@192.168.1.1         broadcast through the interface with the last address, for a
+//     camera
+//                                               with this hardware address that may be in a foreign subnet
+struct CZQUdpCameraAddress {
+    // ZQ_ERR_BAD_VALUE when the text has neither form; ZQ_ERR_HOST_LOOKUP for an IP address that is none.
+    explicit CZQUdpCameraAddress(const CZQString& text);
+
+    bool IsBroadcast() const noexcept { return !hardwareAddress.empty(); }
+
+    std::uint32_t addressBe = 0;  // the camera's; network byte order
+    std::string hardwareAddress;  // twelve digits as given, or empty for unicast
+    std::uint32_t localBe = 0;    // the interface's address; network byte order
+};
+
+// Length of a hardware address in requests and answers.
+inline constexpr std::size_t kHardwareAddressLength = 12;
+
+}  // namespace ZQAPI

@@ -1,0 +1,138 @@
+#include "ZQUdpConnection.h"
+
+#include <span>
+#include <utility>
+
+#include "ZQSocketsAside.h"
+#include "foundation/ZQException.h"
+#include "foundation/ZQSystem.h"
+
+namespace ZQAPI {
+
+namespace {
+
+constexpr std::uint16_t kCommandPort = 19383;
+constexpr std::uint32_t kLimitedBroadcast = 0xFFFFFFFF;
+constexpr const char* kAnyCamera = "FFFFFFFFFFFF";
+constexpr int kTries = 3;
+constexpr std::chrono::milliseconds kTimePerTry{1000};
+
+bool IsOneLine(std::string_view command) {
+    return command.size() > 1 && command.find('\n') == command.size() - 1;
+}
+
+}  // namespace
+
+CZQUdpConnection::CZQUdpConnection(const CZQString& cameraAddress)
+    : m_camera(cameraAddress), m_latest(OpenSocket()) {}
+
+std::string CZQUdpConnection::SendCommand(std::string_view command) {
+    if (!IsOneLine(command)) {
+        throw CZQException(ZQ_HERE("CZQUdpConnection::SendCommand"), ZQ_ERR_BAD_VALUE,
+                           "The command is not one line with a line feed at its end");
+    }
+    std::string request = m_camera.IsBroadcast() ? m_camera.hardwareAddress : kAnyCamera;
+    request.append(":").append(command);
+
+    CZQCommandSocket socket(OpenSocket());
+    for (int attempt = 1; attempt <= kTries; ++attempt) {
+        Send(socket.Get(), request);
+        auto answer = ReceiveUntil(socket.Get(), Clock::now() + kTimePerTry);
+        if (!answer) {
+            continue;
+        }
+        if (attempt == 1) {
+            KeepOpen(socket.TakeBack());
+        }
+        return *std::move(answer);
+    }
+    throw CZQException(ZQ_HERE("CZQUdpConnection::SendCommand"), ZQ_ERR_COM_TIMEOUT, "Tries=%d", kTries);
+}
+
+platform::UdpSocket CZQUdpConnection::OpenSocket() const {
+    platform::UdpSocket socket;
+    platform::SystemErrorCode error{};
+    platform::Ipv4SocketAddress local;
+    local.addressBe = m_camera.localBe;
+    if (!socket.Open(error) || (m_camera.IsBroadcast() && !socket.Bind(local, error))) {
+        throw CZQException(ZQ_HERE("CZQUdpConnection::OpenSocket"), ZQ_ERR_SOCKET_CREATE, "%s",
+                           FormatSystemError(error).c_str());
+    }
+    if (m_camera.IsBroadcast() && !socket.EnableBroadcast(error)) {
+        throw CZQException(ZQ_HERE("CZQUdpConnection::OpenSocket"), ZQ_ERR_SOCKET_OPTION, "%s",
+                           FormatSystemError(error).c_str());
+    }
+    return socket;
+}
+
+void CZQUdpConnection::Send(platform::UdpSocket& socket, const std::string& request) const {
+    platform::Ipv4SocketAddress to;
+    to.addressBe = m_camera.IsBroadcast() ? kLimitedBroadcast : m_camera.addressBe;
+    to.portBe = platform::SwapPort(kCommandPort);
+    platform::SystemErrorCode error{};
+    if (socket.SendTo(to, std::as_bytes(std::span(request)), error) != request.size()) {
+        throw CZQException(ZQ_HERE("CZQUdpConnection::Send"), ZQ_ERR_COM_SEND, "%s",
+                           FormatSystemError(error).c_str());
+    }
+}
+
+// Nothing when the deadline passes. Other datagrams than the answer are taken off the socket and ignored.
+std::optional<std::string> CZQUdpConnection::ReceiveUntil(platform::UdpSocket& socket,
+                                                          Clock::time_point deadline) const {
+    for (auto left = deadline - Clock::now(); left > Clock::duration::zero();
+         left = deadline - Clock::now()) {
+        const auto waited = socket.WaitReadable(std::chrono::ceil<std::chrono::microseconds>(left));
+        if (waited == platform::WaitResult::kTimeout) {
+            continue;
+        }
+        if (waited == platform::WaitResult::kFailed) {
+            throw CZQException(ZQ_HERE("CZQUdpConnection::ReceiveUntil"), ZQ_ERR_COM_RECV, "%s",
+                               FormatSystemError(platform::LastSystemError()).c_str());
+        }
+        // None where the system has found it damaged since.
+        const auto size = socket.NextDatagramSize();
+        if (!size) {
+            continue;
+        }
+        platform::Ipv4SocketAddress from;
+        const std::string datagram = Receive(socket, *size, from);
+        if (auto answer = AnswerIn(datagram, from)) {
+            return answer;
+        }
+    }
+    return std::nullopt;
+}
+
+std::string CZQUdpConnection::Receive(platform::UdpSocket& socket, std::size_t size,
+                                      platform::Ipv4SocketAddress& from) const {
+    std::string datagram(size, '\0');
+    platform::SystemErrorCode error{};
+    if (!socket.ReceiveFrom(std::as_writable_bytes(std::span(datagram)), from, error)) {
+        throw CZQException(ZQ_HERE("CZQUdpConnection::Receive"), ZQ_ERR_COM_RECV, "%s",
+                           FormatSystemError(error).c_str());
+    }
+    return datagram;
+}
+
+// An answer comes from the camera's address, or, to a broadcast, begins with its hardware address.
+std::optional<std::string> CZQUdpConnection::AnswerIn(std::string_view datagram,
+                                                      const platform::Ipv4SocketAddress& from) const {
+    const bool fromCamera = m_camera.IsBroadcast() ? datagram.starts_with(m_camera.hardwareAddress)
+                                                   : from.addressBe == m_camera.addressBe;
+    const bool wellFormed = datagram.size() > kHardwareAddressLength + 1 &&
+                            datagram[kHardwareAddressLength] == ':' && datagram.ends_with('\n') &&
+                            datagram.find('\0') == std::string_view::npos;
+    if (!fromCamera || !wellFormed) {
+        return std::nullopt;
+    }
+    return std::string(datagram.substr(kHardwareAddressLength + 1));
+}
+
+// A command that was answered at once needs no waiting for further answers; but its port is not free before
+// the next command has one of its own.
+void CZQUdpConnection::KeepOpen(platform::UdpSocket socket) {
+    const std::lock_guard lock(m_mutex);
+    m_latest = std::move(socket);
+}
+
+}  // namespace ZQAPI

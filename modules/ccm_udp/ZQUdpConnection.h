@@ -1,0 +1,47 @@
+#pragma once
+
+#include <chrono>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "ZQUdpCameraAddress.h"
+#include "communication/ZQComWs2DllInit.h"
+#include "platform/UdpSocket.h"
+
+namespace ZQAPI {
+
+// Carries commands to one camera: one datagram "<hardware address>:<command>" each, answered by one datagram
+// "<hardware address>:<answer>\n". Thread-safe; commands don't wait for each other.
+//
+// Answers carry nothing that says which command they belong to. Each command therefore has a socket of its
+// own, with a port that no command had whose answer may still come.
+class CZQUdpConnection {
+public:
+    // Nothing is sent. ZQ_ERR_SOCKET_CREATE when the address's interface is not one of this machine's.
+    explicit CZQUdpConnection(const CZQString& cameraAddress);
+
+    // The answer, its line feed included. The command is one line with its line feed: else ZQ_ERR_BAD_VALUE.
+    // It is sent up to three times, 1000 ms apart, until an answer comes: ZQ_ERR_COM_TIMEOUT after that.
+    std::string SendCommand(std::string_view command);
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    platform::UdpSocket OpenSocket() const;
+    void Send(platform::UdpSocket& socket, const std::string& request) const;
+    std::string Receive(platform::UdpSocket& socket, std::size_t size,
+                        platform::Ipv4SocketAddress& from) const;
+    std::optional<std::string> ReceiveUntil(platform::UdpSocket& socket, Clock::time_point deadline) const;
+    std::optional<std::string> AnswerIn(std::string_view datagram,
+                                        const platform::Ipv4SocketAddress& from) const;
+    void KeepOpen(platform::UdpSocket socket);
+
+    const CZQComWs2DllInit m_socketLibrary;
+    const CZQUdpCameraAddress m_camera;
+    std::mutex m_mutex;            // held for m_latest alone, never while waiting
+    platform::UdpSocket m_latest;  // of the command that ended last; see KeepOpen
+};
+
+}  // namespace ZQAPI

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "api/ZQDeviceAPI.h"
+
+namespace ZQAPI {
+
+// The one device interface of this library, made when the library is loaded into a process and gone when it
+// is unloaded.
+CZQDeviceAPI& Library() noexcept;
+
+}  // namespace ZQAPI

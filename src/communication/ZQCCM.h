@@ -1,0 +1,35 @@
+#pragma once
+
+#include <ZQAPI/ZQCommandModule.h>
+
+#include <array>
+
+#include "foundation/ZQDynamicDLL.h"
+
+namespace ZQAPI {
+
+// One command module, loaded at run time, and one connection of it. Bound to one thread.
+class CZQCCM : public CZQDynamicDLL {
+public:
+    CZQCCM() = default;
+    CZQCCM(const CZQCCM&) = delete;
+    CZQCCM& operator=(const CZQCCM&) = delete;
+    ~CZQCCM() override;
+
+    // Loads the module file and opens a connection to the command address. Errors of CZQDynamicDLL; what the
+    // module reports comes as its own number.
+    void OpenCCM(const CZQString& moduleFile, const CZQString& parameter, const CZQString& commandAddress);
+    // The answer with its line feeds. ZQ_ERR_MODULE_NOT_OPEN, ZQ_ERR_CONNECTION_NOT_OPEN, the module's own
+    // number.
+    CZQString SendCmd(const CZQString& command);
+    // Closes the connection and frees the module, also when the module then reports an error, which is
+    // thrown.
+    void CloseCCM();
+
+private:
+    // Per object: modules of several kinds are in use at the same time.
+    std::array<void*, 3> m_functions{};
+    ZQCCM_HANDLE m_connection = 0;
+};
+
+}  // namespace ZQAPI

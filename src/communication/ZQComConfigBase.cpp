@@ -1,0 +1,22 @@
+#include "communication/ZQComConfigBase.h"
+
+#include "foundation/Io/ZQIniFile.h"
+
+namespace ZQAPI {
+
+void CZQComConfigBase::WithSection(const CZQString& fileName, const CZQString& section,
+                                   const SourceLocation& here, std::int32_t errorNumber,
+                                   const std::function<void(CZQIniFile&)>& access) {
+    try {
+        CZQIniFile file(fileName);
+        file.SetSection(section);
+        access(file);
+    } catch (CZQException& cause) {
+        cause.AddCatchLocation(here);
+        throw CZQException(here, errorNumber, "strFileName=%s; strSection=%s", fileName.c_str(),
+                           section.c_str())
+            .CausedBy(cause);
+    }
+}
+
+}  // namespace ZQAPI

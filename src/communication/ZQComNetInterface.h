@@ -1,0 +1,43 @@
+#pragma once
+
+#include <vector>
+
+#include "foundation/ZQRoot.h"
+#include "platform/NetworkInterfaces.h"
+
+namespace ZQAPI {
+
+// One IPv4 address of this machine, with the interface it belongs to. A value.
+class CZQComNetInterface : public CZQRoot {
+public:
+    CZQComNetInterface() = default;
+    explicit CZQComNetInterface(const platform::NetworkInterfaceRecord& record) : m_record(record) {}
+
+    // Replaces the vector's content, in the system's order. ZQ_ERR_SOCKET_CREATE; more than 32 of them, or no
+    // list: ZQ_ERR_SOCKET_OPTION.
+    static void SearchForInterfaces(std::vector<CZQComNetInterface>& interfaces);
+
+    bool IsUp() const noexcept { return Has(platform::kInterfaceUp); }
+    bool SupportsBroadcast() const noexcept { return Has(platform::kInterfaceBroadcast); }
+    bool IsLoopback() const noexcept { return Has(platform::kInterfaceLoopback); }
+    bool IsPointToPoint() const noexcept { return Has(platform::kInterfacePointToPoint); }
+    // Whether cameras may answer a broadcast on it.
+    bool IsSuitableForBroadcast() const noexcept {
+        return SupportsBroadcast() && IsUp() && !IsLoopback() && !IsPointToPoint();
+    }
+
+    const platform::Ipv4SocketAddress& GetSocketAddress() const noexcept { return m_record.address; }
+    // Dotted decimal. ZQ_ERR_ADDRESS_TO_TEXT.
+    CZQString GetAddressText() const;
+    static CZQString GetAddress(const platform::Ipv4SocketAddress& address);
+
+    // "IPAddr: %s BroadcastAddr: %s NetMask: %s IsUp: %d IsLoopback: %d SupportsBroadcast: %d"
+    CZQString ToString() const override;
+
+private:
+    bool Has(std::uint32_t flag) const noexcept { return (m_record.flags & flag) != 0; }
+
+    platform::NetworkInterfaceRecord m_record;
+};
+
+}  // namespace ZQAPI

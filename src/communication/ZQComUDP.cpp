@@ -1,0 +1,172 @@
+#include "communication/ZQComUDP.h"
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <thread>
+
+#include "foundation/ZQException.h"
+#include "foundation/ZQSystem.h"
+
+namespace ZQAPI {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr std::uint32_t kBroadcastBe = 0xFFFFFFFF;
+
+// An abort is noticed within this time.
+constexpr std::chrono::microseconds kMaxWait = std::chrono::milliseconds(100);
+
+constexpr std::chrono::milliseconds kClockStep{1};
+
+// How many answers to a broadcast may come while nobody reads, and what each takes of a receive queue.
+constexpr std::uint32_t kMaxBurst = 4096;
+constexpr std::uint32_t kQueuedAnswerSize = 1280;
+
+}  // namespace
+
+CZQComUDP::~CZQComUDP() {
+    CZQComUDP::Close();
+}
+
+void CZQComUDP::Open(const CZQString& fileName, const CZQString& section) {
+    Open(CZQComUDPConfig(fileName, section));
+}
+
+void CZQComUDP::Open(const CZQComConfigBase& config) {
+    const SourceLocation here = ZQ_HERE("CZQComUDP::Open");
+    m_config = CastConfig<CZQComUDPConfig>(config, here);
+    Close();
+
+    const CZQComIPAddr remote(m_config.GetHostName(), m_config.GetPortNumber());
+    platform::SystemErrorCode error = 0;
+    if (!m_socket.Open(error)) {
+        throw CZQException(here, ZQ_ERR_SOCKET_CREATE, "%s", FormatSystemError(error).c_str());
+    }
+    if (const CZQComNetInterface* const card = m_config.GetBoundInterface()) {
+        platform::Ipv4SocketAddress local = card->GetSocketAddress();
+        local.portBe = 0;
+        if (!m_socket.Bind(local, error)) {
+            throw CZQException(here, ZQ_ERR_SOCKET_CREATE, "%s", FormatSystemError(error).c_str());
+        }
+    }
+    if (remote.IsBroadcast()) {
+        if (!m_socket.EnableBroadcast(error)) {
+            throw CZQException(here, ZQ_ERR_SOCKET_OPTION, "%s", FormatSystemError(error).c_str());
+        }
+        MakeRoomForAnswers();
+    }
+    m_remoteAddress = remote.GetSocketAddress();
+    m_open = true;
+    m_abort.exchange(false);
+}
+
+void CZQComUDP::MakeRoomForAnswers() noexcept {
+    platform::SystemErrorCode error = 0;
+    const std::uint32_t granted = m_socket.SetReceiveBuffer(kMaxBurst * kQueuedAnswerSize, error).value_or(0);
+    if (granted < kMaxBurst * kQueuedAnswerSize) {
+        DebugOutput("ZQSDK: UDP receive buffer: %u bytes granted, a burst of more than %u answers loses some",
+                    granted, granted / kQueuedAnswerSize);
+    }
+}
+
+void CZQComUDP::Close() noexcept {
+    m_open = false;
+    m_socket.Close();
+}
+
+std::uint32_t CZQComUDP::Send(const void* buffer, std::uint32_t length) {
+    const SourceLocation here = ZQ_HERE("CZQComUDP::Send");
+    if (!m_open) {
+        throw CZQException(here, ZQ_ERR_UDP_SEND_CLOSED);
+    }
+    if (buffer == nullptr) {
+        throw CZQException(here, ZQ_ERR_NULL_INPUT);
+    }
+    platform::SystemErrorCode error = 0;
+    const auto sent =
+        m_socket.SendTo(m_remoteAddress, {static_cast<const std::byte*>(buffer), length}, error);
+    if (!sent || *sent < length) {
+        throw CZQException(here, ZQ_ERR_COM_SEND, "Host=%s, %s", m_config.GetHostName().c_str(),
+                           FormatSystemError(error).c_str());
+    }
+    return length;
+}
+
+// Takes the next datagram; the number of its bytes, 0 when it doesn't count.
+std::uint32_t CZQComUDP::ReceiveDatagram(std::span<std::byte> buffer) {
+    platform::Ipv4SocketAddress sender;
+    platform::SystemErrorCode error = 0;
+    const auto received = m_socket.ReceiveFrom(buffer, sender, error);
+    if (!received) {
+        throw CZQException(ZQ_HERE("CZQComUDP::Recv"), ZQ_ERR_COM_RECV, "Host=%s, %s",
+                           m_config.GetHostName().c_str(), FormatSystemError(error).c_str());
+    }
+    const bool counts = m_remoteAddress.addressBe == kBroadcastBe || sender == m_remoteAddress;
+    return counts ? static_cast<std::uint32_t>(*received) : 0;
+}
+
+std::uint32_t CZQComUDP::Recv(void* buffer, std::uint32_t size, std::uint32_t timeoutMs,
+                              bool returnOnFirstData) {
+    const SourceLocation here = ZQ_HERE("CZQComUDP::Recv");
+    if (!m_open) {
+        throw CZQException(here, ZQ_ERR_UDP_RECV_CLOSED);
+    }
+    if (buffer == nullptr) {
+        throw CZQException(here, ZQ_ERR_NULL_OUTPUT);
+    }
+    if (size == 0) {
+        return 0;
+    }
+    m_abort.exchange(false);
+    const std::span<std::byte> room(static_cast<std::byte*>(buffer), size);
+    // Finer than the library's clock, so that many short waits in a row don't add up to a longer one.
+    const Clock::time_point deadline = Clock::now() + std::chrono::milliseconds(timeoutMs);
+    std::uint32_t received = 0;
+    while (returnOnFirstData ? received == 0 : received < size) {
+        const auto left = std::chrono::ceil<std::chrono::microseconds>(deadline - Clock::now());
+        if (m_socket.WaitReadable(std::clamp(left, std::chrono::microseconds::zero(), kMaxWait)) ==
+            platform::WaitResult::kFailed) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+        const auto pending = m_socket.NextDatagramSize();
+        if (pending) {
+            if (returnOnFirstData && *pending > size) {
+                throw CZQException(here, ZQ_ERR_BUFFER_TOO_SMALL, "Host=%s, NeededBytes=%ld, BufferSize=%ld",
+                                   m_config.GetHostName().c_str(), static_cast<long>(*pending),
+                                   static_cast<long>(size));
+            }
+            received += ReceiveDatagram(room.subspan(received));
+        }
+        // What had arrived by the deadline counts: the limit passes, as the library's clock shows it, with
+        // the millisecond after. Tested before completion: what completes the buffer later than that is too
+        // late.
+        const Clock::time_point now = Clock::now();
+        if (now >= deadline + kClockStep || (!pending && now >= deadline)) {
+            throw CZQException(here, ZQ_ERR_COM_TIMEOUT);
+        }
+        if (m_abort.load()) {
+            throw CZQException(here, ZQ_ERR_COM_ABORTED);
+        }
+    }
+    return received;
+}
+
+void CZQComUDP::Flush() {
+    const SourceLocation here = ZQ_HERE("CZQComUDP::Flush");
+    if (!m_open) {
+        throw CZQException(here, ZQ_ERR_UDP_RECV_CLOSED);
+    }
+    std::array<std::byte, 1024> scratch{};
+    while (m_socket.NextDatagramSize()) {
+        // Each sender becomes the channel's remote address: kept on purpose.
+        platform::SystemErrorCode error = 0;
+        if (!m_socket.ReceiveFrom(scratch, m_remoteAddress, error)) {
+            throw CZQException(here, ZQ_ERR_COM_RECV, "%s", FormatSystemError(error).c_str());
+        }
+    }
+}
+
+}  // namespace ZQAPI

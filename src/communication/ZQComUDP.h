@@ -1,0 +1,53 @@
+#pragma once
+
+#include <atomic>
+#include <span>
+
+#include "communication/ZQComBase.h"
+#include "communication/ZQComIPAddr.h"
+#include "communication/ZQComUDPConfig.h"
+#include "communication/ZQComWs2DllInit.h"
+#include "platform/UdpSocket.h"
+
+namespace ZQAPI {
+
+// Datagrams to one IPv4 address and back. To a single host, only what comes from there counts; to the
+// broadcast address, what comes from anyone. Empty datagrams are taken off the socket and ignored.
+class CZQComUDP : public CZQComBase {
+public:
+    CZQComUDP() = default;
+    CZQComUDP(const CZQComUDP&) = delete;
+    CZQComUDP& operator=(const CZQComUDP&) = delete;
+    ~CZQComUDP() override;
+
+    void Open(const CZQString& fileName, const CZQString& section) override;
+    // ZQ_ERR_HOST_LOOKUP, ZQ_ERR_SOCKET_CREATE, ZQ_ERR_SOCKET_OPTION
+    void Open(const CZQComConfigBase& config) override;
+    void Close() noexcept override;
+    // The next Send goes to the sender of the last datagram discarded. ZQ_ERR_UDP_RECV_CLOSED,
+    // ZQ_ERR_COM_RECV.
+    void Flush() override;
+    // One datagram. ZQ_ERR_UDP_SEND_CLOSED, ZQ_ERR_COM_SEND.
+    std::uint32_t Send(const void* buffer, std::uint32_t length) override;
+    // With returnOnFirstData a datagram larger than the buffer stays where it is: ZQ_ERR_BUFFER_TOO_SMALL.
+    // ZQ_ERR_UDP_RECV_CLOSED, ZQ_ERR_COM_RECV.
+    std::uint32_t Recv(void* buffer, std::uint32_t size, std::uint32_t timeoutMs,
+                       bool returnOnFirstData) override;
+    bool IsOpen() const noexcept override { return m_open; }
+    bool IsDatagram() const noexcept override { return true; }
+    CZQComUDPConfig& GetConfig() noexcept override { return m_config; }
+    void Abort() noexcept override { m_abort.exchange(true); }
+
+private:
+    void MakeRoomForAnswers() noexcept;
+    std::uint32_t ReceiveDatagram(std::span<std::byte> buffer);
+
+    CZQComWs2DllInit m_sockets;
+    CZQComUDPConfig m_config;
+    platform::UdpSocket m_socket;
+    bool m_open = false;
+    std::atomic<bool> m_abort{false};
+    platform::Ipv4SocketAddress m_remoteAddress;
+};
+
+}  // namespace ZQAPI

@@ -1,0 +1,42 @@
+#include "communication/ZQComWs2DllInit.h"
+
+#include <atomic>
+
+#include "foundation/ZQException.h"
+#include "foundation/ZQSystem.h"
+#include "platform/UdpSocket.h"
+
+namespace ZQAPI {
+
+namespace {
+
+// The system counts the starts as well: each of ours is answered by one stop.
+std::atomic<int> g_useCount{0};
+
+}  // namespace
+
+void CZQComWs2DllInit::Startup() {
+    const SourceLocation here = ZQ_HERE("CZQComWs2DllInit::Startup");
+    std::uint8_t low = 0;
+    std::uint8_t high = 0;
+    platform::SystemErrorCode error = 0;
+    if (!platform::StartSocketLibrary(low, high, error)) {
+        throw CZQException(here, ZQ_ERR_SOCKETS_START, "%s", FormatSystemError(error).c_str());
+    }
+    if (low != 2 || high != 0) {
+        platform::StopSocketLibrary();
+        throw CZQException(here, ZQ_ERR_SOCKETS_VERSION);
+    }
+    ++g_useCount;
+}
+
+CZQComWs2DllInit::~CZQComWs2DllInit() {
+    platform::StopSocketLibrary();
+    --g_useCount;
+}
+
+int CZQComWs2DllInit::GetUseCount() noexcept {
+    return g_useCount.load();
+}
+
+}  // namespace ZQAPI

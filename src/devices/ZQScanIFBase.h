@@ -1,0 +1,27 @@
+#pragma once
+
+#include "devices/ZQDeviceList.h"
+
+namespace ZQAPI {
+
+// One way of finding cameras. A scanner is made with the path of ZQAPI.ini and the name of its own section in
+// it, and used for one scan or one update.
+class CZQScanIFBase {
+public:
+    CZQScanIFBase() = default;
+    CZQScanIFBase(const CZQScanIFBase&) = delete;
+    CZQScanIFBase& operator=(const CZQScanIFBase&) = delete;
+    virtual ~CZQScanIFBase() = default;
+
+    // Appends one record per camera found. Each needs its DeviceID, and UsedScanner set to this scanner's
+    // name; the Name is given later. Failures are thrown as CZQException; what was appended before stays.
+    // Runs on a thread of its own; `found` may be read from another one meanwhile, through its own lock.
+    virtual void Scan(CZQDeviceList& found) = 0;
+
+    // Refreshes addresses and firmware version of a device that this scanner found earlier. Not there any
+    // more: ZQ_ERR_DEVICE_NOT_FOUND, "Label=%s, Address=%s". Runs on the caller's thread, under the library's
+    // lock.
+    virtual void Update(CZQDeviceInfo& device) = 0;
+};
+
+}  // namespace ZQAPI

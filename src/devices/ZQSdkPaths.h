@@ -1,0 +1,51 @@
+// Where the kit keeps its files. Everything hangs on two roots: the bin path, which is the folder of the
+// library's own file, and the configuration root, which is machine-wide unless the marker file
+// "USE_LOCAL_SDK_CONFIG" lies in the bin path. Folder paths end with a separator; what is appended to them
+// begins with one as well, as it always has.
+#pragma once
+
+#include "foundation/ZQString.h"
+
+namespace ZQAPI {
+
+// The paths of the kit that lies at a given bin path. A value; reads the marker file once, when made.
+class CZQSdkPaths {
+public:
+    // `binPath` as MakeBinPath gives it.
+    explicit CZQSdkPaths(CZQString binPath);
+
+    // The bin path of a library file: its folder (in lower case where file names don't tell cases apart), and
+    // the folder above when that is one of the kit's module folders.
+    static CZQString MakeBinPath(const CZQString& libraryFile);
+
+    const CZQString& GetBinPath() const noexcept { return m_binPath; }
+    const CZQString& GetSdkConfigRoot() const noexcept { return m_configRoot; }
+    CZQString GetConfigFilesPath() const;
+    CZQString GetApiIniPath() const;
+    CZQString GetDevicesIniPath() const;
+    CZQString GetCcmPath() const;
+    CZQString GetCameraConfigPath() const;
+    // The device type's camera configuration file. A type that would lead out of the folder (it holds a
+    // separator or a colon, or is "." or ".."): ZQ_ERR_BAD_VALUE, "DeviceType=%s".
+    CZQString GetCameraConfigFile(const CZQString& deviceType) const;
+
+private:
+    CZQString m_binPath;
+    CZQString m_configRoot;
+};
+
+// The same for this library's own kit. The bin path is computed on every call; the configuration root is
+// fixed when it is first asked for, until the library is unloaded. Thread-safe.
+CZQString GetBinPath();
+CZQString GetSdkConfigRoot();
+CZQString GetConfigFilesPath();
+CZQString GetApiIniPath();
+CZQString GetDevicesIniPath();
+CZQString GetCcmPath();
+CZQString GetCameraConfigPath();
+CZQString GetCameraConfigFile(const CZQString& deviceType);
+
+// What was fixed is found anew when it is next asked for: at the library's unloading.
+void ForgetSdkPaths();
+
+}  // namespace ZQAPI

@@ -1,0 +1,361 @@
+#include "foundation/Io/ZQIniDocument.h"
+
+#include <algorithm>
+#include <cstring>
+#include <type_traits>
+#include <utility>
+
+#include "foundation/Io/ZQIniText.h"
+#include "platform/TextEncoding.h"
+
+namespace ZQAPI {
+
+namespace {
+
+constexpr std::string_view kUtf16Mark = "\xFF\xFE";
+constexpr std::string_view kLineEnd = "\r\n";
+
+// What is set aside from the start: memory for the lines as a multiple of the file's size, and room for a
+// section in so many bytes. Guesses that fit device lists.
+constexpr std::size_t kFirstBlock = 1024;
+constexpr std::size_t kLineOverhead = 3;
+constexpr std::size_t kSectionSize = 128;
+
+// Replaced lines stay in memory until there are this many bytes more of them than the file had.
+constexpr std::size_t kMaxDroppedBytes = 65536;
+
+// Calls visit(line, length without line end) for every line. A line ends at CR LF, CR, LF or the end.
+template <class Char, class Visit>
+void ForEachLine(std::basic_string_view<Char> rest, Visit visit) {
+    while (!rest.empty()) {
+        std::size_t end = 0;
+        while (end < rest.size() && rest[end] != Char{'\n'} && rest[end] != Char{'\r'}) {
+            ++end;
+        }
+        const bool isPair = end + 1 < rest.size() && rest[end] == Char{'\r'} && rest[end + 1] == Char{'\n'};
+        const std::size_t length = std::min<std::size_t>(end + (isPair ? 2 : 1), rest.size());
+        visit(rest.substr(0, length), end);
+        rest.remove_prefix(length);
+    }
+}
+
+}  // namespace
+
+CZQIniDocument::CZQIniDocument(std::string content)
+    : m_content(std::move(content)), m_arena(kFirstBlock + kLineOverhead * m_content.size()) {
+    Parse();
+}
+
+void CZQIniDocument::Parse() {
+    const std::string_view content = m_content;
+    m_sections.reserve(content.size() / kSectionSize);
+    m_isUtf16 = content.starts_with(kUtf16Mark);
+    if (m_isUtf16) {
+        m_front.bytes = content.substr(0, kUtf16Mark.size());
+        m_front.isTerminated = false;
+        ParseUtf16(content.substr(kUtf16Mark.size()));
+    } else {
+        ForEachLine(content, [&](std::string_view line, std::size_t textLength) {
+            Append(line.substr(0, textLength), line);
+        });
+    }
+}
+
+// A byte left over at the end is half a character and dropped.
+void CZQIniDocument::ParseUtf16(std::string_view bytes) {
+    std::u16string units(bytes.size() / 2, u'\0');
+    for (std::size_t i = 0; i < units.size(); ++i) {
+        const auto low = static_cast<unsigned char>(bytes[2 * i]);
+        const auto high = static_cast<unsigned char>(bytes[2 * i + 1]);
+        units[i] = static_cast<char16_t>(low | high << 8);
+    }
+    ForEachLine(std::u16string_view(units), [&](std::u16string_view line, std::size_t textLength) {
+        Append(Keep(platform::Utf16ToAnsi(line.substr(0, textLength))), bytes.substr(0, 2 * line.size()));
+        m_last->isTerminated = textLength < line.size();
+        bytes.remove_prefix(2 * line.size());
+    });
+}
+
+// A line of the file: its text, and the bytes that stand for it with its line end.
+void CZQIniDocument::Append(std::string_view text, std::string_view bytes) {
+    Line line;
+    line.bytes = bytes;
+    line.isTerminated = bytes.size() > text.size();
+    Classify(text, line);
+    Line& added = InsertAfter(*m_last, line);
+    if (added.kind == LineKind::kHeader) {
+        AddSection(added);
+        m_parsedSection = &added;
+    } else if (added.kind == LineKind::kEntry && m_parsedSection != nullptr) {
+        m_parsedSection->lastEntry = &added;
+    }
+}
+
+// After an edit that the file reads differently from what was asked for, and to get rid of replaced lines.
+void CZQIniDocument::Reparse() {
+    std::string content = Bytes();
+    m_sections.clear();
+    m_recentSection = nullptr;
+    m_parsedSection = nullptr;
+    m_droppedBytes = 0;
+    m_front = {};
+    m_last = &m_front;
+    m_arena.release();
+    m_content = std::move(content);
+    Parse();
+}
+
+void CZQIniDocument::Classify(std::string_view text, Line& line) {
+    const std::string_view trimmed = TrimIniBlanks(text);
+    if (trimmed.empty()) {
+        line.kind = LineKind::kBlank;
+    } else if (trimmed.front() == ';') {
+        line.kind = LineKind::kComment;
+    } else if (trimmed.front() == '[') {
+        line.kind = LineKind::kHeader;
+        line.name = TrimIniPart(trimmed.substr(1, trimmed.find(']') - 1));
+    } else {
+        const std::size_t equals = trimmed.find('=');
+        line.name = TrimIniPart(trimmed.substr(0, equals));
+        line.hasValue = equals != std::string_view::npos;
+        if (line.hasValue) {
+            line.value = TrimIniPart(trimmed.substr(equals + 1));
+        }
+        line.kind = line.hasValue || !line.name.empty() ? LineKind::kEntry : LineKind::kBlank;
+    }
+}
+
+// Where there is a section of that name already, this one is never read.
+void CZQIniDocument::AddSection(Line& header) {
+    header.lastEntry = &header;
+    m_sections.try_emplace(header.name, &header);
+}
+
+CZQIniDocument::Line* CZQIniDocument::FindSection(std::string_view name) const {
+    if (m_recentSection == nullptr || !IniNameEqual()(m_recentSection->name, name)) {
+        const auto found = m_sections.find(name);
+        m_recentSection = found == m_sections.end() ? nullptr : found->second;
+    }
+    return m_recentSection;
+}
+
+CZQIniDocument::Line* CZQIniDocument::FindEntry(const Line& header, std::string_view key) {
+    for (Line* line = header.next; line != nullptr && line->kind != LineKind::kHeader; line = line->next) {
+        if (line->kind == LineKind::kEntry && IniNameEqual()(line->name, key)) {
+            return line;
+        }
+    }
+    return nullptr;
+}
+
+std::size_t CZQIniDocument::GetProfileString(const char* section, const char* key, const char* defaultValue,
+                                             char* buffer, std::size_t size) const {
+    if (section == nullptr) {
+        return CopyIniNames(SectionNames(), buffer, size);
+    }
+    if (key == nullptr) {
+        const std::string names = KeyNames(TrimIniArgument(section));
+        if (!names.empty()) {
+            return CopyIniNames(names, buffer, size);
+        }
+    } else if (const auto value = FindValue(TrimIniArgument(section), TrimIniArgument(key))) {
+        // The system counts a value's length in 16 bits.
+        constexpr std::size_t kLengthModulus = 65536;
+        return CopyIniText(UnquoteIniValue(value->substr(0, value->size() % kLengthModulus)), buffer, size);
+    }
+    const std::string_view text = defaultValue != nullptr ? defaultValue : "";
+    return CopyIniText(UnquoteIniValue(text.substr(0, text.find_last_not_of(' ') + 1)), buffer, size);
+}
+
+std::string CZQIniDocument::GetWholeValue(const char* section, const char* key) const {
+    const auto value = FindValue(TrimIniArgument(section), TrimIniArgument(key));
+    return value ? std::string(UnquoteIniValue(*value)) : std::string();
+}
+
+std::optional<std::string_view> CZQIniDocument::FindValue(std::string_view section,
+                                                          std::string_view key) const {
+    const Line* const header = FindSection(section);
+    const Line* const line = header == nullptr ? nullptr : FindEntry(*header, key);
+    if (line == nullptr || !line->hasValue) {
+        return std::nullopt;
+    }
+    return line->value;
+}
+
+std::string CZQIniDocument::SectionNames() const {
+    std::string names;
+    for (const Line* line = &m_front; line != nullptr; line = line->next) {
+        if (line->kind == LineKind::kHeader && !line->name.empty()) {
+            names.append(line->name).push_back('\0');
+        }
+    }
+    return names;
+}
+
+std::string CZQIniDocument::KeyNames(std::string_view section) const {
+    std::string names;
+    const Line* const header = FindSection(section);
+    const Line* line = header == nullptr ? nullptr : header->next;
+    for (; line != nullptr && line->kind != LineKind::kHeader; line = line->next) {
+        if (line->hasValue && !line->name.empty()) {
+            names.append(line->name).push_back('\0');
+        }
+    }
+    return names;
+}
+
+bool CZQIniDocument::SetProfileString(const char* section, const char* key, const char* value) {
+    if (section == nullptr) {
+        return false;
+    }
+    if (key == nullptr) {
+        return DeleteSection(TrimIniArgument(section));
+    }
+    if (value == nullptr) {
+        return DeleteKey(TrimIniArgument(section), TrimIniArgument(key));
+    }
+    return SetValue(TrimIniArgument(section), TrimIniArgument(key), value);
+}
+
+bool CZQIniDocument::SetValue(std::string_view section, std::string_view key, std::string_view value) {
+    Line* const header = FindSection(section);
+    if (header == nullptr) {
+        Terminate(*m_last);
+        Line& added = InsertAfter(*m_last, MakeLine({"[", section, "]"}));
+        AddSection(added);
+        AddValue(added, key, value);
+        if (HasLineBreak(section)) {
+            Reparse();
+        }
+        return true;
+    }
+    Line* const line = FindEntry(*header, key);
+    if (line == nullptr) {
+        AddValue(*header, key, value);
+        return true;
+    }
+    return ReplaceValue(*line, value);
+}
+
+void CZQIniDocument::AddValue(Line& header, std::string_view key, std::string_view value) {
+    Line& previous = *header.lastEntry;
+    Terminate(previous);
+    Line& added = InsertAfter(previous, MakeLine({key, "=", value}));
+    if (added.kind == LineKind::kEntry) {
+        header.lastEntry = &added;
+    }
+    if (added.kind == LineKind::kHeader || HasLineBreak(key) || HasLineBreak(value)) {
+        Reparse();
+    }
+}
+
+bool CZQIniDocument::ReplaceValue(Line& line, std::string_view value) {
+    if (line.hasValue && line.value == value) {
+        return false;
+    }
+    Line changed = MakeLine({line.name, "=", value});
+    if (changed.bytes == line.bytes) {
+        return false;  // the value has blanks around it, which reading takes off
+    }
+    m_droppedBytes += line.bytes.size();
+    changed.next = line.next;
+    line = changed;
+    if (HasLineBreak(value) || m_droppedBytes > m_content.size() + kMaxDroppedBytes) {
+        Reparse();
+    }
+    return true;
+}
+
+// Comments and blank lines of the section stay.
+bool CZQIniDocument::DeleteSection(std::string_view section) {
+    Line* line = FindSection(section);
+    if (line == nullptr) {
+        return false;
+    }
+    do {
+        if (line->kind == LineKind::kHeader || line->kind == LineKind::kEntry) {
+            line->bytes = {};
+        }
+        line = line->next;
+    } while (line != nullptr && line->kind != LineKind::kHeader);
+    Reparse();
+    return true;
+}
+
+// Unlike reading and writing, this looks into later sections of the same name as well.
+bool CZQIniDocument::DeleteKey(std::string_view section, std::string_view key) {
+    bool isInSection = false;
+    for (Line* line = m_front.next; line != nullptr; line = line->next) {
+        if (line->kind == LineKind::kHeader) {
+            isInSection = IniNameEqual()(line->name, section);
+        } else if (isInSection && line->kind == LineKind::kEntry && IniNameEqual()(line->name, key)) {
+            line->bytes = {};
+            Reparse();
+            return true;
+        }
+    }
+    return false;
+}
+
+std::string CZQIniDocument::Bytes() const {
+    std::size_t size = 0;
+    for (const Line* line = &m_front; line != nullptr; line = line->next) {
+        size += line->bytes.size();
+    }
+    std::string bytes;
+    bytes.reserve(size);
+    for (const Line* line = &m_front; line != nullptr; line = line->next) {
+        bytes.append(line->bytes);
+    }
+    return bytes;
+}
+
+bool CZQIniDocument::HasBytes(std::string_view bytes) const noexcept {
+    for (const Line* line = &m_front; line != nullptr; line = line->next) {
+        if (!bytes.starts_with(line->bytes)) {
+            return false;
+        }
+        bytes.remove_prefix(line->bytes.size());
+    }
+    return bytes.empty();
+}
+
+CZQIniDocument::Line& CZQIniDocument::InsertAfter(Line& previous, const Line& line) {
+    static_assert(std::is_trivially_destructible_v<Line>, "the arena runs no destructors");
+    Line* const added = std::pmr::polymorphic_allocator<>(&m_arena).new_object<Line>(line);
+    added->next = std::exchange(previous.next, added);
+    if (m_last == &previous) {
+        m_last = added;
+    }
+    return *added;
+}
+
+// A line as this class writes it, not yet in its place.
+CZQIniDocument::Line CZQIniDocument::MakeLine(std::initializer_list<std::string_view> parts) {
+    std::string text;
+    for (const std::string_view part : parts) {
+        text.append(part);
+    }
+    const std::string_view kept = Keep(text.append(kLineEnd));
+    Line line;
+    line.bytes = m_isUtf16 ? Keep(ToUtf16Bytes(kept)) : kept;
+    Classify(kept.substr(0, kept.size() - kLineEnd.size()), line);
+    return line;
+}
+
+// Gives the last line its line end before another one follows.
+void CZQIniDocument::Terminate(Line& line) {
+    if (!line.isTerminated) {
+        const std::string lineEnd = m_isUtf16 ? ToUtf16Bytes(kLineEnd) : std::string(kLineEnd);
+        line.bytes = Keep(std::string(line.bytes) + lineEnd);
+        line.isTerminated = true;
+    }
+}
+
+std::string_view CZQIniDocument::Keep(std::string_view text) {
+    auto* const kept = static_cast<char*>(m_arena.allocate(text.size(), alignof(char)));
+    std::memcpy(kept, text.data(), text.size());
+    return {kept, text.size()};
+}
+
+}  // namespace ZQAPI

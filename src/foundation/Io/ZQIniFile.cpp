@@ -1,0 +1,180 @@
+#include "foundation/Io/ZQIniFile.h"
+
+#include <algorithm>
+#include <array>
+#include <cinttypes>
+#include <cstdlib>
+#include <limits>
+
+#include "foundation/Io/ZQProfileFile.h"
+#include "foundation/ZQException.h"
+#include "foundation/ZQSystem.h"
+
+namespace ZQAPI {
+
+namespace {
+
+constexpr std::size_t kBufferSize = 4096;
+
+// The default that shows a key to be missing.
+constexpr const char* kMissingKey = "333KeyExists?";
+
+// Any leading part of the sentinel counts as the sentinel: files out there rely on it.
+CZQString WithoutSentinel(std::string_view value) {
+    return std::string_view(CZQIniFile::kEmptyValue).starts_with(value) ? CZQString() : CZQString(value);
+}
+
+std::int32_t ToNumber(const CZQString& text) {
+    using Limits = std::numeric_limits<std::int32_t>;
+    const long long number = std::strtoll(text.c_str(), nullptr, 10);
+    return static_cast<std::int32_t>(std::clamp<long long>(number, Limits::min(), Limits::max()));
+}
+
+}  // namespace
+
+CZQIniFile::CZQIniFile(CZQString fileName)
+    : m_fileName(std::move(fileName)), m_profile(std::make_unique<CZQProfileFile>(m_fileName)) {}
+
+CZQIniFile::~CZQIniFile() = default;
+
+CZQString CZQIniFile::Where(const CZQString& key) const {
+    return CZQString::Formatted("Section=%s; Key=%s; File=%s", m_section.c_str(), key.c_str(),
+                                m_fileName.c_str());
+}
+
+CZQString CZQIniFile::ReadFromFile(const CZQString& key, const CZQString* defaultValue, bool noWriteBack) {
+    std::array<char, kBufferSize> buffer;  // NOLINT(cppcoreguidelines-pro-type-member-init): filled by Get
+    platform::SystemErrorCode error = 0;   // a file that can't be read has no keys
+    const std::size_t count =
+        m_profile->Get(m_section.c_str(), key.c_str(), "", buffer.data(), buffer.size(), error);
+    if (count == kBufferSize - 1) {
+        throw CZQException(ZQ_HERE("CZQIniFile::ReadFromFile"), ZQ_ERR_INI_VALUE_TOO_LONG, "%s",
+                           Where(key).c_str());
+    }
+    std::string_view value(buffer.data(), count);
+    if (value.empty()) {
+        if (defaultValue == nullptr) {
+            throw CZQException(ZQ_HERE("CZQIniFile::ReadFromFile"), ZQ_ERR_INI_KEY_MISSING, "%s",
+                               Where(key).c_str());
+        }
+        value = defaultValue->view().substr(0, kBufferSize - 1);
+        if (!noWriteBack) {
+            try {
+                WriteToFile(key, *defaultValue);
+            } catch (CZQException& exception) {
+                exception.AddCatchLocation(ZQ_HERE("CZQIniFile::ReadFromFile"));
+                throw CZQException(ZQ_HERE("CZQIniFile::ReadFromFile"), ZQ_ERR_INI_DEFAULT_WRITE, "%s",
+                                   Where(key).c_str())
+                    .CausedBy(exception);
+            }
+        }
+    }
+    return WithoutSentinel(value);
+}
+
+void CZQIniFile::WriteToFile(const CZQString& key, CZQString value) {
+    value.Trim(" ");
+    WriteVerbatim(key, value.IsEmpty() ? kEmptyValue : value);
+}
+
+void CZQIniFile::WriteVerbatim(const CZQString& key, const CZQString& value) {
+    platform::SystemErrorCode error = 0;
+    if (!m_profile->Set(m_section.c_str(), key.c_str(), value.c_str(), error)) {
+        throw CZQException(ZQ_HERE("CZQIniFile::WriteToFile"), ZQ_ERR_INI_WRITE, "%s; %s", Where(key).c_str(),
+                           FormatSystemError(error).c_str());
+    }
+}
+
+void CZQIniFile::ReadString(const CZQString& key, CZQString& value) {
+    value = ReadFromFile(key, nullptr, false);
+}
+
+void CZQIniFile::Read(const CZQString& key, char* buffer, std::uint32_t size) {
+    const CZQString value = ReadFromFile(key, nullptr, false);
+    if (value.GetLength() > size) {
+        throw CZQException(ZQ_HERE("CZQIniFile::Read"), ZQ_ERR_TEXT_TOO_LONG, "%s; strlen=%ld",
+                           Where(key).c_str(), static_cast<long>(value.GetLength()));
+    }
+    std::copy_n(value.c_str(), value.GetLength() + 1, buffer);
+}
+
+void CZQIniFile::ReadBool(const CZQString& key, bool& value) {
+    value = String2Bool(ReadFromFile(key, nullptr, false), key);
+}
+
+void CZQIniFile::ReadInt(const CZQString& key, std::int32_t& value) {
+    value = ToNumber(ReadFromFile(key, nullptr, false));
+}
+
+void CZQIniFile::ReadByte(const CZQString& key, std::uint8_t& value) {
+    value = static_cast<std::uint8_t>(ToNumber(ReadFromFile(key, nullptr, false)));
+}
+
+void CZQIniFile::ReadLong(const CZQString& key, std::int32_t& value) {
+    ReadInt(key, value);
+}
+
+void CZQIniFile::ReadStringArray(const CZQString& key, CZQStringArray& values, char separator) {
+    values.Split(ReadFromFile(key, nullptr, false), static_cast<std::uint8_t>(separator), true);
+}
+
+void CZQIniFile::ReadLongStringArray(const CZQString& key, CZQStringArray& values, char separator) {
+    platform::SystemErrorCode error = 0;  // a file that can't be read has no keys
+    const std::string value = m_profile->GetWhole(m_section.c_str(), key.c_str(), error);
+    if (value.empty()) {
+        throw CZQException(ZQ_HERE("CZQIniFile::ReadLongStringArray"), ZQ_ERR_INI_KEY_MISSING, "%s",
+                           Where(key).c_str());
+    }
+    values.Split(WithoutSentinel(value), static_cast<std::uint8_t>(separator), true);
+}
+
+bool CZQIniFile::KeyExists(const CZQString& key) {
+    const CZQString missing = kMissingKey;
+    return ReadFromFile(key, &missing, true) != missing;
+}
+
+void CZQIniFile::WriteInt(const CZQString& key, std::int32_t value) {
+    WriteToFile(key, CZQString::Formatted("%" PRId32, value));
+}
+
+void CZQIniFile::WriteUInt8(const CZQString& key, std::uint8_t value) {
+    WriteUInt32(key, value);
+}
+
+void CZQIniFile::WriteUInt32(const CZQString& key, std::uint32_t value) {
+    WriteToFile(key, CZQString::Formatted("%" PRIu32, value));
+}
+
+void CZQIniFile::WriteStringArray(const CZQString& key, const CZQStringArray& values, char separator) {
+    WriteToFile(key, values.Join(static_cast<std::uint8_t>(separator)));
+}
+
+bool CZQIniFile::String2Bool(const CZQString& text, const CZQString& key) const {
+    if (text.EqualsNoCase("false") || text == "0") {
+        return false;
+    }
+    if (text.EqualsNoCase("true") || text == "1") {
+        return true;
+    }
+    throw CZQException(ZQ_HERE("CZQIniFile::String2Bool"), ZQ_ERR_INI_BAD_BOOL,
+                       "Section=%s; Key=%s; Value=%s; File=%s", m_section.c_str(), key.c_str(), text.c_str(),
+                       m_fileName.c_str());
+}
+
+CZQIniBatch::CZQIniBatch(CZQIniFile& file) : m_file(file) {
+    m_file.m_profile->BeginSnapshot();
+}
+
+CZQIniBatch::~CZQIniBatch() {
+    m_file.m_profile->EndSnapshot();
+}
+
+void CZQIniBatch::Commit() {
+    platform::SystemErrorCode error = 0;
+    if (!m_file.m_profile->Commit(error)) {
+        throw CZQException(ZQ_HERE("CZQIniBatch::Commit"), ZQ_ERR_INI_WRITE, "%s; %s",
+                           m_file.Where({}).c_str(), FormatSystemError(error).c_str());
+    }
+}
+
+}  // namespace ZQAPI

@@ -1,0 +1,92 @@
+#include "foundation/Io/ZQIniText.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+
+#include "platform/TextEncoding.h"
+
+namespace ZQAPI {
+
+namespace {
+
+// 1A is the end-of-file mark of old editors.
+constexpr std::string_view kBlanks = " \t\v\f\x1A";
+
+constexpr char LowerAscii(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+std::string_view Trim(std::string_view text, std::string_view characters) {
+    text.remove_prefix(std::min(text.find_first_not_of(characters), text.size()));
+    return text.substr(0, text.find_last_not_of(characters) + 1);
+}
+
+}  // namespace
+
+std::size_t IniNameHash::operator()(std::string_view name) const {
+    std::uint64_t hash = 14695981039346656037U;  // FNV-1a
+    for (const char c : name) {
+        hash = (hash ^ static_cast<unsigned char>(LowerAscii(c))) * 1099511628211U;
+    }
+    return static_cast<std::size_t>(hash);
+}
+
+bool IniNameEqual::operator()(std::string_view left, std::string_view right) const {
+    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                      [](char a, char b) { return LowerAscii(a) == LowerAscii(b); });
+}
+
+std::string_view TrimIniBlanks(std::string_view text) {
+    return Trim(text, kBlanks);
+}
+
+std::string_view TrimIniPart(std::string_view text) {
+    return TrimIniBlanks(text.substr(0, text.find('\0')));
+}
+
+std::string_view TrimIniArgument(std::string_view name) {
+    return Trim(name, " ");
+}
+
+std::string_view UnquoteIniValue(std::string_view text) {
+    const bool isQuoted =
+        text.size() >= 2 && text.front() == text.back() && (text.front() == '"' || text.front() == '\'');
+    return isQuoted ? text.substr(1, text.size() - 2) : text;
+}
+
+bool HasLineBreak(std::string_view text) {
+    return text.find('\n') != std::string_view::npos || text.find('\r') != std::string_view::npos;
+}
+
+std::size_t CopyIniText(std::string_view text, char* buffer, std::size_t size) {
+    if (size == 0) {
+        return 0;
+    }
+    const std::size_t length = std::min(text.size(), size - 1);
+    std::memcpy(buffer, text.data(), length);
+    buffer[length] = '\0';
+    return length;
+}
+
+std::size_t CopyIniNames(std::string_view names, char* buffer, std::size_t size) {
+    if (size < 3) {
+        std::fill_n(buffer, size, '\0');
+        return 0;
+    }
+    const std::size_t length = std::min(names.size(), size - 2);
+    std::memcpy(buffer, names.data(), length);
+    std::fill_n(buffer + length, length == names.size() ? 1 : 2, '\0');
+    return length;
+}
+
+std::string ToUtf16Bytes(std::string_view text) {
+    std::string bytes;
+    for (const char16_t unit : platform::AnsiToUtf16(text)) {
+        bytes.push_back(static_cast<char>(unit & 0xFF));
+        bytes.push_back(static_cast<char>(unit >> 8));
+    }
+    return bytes;
+}
+
+}  // namespace ZQAPI

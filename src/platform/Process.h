@@ -1,0 +1,34 @@
+// This process and this library in it: paths, environment, messages to whoever watches.
+#pragma once
+
+#include <string>
+
+#include "platform/SystemError.h"
+
+namespace ZQAPI::platform {
+
+// Full path of the file that holds this code: the library's own, links resolved, not the calling program's.
+std::string OwnModulePath();
+
+// The local computer's name; empty when the system gives none.
+std::string ComputerName();
+
+// False when the variable is missing or empty.
+bool GetEnvironmentText(const char* name, std::string& value);
+bool SetEnvironmentText(const char* name, const std::string& value, SystemErrorCode& error);
+
+// Between the folders in PATH: ';' on Windows, ':' elsewhere.
+char SearchPathSeparator() noexcept;
+
+// To the debugger (OutputDebugStringA); elsewhere to standard error, when the environment variable
+// ZQSDK_DEBUG is set to something other than "0". One line per call, any thread.
+void WriteDebugOutput(const char* text) noexcept;
+
+// A modal box with OK, Cancel and the stop sign; never in a process whose window station is not interactive.
+// Elsewhere a text on standard error.
+void ShowErrorBox(const char* text) noexcept;
+
+// Calling-process id, for names of temporary files.
+unsigned long ProcessId() noexcept;
+
+}  // namespace ZQAPI::platform

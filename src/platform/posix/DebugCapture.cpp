@@ -1,0 +1,178 @@
+#include "platform/DebugCapture.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <string>
+#include <thread>
+#include <utility>
+
+#include "platform/Process.h"
+
+namespace ZQAPI::platform {
+
+namespace {
+
+// A file descriptor, closed by the destructor.
+class Descriptor {
+public:
+    explicit Descriptor(int number = -1) : m_number(number) {}
+    Descriptor(Descriptor&& other) noexcept : m_number(std::exchange(other.m_number, -1)) {}
+    Descriptor& operator=(Descriptor&& other) noexcept {
+        std::swap(m_number, other.m_number);
+        return *this;
+    }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    ~Descriptor() {
+        if (m_number >= 0) {
+            ::close(m_number);
+        }
+    }
+
+    int Get() const noexcept { return m_number; }
+    int Release() noexcept { return std::exchange(m_number, -1); }
+
+private:
+    int m_number;
+};
+
+struct Pipe {
+    Descriptor read;
+    Descriptor write;
+};
+
+bool OpenPipe(Pipe& pipe) {
+    std::array<int, 2> ends{};
+    if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
+        return false;
+    }
+    pipe.read = Descriptor(ends[0]);
+    pipe.write = Descriptor(ends[1]);
+    return true;
+}
+
+// Puts bytes together to lines.
+class LineSplitter {
+public:
+    explicit LineSplitter(DebugCapture::LineCallback onLine) : m_onLine(std::move(onLine)) {}
+
+    void Add(std::string_view bytes) {
+        m_pending += bytes;
+        std::size_t start = 0;
+        for (std::size_t end = 0; (end = m_pending.find('\n', start)) != std::string::npos; start = end + 1) {
+            HandOver(std::string_view(m_pending).substr(start, end - start));
+        }
+        m_pending.erase(0, start);
+    }
+    void Finish() {
+        HandOver(m_pending);
+        m_pending.clear();
+    }
+
+private:
+    void HandOver(std::string_view line) {
+        if (!line.empty()) {
+            m_onLine(line);
+        }
+    }
+
+    DebugCapture::LineCallback m_onLine;
+    std::string m_pending;
+};
+
+}  // namespace
+
+// Standard error (descriptor 2) is the writing end of `output` while this lives; `reader` takes the lines off
+// its other end until `stop` is readable and nothing is left.
+struct DebugCapture::State {
+    explicit State(LineCallback onLine) : lines(std::move(onLine)) {}
+    State(const State&) = delete;
+    State& operator=(const State&) = delete;
+    ~State() {
+        if (realStream != nullptr) {
+            ::dup2(::fileno(realStream), STDERR_FILENO);
+        }
+        stop.write = Descriptor();
+        if (reader.joinable()) {
+            reader.join();
+        }
+        if (realStream != nullptr) {
+            std::fclose(realStream);
+        }
+    }
+
+    bool Start();
+    void Read();
+
+    LineSplitter lines;
+    std::FILE* realStream = nullptr;
+    Pipe output;
+    Pipe stop;
+    std::thread reader;
+};
+
+bool DebugCapture::State::Start() {
+    Descriptor real(::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3));
+    if (real.Get() < 0 || !OpenPipe(output) || !OpenPipe(stop) ||
+        ::fcntl(output.read.Get(), F_SETFL, O_NONBLOCK) != 0) {
+        return false;
+    }
+    realStream = ::fdopen(real.Get(), "w");
+    if (realStream == nullptr) {
+        return false;
+    }
+    real.Release();
+    std::setvbuf(realStream, nullptr, _IONBF, 0);
+    if (::dup2(output.write.Get(), STDERR_FILENO) < 0) {
+        return false;
+    }
+    output.write = Descriptor();
+    reader = std::thread([this] { Read(); });
+    return true;
+}
+
+// The end is not left to the pipe's own end of file: a process that inherited standard error could hold it
+// open.
+void DebugCapture::State::Read() {
+    std::array<pollfd, 2> sources{{{output.read.Get(), POLLIN, 0}, {stop.read.Get(), POLLIN, 0}}};
+    for (bool stopping = false; !stopping;) {
+        if (::poll(sources.data(), sources.size(), -1) < 0 && errno != EINTR) {
+            break;
+        }
+        stopping = sources[1].revents != 0;
+        std::array<char, 4096> buffer{};
+        ssize_t count = 0;
+        while ((count = ::read(output.read.Get(), buffer.data(), buffer.size())) > 0) {
+            lines.Add({buffer.data(), static_cast<std::size_t>(count)});
+        }
+        if (count == 0) {
+            break;
+        }
+    }
+    lines.Finish();
+}
+
+DebugCapture::DebugCapture(std::unique_ptr<State> state) : m_state(std::move(state)) {}
+DebugCapture::~DebugCapture() = default;
+
+std::unique_ptr<DebugCapture> DebugCapture::Start(LineCallback onLine, SystemErrorCode& error) {
+    auto state = std::make_unique<State>(std::move(onLine));
+    if (!SetEnvironmentText("ZQSDK_DEBUG", "1", error)) {
+        return nullptr;
+    }
+    if (!state->Start()) {
+        error = LastSystemError();
+        return nullptr;
+    }
+    return std::unique_ptr<DebugCapture>(new DebugCapture(std::move(state)));
+}
+
+std::FILE* DebugCapture::StandardError() const noexcept {
+    return m_state->realStream;
+}
+
+}  // namespace ZQAPI::platform

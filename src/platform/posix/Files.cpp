@@ -1,0 +1,214 @@
+#include "platform/Files.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <ctime>
+#include <string_view>
+#include <utility>
+
+namespace ZQAPI::platform {
+
+namespace {
+
+// A file descriptor, closed with the object.
+class Descriptor {
+public:
+    Descriptor(const std::string& path, int flags) noexcept
+        : m_value(::open(path.c_str(), flags | O_CLOEXEC, 0666)) {
+    }  // NOLINT(cppcoreguidelines-pro-type-vararg)
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    ~Descriptor() { Close(); }
+
+    bool IsOpen() const noexcept { return m_value >= 0; }
+    int Get() const noexcept { return m_value; }
+    // False when the system reports only now that something written was lost.
+    bool Close() noexcept { return m_value < 0 || ::close(std::exchange(m_value, -1)) == 0; }
+
+private:
+    int m_value;
+};
+
+bool Fail(SystemErrorCode& error) noexcept {
+    error = LastSystemError();
+    return false;
+}
+
+bool Succeed(SystemErrorCode& error) noexcept {
+    error = 0;
+    return true;
+}
+
+bool Check(bool succeeded, SystemErrorCode& error) noexcept {
+    return succeeded ? Succeed(error) : Fail(error);
+}
+
+std::int64_t Nanoseconds(const timespec& time) noexcept {
+    return static_cast<std::int64_t>(time.tv_sec) * 1'000'000'000 + time.tv_nsec;
+}
+
+// Makes a rename durable. The rename itself has happened already, so a file system that cannot do it changes
+// nothing.
+void SyncParentFolder(const std::string& path) {
+    const std::size_t separator = path.rfind('/');
+    const std::string folder = separator == std::string::npos ? "." : path.substr(0, separator + 1);
+    const Descriptor descriptor(folder, O_RDONLY | O_DIRECTORY);
+    if (descriptor.IsOpen()) {
+        ::fsync(descriptor.Get());
+    }
+}
+
+bool RenameWithoutReplacing(const char* source, const char* destination) noexcept {
+    if (::renameat2(AT_FDCWD, source, AT_FDCWD, destination, RENAME_NOREPLACE) == 0) {
+        return true;
+    }
+    if (errno != EINVAL && errno != ENOSYS) {
+        return false;
+    }
+    // A file system without that flag.
+    return ::link(source, destination) == 0 && ::unlink(source) == 0;
+}
+
+}  // namespace
+
+char PathSeparator() noexcept {
+    return '/';
+}
+
+bool IsPathSeparator(char c) noexcept {
+    return c == '/';
+}
+
+bool HasDriveLetters() noexcept {
+    return false;
+}
+
+bool IsFileNameCaseInsensitive() noexcept {
+    return false;
+}
+
+bool PathExists(const std::string& path) noexcept {
+    std::string_view name = path;
+    while (name.size() > 1 && name.back() == '/') {
+        name.remove_suffix(1);
+    }
+    struct stat status = {};
+    return ::lstat(std::string(name).c_str(), &status) == 0;
+}
+
+bool MoveFileTo(const std::string& source, const std::string& destination, bool replace,
+                SystemErrorCode& error) noexcept {
+    const bool moved = replace ? ::rename(source.c_str(), destination.c_str()) == 0
+                               : RenameWithoutReplacing(source.c_str(), destination.c_str());
+    if (!moved) {
+        return Fail(error);
+    }
+    SyncParentFolder(destination);
+    return Succeed(error);
+}
+
+bool RemoveFile(const std::string& path, SystemErrorCode& error) noexcept {
+    return Check(::unlink(path.c_str()) == 0, error);
+}
+
+bool SetFileAttributeBits(const std::string& path, std::uint32_t attributes,
+                          SystemErrorCode& error) noexcept {
+    constexpr std::uint32_t kReadOnly = 1;
+    constexpr mode_t kAllWrite = S_IWUSR | S_IWGRP | S_IWOTH;
+    struct stat status = {};
+    if (::stat(path.c_str(), &status) != 0) {
+        return Fail(error);
+    }
+    const mode_t permissions = status.st_mode & 07777;
+    const mode_t wanted = (attributes & kReadOnly) != 0 ? permissions & ~kAllWrite : permissions | S_IWUSR;
+    return Check(::chmod(path.c_str(), wanted) == 0, error);
+}
+
+bool SyncToDisk(std::FILE* file, SystemErrorCode& error) noexcept {
+    return Check(std::fflush(file) == 0 && ::fsync(::fileno(file)) == 0, error);
+}
+
+bool GetFileStamp(const std::string& path, FileStamp& stamp, SystemErrorCode& error) noexcept {
+    struct stat status = {};
+    if (::stat(path.c_str(), &status) != 0) {
+        return Fail(error);
+    }
+    if (S_ISDIR(status.st_mode)) {
+        error = EISDIR;
+        return false;
+    }
+    stamp = {.device = status.st_dev,
+             .file = status.st_ino,
+             .size = static_cast<std::uint64_t>(status.st_size),
+             .modifiedNs = Nanoseconds(status.st_mtim),
+             .changedNs = Nanoseconds(status.st_ctim)};
+    return Succeed(error);
+}
+
+std::int64_t FileClockNowNs() noexcept {
+    timespec now = {};
+    ::clock_gettime(CLOCK_REALTIME, &now);
+    return Nanoseconds(now);
+}
+
+bool ReadWholeFile(const std::string& path, std::string& content, SystemErrorCode& error) {
+    const Descriptor file(path, O_RDONLY);
+    struct stat status = {};
+    if (!file.IsOpen() || ::fstat(file.Get(), &status) != 0) {
+        return Fail(error);
+    }
+    // One byte more than the file has, so that its end shows without a further read; it may still be growing.
+    content.resize(static_cast<std::size_t>(status.st_size) + 1);
+    std::size_t length = 0;
+    for (;;) {
+        const ssize_t count = ::read(file.Get(), content.data() + length, content.size() - length);
+        if (count == 0) {
+            break;
+        }
+        if (count > 0) {
+            length += static_cast<std::size_t>(count);
+            if (length == content.size()) {
+                content.resize(2 * length);
+            }
+        } else if (errno != EINTR) {
+            return Fail(error);
+        }
+    }
+    content.resize(length);
+    return Succeed(error);
+}
+
+bool WriteWholeFile(const std::string& path, const std::string& content, SystemErrorCode& error) {
+    Descriptor file(path, O_WRONLY | O_CREAT);
+    if (!file.IsOpen()) {
+        return Fail(error);
+    }
+    std::size_t written = 0;
+    while (written < content.size()) {
+        const ssize_t count = ::write(file.Get(), content.data() + written, content.size() - written);
+        if (count >= 0) {
+            written += static_cast<std::size_t>(count);
+        } else if (errno != EINTR) {
+            return Fail(error);
+        }
+    }
+    // Cut last: nobody sees an empty file in between.
+    return Check(::ftruncate(file.Get(), static_cast<off_t>(content.size())) == 0 && file.Close(), error);
+}
+
+bool CanWriteFile(const std::string& path, SystemErrorCode& error) noexcept {
+    return Check(Descriptor(path, O_WRONLY).IsOpen(), error);
+}
+
+bool GetSpecialFolder(int folderId, std::string& path) {
+    if (folderId != kCommonAppDataFolder) {
+        return false;
+    }
+    path = "/var/lib";
+    return true;
+}
+
+}  // namespace ZQAPI::platform

@@ -1,0 +1,20 @@
+#include "platform/SystemError.h"
+
+#include <cerrno>
+#include <system_error>
+
+namespace ZQAPI::platform {
+
+SystemErrorCode LastSystemError() noexcept {
+    return static_cast<SystemErrorCode>(errno);
+}
+
+void SetLastSystemError(SystemErrorCode code) noexcept {
+    errno = static_cast<int>(code);
+}
+
+std::string SystemErrorText(SystemErrorCode code) {
+    return std::generic_category().message(static_cast<int>(code));
+}
+
+}  // namespace ZQAPI::platform

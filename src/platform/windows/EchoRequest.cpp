@@ -1,0 +1,94 @@
+#include "platform/EchoRequest.h"
+
+#include <winsock2.h>
+// After winsock2.h.
+#include <windows.h>
+
+#include <memory>
+
+namespace ZQAPI::platform {
+
+namespace {
+
+enum Function { kCreateFile, kCloseHandle, kSendEcho };
+
+using CreateFileFunction = HANDLE(WINAPI*)();
+using CloseHandleFunction = BOOL(WINAPI*)(HANDLE);
+using SendEchoFunction = DWORD(WINAPI*)(HANDLE, std::uint32_t address, void* data, std::uint16_t size,
+                                        void* options, void* reply, DWORD replySize, DWORD timeoutMs);
+
+// ICMP_ECHO_REPLY as 64-bit Windows lays it out.
+struct EchoReply {
+    std::uint32_t address;
+    std::uint32_t status;
+    std::uint32_t roundTripMs;
+    std::uint16_t dataSize;
+    std::uint16_t reserved;
+    void* data;
+    std::uint8_t options[16];
+};
+static_assert(sizeof(EchoReply) == 40);
+
+struct GlobalFreer {
+    void operator()(void* memory) const noexcept { GlobalFree(memory); }
+};
+
+// An ICMP handle, closed with the library's own function.
+class IcmpHandle {
+public:
+    explicit IcmpHandle(std::span<void* const> functions) noexcept
+        : m_close(reinterpret_cast<CloseHandleFunction>(functions[kCloseHandle])),
+          m_handle(reinterpret_cast<CreateFileFunction>(functions[kCreateFile])()) {}
+    IcmpHandle(const IcmpHandle&) = delete;
+    IcmpHandle& operator=(const IcmpHandle&) = delete;
+    ~IcmpHandle() {
+        if (IsOpen()) {
+            m_close(m_handle);
+        }
+    }
+
+    bool IsOpen() const noexcept { return m_handle != INVALID_HANDLE_VALUE; }
+    HANDLE Value() const noexcept { return m_handle; }
+
+private:
+    CloseHandleFunction m_close;
+    HANDLE m_handle;
+};
+
+}  // namespace
+
+EchoLibrary GetEchoLibrary() noexcept {
+    static constexpr const char* kFunctions[] = {"IcmpCreateFile", "IcmpCloseHandle", "IcmpSendEcho", ""};
+    return {"ICMP.dll", kFunctions};
+}
+
+EchoResult SendEchoRequest(std::span<void* const> functions, std::uint32_t addressBe,
+                           std::span<const std::byte> data, std::uint32_t timeoutMs,
+                           std::uint32_t& roundTripMs, SystemErrorCode& error) {
+    const IcmpHandle icmp(functions);
+    if (!icmp.IsOpen()) {
+        error = LastSystemError();
+        return EchoResult::kNoHandle;
+    }
+    // Room for the reply, its data and an ICMP error message, which is how the system counts it.
+    constexpr std::size_t kIcmpErrorSize = 8;
+    const std::size_t replySize = sizeof(EchoReply) + data.size() + kIcmpErrorSize;
+    const std::unique_ptr<void, GlobalFreer> buffer(GlobalAlloc(GPTR, replySize));
+    if (!buffer) {
+        return EchoResult::kOutOfMemory;
+    }
+    auto* const reply = static_cast<EchoReply*>(buffer.get());
+    const DWORD replies = reinterpret_cast<SendEchoFunction>(functions[kSendEcho])(
+        icmp.Value(), addressBe, const_cast<std::byte*>(data.data()), static_cast<std::uint16_t>(data.size()),
+        nullptr, reply, static_cast<DWORD>(replySize), timeoutMs);
+    // A "reply" may also say that the host can't be reached.
+    if (replies == 0 || reply->status != 0) {
+        error = replies == 0 ? LastSystemError() : reply->status;
+        return EchoResult::kNoReply;
+    }
+    roundTripMs = reply->roundTripMs;
+    error = 0;
+    return EchoResult::kReply;
+}
+
+}  // namespace ZQAPI::platform

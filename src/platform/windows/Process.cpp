@@ -1,0 +1,74 @@
+#include "platform/Process.h"
+
+#include <windows.h>
+
+#include <vector>
+
+namespace ZQAPI::platform {
+
+namespace {
+
+// A service, or a process started without a desktop, has nobody who could answer a box and would wait for
+// ever.
+bool IsDesktopInteractive() noexcept {
+    USEROBJECTFLAGS flags{};
+    return GetUserObjectInformationA(GetProcessWindowStation(), UOI_FLAGS, &flags, sizeof flags, nullptr) !=
+               FALSE &&
+           (flags.dwFlags & WSF_VISIBLE) != 0;
+}
+
+}  // namespace
+
+std::string OwnModulePath() {
+    HMODULE module = nullptr;
+    constexpr DWORD kFlags =
+        GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
+    if (GetModuleHandleExA(kFlags, reinterpret_cast<const char*>(&OwnModulePath), &module) == FALSE) {
+        return {};
+    }
+    char path[MAX_PATH + 1] = {};
+    const DWORD length = GetModuleFileNameA(module, path, MAX_PATH);
+    return std::string(path, length);
+}
+
+std::string ComputerName() {
+    char name[MAX_COMPUTERNAME_LENGTH + 1] = {};
+    DWORD size = sizeof name;
+    return GetComputerNameA(name, &size) != FALSE ? std::string(name, size) : std::string();
+}
+
+bool GetEnvironmentText(const char* name, std::string& value) {
+    const DWORD size = GetEnvironmentVariableA(name, nullptr, 0);
+    std::vector<char> buffer(size);
+    const DWORD length = size == 0 ? 0 : GetEnvironmentVariableA(name, buffer.data(), size);
+    value.assign(buffer.data(), length < size ? length : 0);
+    return !value.empty();
+}
+
+bool SetEnvironmentText(const char* name, const std::string& value, SystemErrorCode& error) {
+    const bool done = SetEnvironmentVariableA(name, value.c_str()) != FALSE;
+    error = done ? 0 : LastSystemError();
+    return done;
+}
+
+char SearchPathSeparator() noexcept {
+    return ';';
+}
+
+void WriteDebugOutput(const char* text) noexcept {
+    OutputDebugStringA(text);
+}
+
+void ShowErrorBox(const char* text) noexcept {
+    if (IsDesktopInteractive()) {
+        MessageBoxA(nullptr, text, nullptr, MB_OKCANCEL | MB_ICONHAND | MB_TASKMODAL);
+    } else {
+        WriteDebugOutput(text);
+    }
+}
+
+unsigned long ProcessId() noexcept {
+    return GetCurrentProcessId();
+}
+
+}  // namespace ZQAPI::platform

@@ -1,0 +1,26 @@
+#include "platform/TextEncoding.h"
+
+#include <windows.h>
+
+namespace ZQAPI::platform {
+
+static_assert(sizeof(wchar_t) == sizeof(char16_t));
+
+std::string Utf16ToAnsi(std::u16string_view text) {
+    const auto* const wide = reinterpret_cast<const wchar_t*>(text.data());
+    const int count = static_cast<int>(text.size());
+    const int length = WideCharToMultiByte(CP_ACP, 0, wide, count, nullptr, 0, nullptr, nullptr);
+    std::string result(static_cast<std::size_t>(length), '\0');
+    WideCharToMultiByte(CP_ACP, 0, wide, count, result.data(), length, nullptr, nullptr);
+    return result;
+}
+
+std::u16string AnsiToUtf16(std::string_view text) {
+    const int count = static_cast<int>(text.size());
+    const int length = MultiByteToWideChar(CP_ACP, 0, text.data(), count, nullptr, 0);
+    std::u16string result(static_cast<std::size_t>(length), u'\0');
+    MultiByteToWideChar(CP_ACP, 0, text.data(), count, reinterpret_cast<wchar_t*>(result.data()), length);
+    return result;
+}
+
+}  // namespace ZQAPI::platform

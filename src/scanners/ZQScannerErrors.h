@@ -1,0 +1,17 @@
+// What every scanner does with failures.
+#pragma once
+
+#include "devices/ZQDeviceInfo.h"
+#include "foundation/ZQException.h"
+
+namespace ZQAPI {
+
+// A failure with one camera or line, after which the scanner goes on: marked as recovered, logged, and handed
+// to the error reporter.
+void ReportRecovered(CZQException& exception, const SourceLocation& caughtAt) noexcept;
+
+// To be thrown by Update: ZQ_ERR_DEVICE_NOT_FOUND, "Label=%s, Address=%s" with the device's Name and
+// CCMAddress.
+CZQException DeviceGone(const SourceLocation& thrownAt, const CZQDeviceInfo& device);
+
+}  // namespace ZQAPI

@@ -1,0 +1,267 @@
+// The device interface over a folder of its own and scripted scanners; the exports themselves are tested on
+// the kit.
+#include "api/ZQDeviceAPI.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cstring>
+#include <thread>
+
+#include "foundation/ZQException.h"
+#include "scanners/ZQNetAddressChange.h"
+#include "support/ExpectError.h"
+#include "support/FileContent.h"
+#include "support/RecordingLogger.h"
+#include "support/SampleDevices.h"
+#include "support/TempFolder.h"
+
+namespace ZQAPI::test {
+namespace {
+
+class FixedScanner : public CZQScanIFBase {
+public:
+    explicit FixedScanner(CZQString name) : m_name(std::move(name)) {}
+
+    void Scan(CZQDeviceList& found) override {
+        for (const char* id : {"one", "two", "three"}) {
+            found.AddDevice(SampleDevice(id, m_name), false);
+        }
+    }
+    void Update(CZQDeviceInfo& device) override {
+        if (device.GetDeviceID() == "gone") {
+            throw CZQException(ZQ_HERE("FixedScanner::Update"), ZQ_ERR_DEVICE_NOT_FOUND);
+        }
+        device.SetUsedAddress("moved");
+    }
+
+private:
+    CZQString m_name;
+};
+
+class DeviceAPI : public ::testing::Test {
+protected:
+    DeviceAPI() : m_api(Environment()) { SampleList(2).SaveToFile(m_folder.File("Devices.ini")); }
+
+    CZQDeviceAPIEnvironment Environment() {
+        CZQDeviceAPIEnvironment environment;
+        environment.getApiIniPath = [this] { return m_folder.File("ZQAPI.ini"); };
+        environment.getDevicesIniPath = [this] { return m_folder.File("Devices.ini"); };
+        environment.getCameraConfigFile = [this](const CZQString& type) {
+            return m_folder.File(type.str() + ".ccf");
+        };
+        environment.createScanner = [](const CZQString& name,
+                                       const CZQString&) -> std::unique_ptr<CZQScanIFBase> {
+            if (name == "SCANNER_MANUAL") {
+                return nullptr;
+            }
+            if (name == "SCANNER_MV") {
+                return std::make_unique<FixedScanner>(name);
+            }
+            throw CZQException(ZQ_HERE("Test"), ZQ_ERR_BAD_VALUE);
+        };
+        return environment;
+    }
+
+    unsigned Count() {
+        unsigned count = 0;
+        EXPECT_EQ(m_api.GetNofDevices(&count), ZQ_OK);
+        return count;
+    }
+
+    TempFolder m_folder;
+    CZQDeviceAPI m_api;
+};
+
+TEST_F(DeviceAPI, NothingWorksBeforeInitialisationAndNullIsSeenAfterThatCheck) {
+    ZQDEVICEINFO record{};
+    unsigned count = 7;
+    char text[8] = "before";
+    const auto all = [&](bool null) {
+        return std::vector<int>{
+            m_api.GetNofDevices(null ? nullptr : &count),
+            m_api.GetDevice(0, null ? nullptr : &record),
+            m_api.RescanDevice(null ? nullptr : &record),
+            m_api.RemoveDevice(null ? nullptr : "id"),
+            m_api.GetDefaultCCM(null ? nullptr : "t", text, 7),
+            m_api.GetDefaultIAM(null ? nullptr : "t", text, 7),
+            m_api.GetNofSupportedCCMs(null ? nullptr : "t", &count),
+            m_api.GetSupportedIAM(null ? nullptr : "t", 0, text, 7),
+            m_api.ChangeDeviceNetAddr(record, null ? nullptr : "10.1.2.3"),
+        };
+    };
+    for (const bool null : {false, true}) {
+        for (const int result : all(null)) {
+            EXPECT_EQ(result, ZQ_ERR_NOT_INITIALISED);
+        }
+    }
+    EXPECT_EQ(m_api.AddDevice(record), ZQ_ERR_NOT_INITIALISED);
+    EXPECT_EQ(m_api.ModifyDevice(record), ZQ_ERR_NOT_INITIALISED);
+    EXPECT_EQ(m_api.SaveDeviceConfig(), ZQ_ERR_NOT_INITIALISED);
+    EXPECT_EQ(m_api.LoadDeviceConfig(), ZQ_ERR_NOT_INITIALISED);
+    EXPECT_EQ(m_api.ScanForDevices({}), ZQ_ERR_NOT_INITIALISED);
+
+    ASSERT_EQ(m_api.InitCameraLibrary(), ZQ_OK);
+    EXPECT_EQ(all(true), (std::vector<int>{ZQ_ERR_NULL_OUTPUT, ZQ_ERR_NULL_OUTPUT, ZQ_ERR_NULL_OUTPUT,
+                                           ZQ_ERR_NULL_INPUT, ZQ_ERR_NULL_INPUT, ZQ_ERR_NULL_INPUT,
+                                           ZQ_ERR_NULL_INPUT, ZQ_ERR_NULL_INPUT, ZQ_ERR_NULL_INPUT}));
+    EXPECT_EQ(m_api.GetNofSupportedIAMs("t", nullptr), ZQ_ERR_NULL_OUTPUT);
+    EXPECT_EQ(m_api.GetSupportedCCM("t", 0, nullptr, 7), ZQ_ERR_NULL_OUTPUT);
+    EXPECT_EQ(count, 7U);
+    EXPECT_STREQ(text, "before");
+}
+
+TEST_F(DeviceAPI, InitialisationIsCountedAndOnlyTheFirstOneLoads) {
+    EXPECT_EQ(m_api.DeInitCameraLibrary(), ZQ_OK);
+    ASSERT_EQ(m_api.InitCameraLibrary(), ZQ_OK);
+    EXPECT_EQ(m_api.AddDevice(SampleDevice("unsaved").GetRecord()), ZQ_OK);
+    ASSERT_EQ(m_api.InitCameraLibrary(), ZQ_OK);
+    EXPECT_EQ(Count(), 3U);
+    EXPECT_EQ(m_api.DeInitCameraLibrary(), ZQ_OK);
+    EXPECT_EQ(Count(), 3U);
+    EXPECT_EQ(m_api.DeInitCameraLibrary(), ZQ_OK);
+    unsigned count = 0;
+    EXPECT_EQ(m_api.GetNofDevices(&count), ZQ_ERR_NOT_INITIALISED);
+    ASSERT_EQ(m_api.InitCameraLibrary(), ZQ_OK);
+    EXPECT_EQ(Count(), 2U);
+}
+
+TEST_F(DeviceAPI, FailedInitialisationCountsNothingAndIsTriedAgain) {
+    WriteSealed(m_folder.File("Devices.ini"), "[General]\r\nDevices=\r\n");
+    Logged().Take();
+    EXPECT_EQ(m_api.InitCameraLibrary(), ZQ_ERR_INI_KEY_MISSING);
+    const auto logged = Logged().Take();
+    ASSERT_EQ(logged.size(), 1U);
+    EXPECT_EQ(logged[0].GetCatchLocation().GetFunction(), "CZQDeviceAPI::InitCameraLibrary");
+    SampleList(1).SaveToFile(m_folder.File("Devices.ini"));
+    EXPECT_EQ(m_api.InitCameraLibrary(), ZQ_OK);
+    EXPECT_EQ(Count(), 1U);
+}
+
+TEST_F(DeviceAPI, BadRecordsChangeNothing) {
+    ASSERT_EQ(m_api.InitCameraLibrary(), ZQ_OK);
+    ZQDEVICEINFO endless = SampleDevice("ZQNetCam-2M:1000").GetRecord();
+    std::memset(endless.IAM, 'x', sizeof endless.IAM);
+    ZQDEVICEINFO control = SampleDevice("ZQNetCam-2M:1000").GetRecord();
+    std::strcpy(control.DeviceDesc, "a\nb");
+    ZQDEVICEINFO unnamed = SampleDevice("ZQNetCam-2M:1000").GetRecord();
+    unnamed.Name[0] = '\0';
+    EXPECT_EQ(m_api.AddDevice(endless), ZQ_ERR_TEXT_TOO_LONG);
+    EXPECT_EQ(m_api.ModifyDevice(endless), ZQ_ERR_TEXT_TOO_LONG);
+    EXPECT_EQ(m_api.RescanDevice(&endless), ZQ_ERR_TEXT_TOO_LONG);
+    EXPECT_EQ(m_api.ChangeDeviceNetAddr(endless, "10.1.2.3"), ZQ_ERR_TEXT_TOO_LONG);
+    EXPECT_EQ(m_api.AddDevice(control), ZQ_ERR_BAD_VALUE);
+    EXPECT_EQ(m_api.ModifyDevice(control), ZQ_ERR_BAD_VALUE);
+    EXPECT_EQ(m_api.ModifyDevice(unnamed), ZQ_ERR_BAD_VALUE);
+    EXPECT_EQ(m_api.ModifyDevice(SampleDevice("nobody").GetRecord()), ZQ_ERR_BAD_INDEX);
+    EXPECT_EQ(Count(), 2U);
+    ZQDEVICEINFO device{};
+    EXPECT_EQ(m_api.GetDevice(2, &device), ZQ_ERR_BAD_INDEX);
+    EXPECT_EQ(m_api.GetDevice(0, &device), ZQ_OK);
+    EXPECT_STREQ(device.DeviceDesc, "Example camera");
+}
+
+TEST_F(DeviceAPI, ModuleQueriesFollowTheTypesFile) {
+    ASSERT_EQ(m_api.InitCameraLibrary(), ZQ_OK);
+    WriteSealed(m_folder.File("cam.ccf"), "[Interfaces]\r\nCCMs=CCM_A;CCM_LONGER\r\nIAMs=IAM_B\r\n");
+    unsigned count = 0;
+    char text[32] = {};
+    EXPECT_EQ(m_api.GetNofSupportedCCMs("cam", &count), ZQ_OK);
+    EXPECT_EQ(count, 2U);
+    EXPECT_EQ(m_api.GetSupportedCCM("cam", 1, text, sizeof text - 1), ZQ_OK);
+    EXPECT_STREQ(text, "CCM_LONGER");
+    EXPECT_EQ(m_api.GetSupportedCCM("cam", 2, text, sizeof text - 1), ZQ_ERR_BAD_INDEX);
+    // The size is the buffer's less one: five characters fit into a size of five.
+    EXPECT_EQ(m_api.GetDefaultIAM("cam", text, 5), ZQ_OK);
+    EXPECT_EQ(m_api.GetDefaultIAM("cam", text, 4), ZQ_ERR_TEXT_TOO_LONG);
+    EXPECT_EQ(m_api.GetDefaultIAM("cam", text, 0xFFFFFFFF), ZQ_OK);
+    EXPECT_EQ(m_api.GetDefaultCCM("unknown", text, 31), ZQ_ERR_SEAL_READ);
+}
+
+TEST_F(DeviceAPI, ScanReplacesTheListInMemoryOnly) {
+    ASSERT_EQ(m_api.InitCameraLibrary(), ZQ_OK);
+    const std::string onDisk = ContentOf(m_folder.File("Devices.ini"));
+
+    const std::int32_t outside[] = {14};
+    const std::int32_t notBuiltIn[] = {ZQDEV_SCANNER_TAVI};
+    EXPECT_EQ(m_api.ScanForDevices(outside), ZQ_ERR_NULL_INPUT);
+    EXPECT_EQ(m_api.ScanForDevices(notBuiltIn), ZQ_ERR_BAD_VALUE);
+    WriteSealed(m_folder.File("ZQAPI.ini"), "[DeviceScanner]\r\nActiveScanners=\r\n");
+    EXPECT_EQ(m_api.ScanForDevices({}), ZQ_ERR_INI_KEY_MISSING);
+    EXPECT_EQ(Count(), 2U);
+
+    WriteSealed(m_folder.File("ZQAPI.ini"),
+                "[DeviceScanner]\r\nActiveScanners=SCANNER_MV; SCANNER_MANUAL\r\n");
+    EXPECT_EQ(m_api.ScanForDevices({}), ZQ_OK);
+    EXPECT_EQ(Count(), 3U);
+    const std::int32_t manual[] = {ZQDEV_SCANNER_MANUAL};
+    EXPECT_EQ(m_api.ScanForDevices(manual), ZQ_OK);
+    EXPECT_EQ(Count(), 0U);
+    EXPECT_EQ(ContentOf(m_folder.File("Devices.ini")), onDisk);
+}
+
+TEST_F(DeviceAPI, RescanRefreshesTheCallersRecordOnly) {
+    ASSERT_EQ(m_api.InitCameraLibrary(), ZQ_OK);
+    ZQDEVICEINFO record = SampleDevice("x", "SCANNER_MV").GetRecord();
+    EXPECT_EQ(m_api.RescanDevice(&record), ZQ_OK);
+    EXPECT_STREQ(record.UsedAddress, "moved");
+    ZQDEVICEINFO manual = SampleDevice("x", "SCANNER_MANUAL").GetRecord();
+    EXPECT_EQ(m_api.RescanDevice(&manual), ZQ_OK);
+    EXPECT_STREQ(manual.UsedAddress, "192.168.1.20");
+    ZQDEVICEINFO gone = SampleDevice("gone", "SCANNER_MV").GetRecord();
+    EXPECT_EQ(m_api.RescanDevice(&gone), ZQ_ERR_DEVICE_NOT_FOUND);
+    ZQDEVICEINFO unknown = SampleDevice("x", "SCANNER_X").GetRecord();
+    EXPECT_EQ(m_api.RescanDevice(&unknown), ZQ_ERR_BAD_VALUE);
+}
+
+TEST_F(DeviceAPI, AnyThreadMayCallAnything) {
+    ASSERT_EQ(m_api.InitCameraLibrary(), ZQ_OK);
+    WriteSealed(m_folder.File("ZQAPI.ini"), "[DeviceScanner]\r\nActiveScanners=SCANNER_MV\r\n");
+    std::atomic<bool> failed{false};
+    const auto repeat = [&failed](auto call) {
+        return std::jthread([&failed, call] {
+            for (int i = 0; i < 20; ++i) {
+                if (call() != ZQ_OK) {
+                    failed = true;
+                }
+            }
+        });
+    };
+    {
+        const std::jthread threads[] = {
+            repeat([this] { return m_api.ScanForDevices({}); }),
+            repeat([this] { return m_api.AddDevice(SampleDevice("mine").GetRecord()); }),
+            repeat([this] { return m_api.RemoveDevice("one"); }),
+            repeat([this] { return m_api.SaveDeviceConfig(); }),
+            repeat([this] { return m_api.InitCameraLibrary(); }),
+            repeat([this] { return m_api.ScanForDevices({}); }),
+        };
+    }
+    EXPECT_FALSE(failed);
+    CZQDeviceList saved;
+    saved.LoadFromFile(m_folder.File("Devices.ini"));
+    EXPECT_GT(saved.GetCount(), 0U);
+}
+
+TEST(NetAddressChange, MaskFollowsTheClassAndOnlyHostAddressesPass) {
+    const std::pair<const char*, const char*> good[] = {
+        {"10.1.2.3", "255.0.0.0"}, {"172.16.0.5", "255.255.0.0"}, {"192.168.1.10", "255.255.255.0"}};
+    for (const auto& [address, mask] : good) {
+        EXPECT_EQ(SubnetMaskOf(address), mask);
+    }
+    for (const char* address : {"127.0.0.1",      "0.1.2.3",
+                                "224.0.0.1",      "10.1.2",
+                                "10.1.2.3.4",     "10.1.2.3\nSYST:NET:ENABLE",
+                                "192.168.1.255",  "192.168.1.0",
+                                "10.255.255.255", "10.0.0.0",
+                                "300.1.1.1",      "10.1.2.256",
+                                "10.1.2.1000",    "010.1.2.3",
+                                "10..2.3",        "10.1.2.3 ",
+                                " 10.1.2.3",      "+10.1.2.3",
+                                "10.1.2.-3",      ""}) {
+        EXPECT_ZQ_ERROR(SubnetMaskOf(address), ZQ_ERR_BAD_NEW_ADDRESS) << address;
+    }
+}
+
+}  // namespace
+}  // namespace ZQAPI::test

@@ -1,0 +1,282 @@
+// What every kind of channel promises, run against each of them. A new kind is one more row of kKinds.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <atomic>
+#include <chrono>
+#include <thread>
+
+#include "communication/ZQComUDP.h"
+#include "support/ExpectError.h"
+#include "support/TempFolder.h"
+#include "support/UdpPeer.h"
+
+namespace ZQAPI::test {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using namespace std::chrono_literals;
+
+// A device at the other end of the line.
+class Device {
+public:
+    Device() = default;
+    Device(const Device&) = delete;
+    Device& operator=(const Device&) = delete;
+    virtual ~Device() = default;
+
+    // What a channel is opened with to reach the device.
+    virtual const CZQComConfigBase& Config() const = 0;
+    // The next bytes that arrive, as many as `size`.
+    virtual std::string Read(std::size_t size) = 0;
+    // To whoever was read from last.
+    virtual void Write(std::string_view text) = 0;
+};
+
+struct ChannelKind {
+    const char* name;
+    std::unique_ptr<CZQComBase> (*makeChannel)();
+    std::unique_ptr<Device> (*makeDevice)();
+    bool isDatagram;
+    std::int32_t sendClosed;
+    std::int32_t recvClosed;
+    std::int32_t loadFailed;
+    std::int32_t saveFailed;
+};
+
+class UdpDevice : public Device {
+public:
+    UdpDevice() {
+        m_config.SetHostName("127.0.0.1");
+        m_config.SetPortNumber(m_peer.Port());
+    }
+    const CZQComConfigBase& Config() const override { return m_config; }
+    std::string Read(std::size_t /*size*/) override {
+        const auto datagram = m_peer.Receive();
+        m_channel = datagram ? datagram->from : platform::Ipv4SocketAddress{};
+        return datagram ? datagram->text : "nothing";
+    }
+    void Write(std::string_view text) override { m_peer.Send(m_channel, text); }
+
+private:
+    UdpPeer m_peer;
+    CZQComUDPConfig m_config;
+    platform::Ipv4SocketAddress m_channel;
+};
+
+template <class Made, class Base>
+std::unique_ptr<Base> Make() {
+    return std::make_unique<Made>();
+}
+
+const ChannelKind kKinds[] = {
+    {"UDP", &Make<CZQComUDP, CZQComBase>, &Make<UdpDevice, Device>, true, ZQ_ERR_UDP_SEND_CLOSED,
+     ZQ_ERR_UDP_RECV_CLOSED, ZQ_ERR_COM_CONFIG_LOAD, ZQ_ERR_COM_CONFIG_SAVE},
+};
+
+class OtherConfig : public CZQComConfigBase {
+public:
+    void LoadFromFile(const CZQString& /*fileName*/, const CZQString& /*section*/) override {}
+    void SaveToFile(const CZQString& /*fileName*/, const CZQString& /*section*/) const override {}
+    std::unique_ptr<CZQComConfigBase> Clone() const override { return std::make_unique<OtherConfig>(); }
+    const char* GetTypeName() const noexcept override { return "OtherConfig"; }
+};
+
+class ChannelContract : public ::testing::TestWithParam<ChannelKind> {
+protected:
+    // Opens the channel to the device and lets the device know it.
+    void Connect(Device& to) {
+        channel->Open(to.Config());
+        Send("hello");
+        ASSERT_EQ(to.Read(5), "hello");
+    }
+    void Send(std::string_view text) const {
+        EXPECT_EQ(channel->Send(text.data(), static_cast<std::uint32_t>(text.size())), text.size());
+    }
+    // At most `size` bytes, what is received first or the whole size.
+    std::string Recv(std::uint32_t size, std::chrono::milliseconds limit, bool returnOnFirstData) const {
+        std::string text(size, '\0');
+        text.resize(
+            channel->Recv(text.data(), size, static_cast<std::uint32_t>(limit.count()), returnOnFirstData));
+        return text;
+    }
+
+    const ChannelKind& kind = GetParam();
+    std::unique_ptr<CZQComBase> channel = kind.makeChannel();
+    std::unique_ptr<Device> device = kind.makeDevice();
+    std::array<char, 4> buffer{};
+};
+
+TEST_P(ChannelContract, AClosedChannelRefusesWork) {
+    const auto refuses = [this] {
+        EXPECT_FALSE(channel->IsOpen());
+        EXPECT_ZQ_ERROR(channel->Send("x", 1), kind.sendClosed);
+        EXPECT_ZQ_ERROR(channel->Send(nullptr, 1), kind.sendClosed);
+        EXPECT_ZQ_ERROR(channel->Recv(buffer.data(), 1, 0, true), kind.recvClosed);
+        EXPECT_ZQ_ERROR(channel->Recv(nullptr, 0, 0, true), kind.recvClosed);
+        EXPECT_ZQ_ERROR(channel->Flush(), kind.recvClosed);
+        EXPECT_EQ(channel->IsDatagram(), kind.isDatagram);
+        channel->Abort();
+    };
+    refuses();
+    Connect(*device);
+    EXPECT_TRUE(channel->IsOpen());
+    channel->Close();
+    refuses();
+    channel->Close();
+    Connect(*device);
+}
+
+TEST_P(ChannelContract, ChecksItsArguments) {
+    Connect(*device);
+    device->Write("abc");
+    EXPECT_ZQ_ERROR(channel->Send(nullptr, 0), ZQ_ERR_NULL_INPUT);
+    EXPECT_ZQ_ERROR(channel->Recv(nullptr, 0, 0, true), ZQ_ERR_NULL_OUTPUT);
+    EXPECT_EQ(channel->Recv(buffer.data(), 0, 60000, true), 0U);
+    EXPECT_EQ(channel->Recv(buffer.data(), 0, 60000, false), 0U);
+    EXPECT_EQ(Recv(3, 10s, true), "abc");
+}
+
+TEST_P(ChannelContract, CarriesBytesOfAnyValueBothWays) {
+    Connect(*device);
+    const std::string bytes("\0\n\r\xFF\x1A", 5);
+    Send(bytes);
+    EXPECT_EQ(device->Read(5), bytes);
+    device->Write(bytes);
+    EXPECT_EQ(Recv(5, 10s, false), bytes);
+}
+
+TEST_P(ChannelContract, FillsTheBufferOrReturnsTheFirstData) {
+    Connect(*device);
+    device->Write("abc");
+    EXPECT_EQ(Recv(64, 10s, true), "abc");
+    device->Write("abc");
+    device->Write("de");
+    EXPECT_EQ(Recv(5, 10s, false), "abcde");
+}
+
+TEST_P(ChannelContract, GivesUpAtTheTimeLimit) {
+    Connect(*device);
+    const struct {
+        const char* arrives;
+        bool returnOnFirstData;
+        std::chrono::milliseconds limit;
+    } cases[] = {{"", true, 0ms}, {"", true, 130ms}, {"", false, 20ms}, {"a", false, 20ms}};
+    for (const auto& test : cases) {
+        if (*test.arrives != '\0') {
+            device->Write(test.arrives);
+        }
+        const auto start = Clock::now();
+        EXPECT_ZQ_ERROR(Recv(2, test.limit, test.returnOnFirstData), ZQ_ERR_COM_TIMEOUT);
+        EXPECT_GE(Clock::now() - start, test.limit);
+        EXPECT_LT(Clock::now() - start, test.limit + 2s);
+    }
+}
+
+// Whoever listens in many short waits counts on it.
+TEST_P(ChannelContract, IsHardlyLateAtTheTimeLimit) {
+    Connect(*device);
+    auto least = Clock::duration::max();
+    for (int i = 0; i < 10; ++i) {
+        const auto start = Clock::now();
+        EXPECT_ZQ_ERROR(Recv(2, 5ms, true), ZQ_ERR_COM_TIMEOUT);
+        least = std::min(least, Clock::now() - start - 5ms);
+    }
+    EXPECT_LT(least, 2ms);
+}
+
+TEST_P(ChannelContract, AbortEndsAWaitFromAnotherThread) {
+    Connect(*device);
+    channel->Abort();  // before the wait: means nothing
+    device->Write("abc");
+    EXPECT_EQ(Recv(3, 10s, false), "abc");
+
+    std::atomic<bool> ended{false};
+    std::thread aborter([this, &ended] {
+        // Each Recv begins with the flag cleared, so that one Abort could come too early.
+        while (!ended) {
+            channel->Abort();
+            std::this_thread::yield();
+        }
+    });
+    const auto start = Clock::now();
+    EXPECT_ZQ_ERROR(Recv(2, 60s, true), ZQ_ERR_COM_ABORTED);
+    EXPECT_LT(Clock::now() - start, 10s);
+    ended = true;
+    aborter.join();
+
+    device->Write("still open");
+    EXPECT_EQ(Recv(64, 10s, true), "still open");
+}
+
+TEST_P(ChannelContract, FlushDiscardsWhatHasArrived) {
+    Connect(*device);
+    channel->Flush();
+    device->Write("old");
+    device->Write("older");
+    channel->Flush();
+    device->Write("new");
+    EXPECT_EQ(Recv(64, 10s, true), "new");
+}
+
+TEST_P(ChannelContract, ASecondOpenReplacesTheFirst) {
+    Connect(*device);
+    device->Write("from the first device");
+    const std::unique_ptr<Device> second = kind.makeDevice();
+    Connect(*second);
+    EXPECT_ZQ_ERROR(Recv(64, 20ms, true), ZQ_ERR_COM_TIMEOUT);
+    second->Write("from the second");
+    EXPECT_EQ(Recv(64, 10s, true), "from the second");
+    // With its own configuration, which is also the one that it replaces.
+    channel->Open(channel->GetConfig());
+    Send("again");
+    EXPECT_EQ(second->Read(5), "again");
+}
+
+TEST_P(ChannelContract, RefusesTheConfigurationOfAnotherKind) {
+    Connect(*device);
+    const auto thrown = ThrownBy([this] { channel->Open(OtherConfig()); });
+    ASSERT_TRUE(thrown);
+    EXPECT_EQ(thrown->GetErrorNumber(), ZQ_ERR_BAD_CAST);
+    EXPECT_EQ(thrown->GetExtraText(),
+              CZQString::Formatted("Can't cast 'OtherConfig' into '%s'", channel->GetConfig().GetTypeName()));
+    // The connection is as it was.
+    device->Write("abc");
+    EXPECT_EQ(Recv(3, 10s, true), "abc");
+}
+
+TEST_P(ChannelContract, OpensWithTheSettingsOfAFile) {
+    const TempFolder folder;
+    const CZQString file = folder.File("channel.ini");
+    device->Config().SaveToFile(file, "Camera");
+    channel->Open(file, "Camera");
+    EXPECT_EQ(channel->GetConfig().ToString(), device->Config().ToString());
+    Send("hello");
+    EXPECT_EQ(device->Read(5), "hello");
+
+    const std::unique_ptr<CZQComConfigBase> clone = device->Config().Clone();
+    EXPECT_EQ(clone->ToString(), device->Config().ToString());
+}
+
+TEST_P(ChannelContract, SaysWhichFileAndSectionFailed) {
+    const TempFolder folder;
+    const std::string missing = folder.File("missing.ini");
+    const std::string nowhere = folder.File("no such folder/channel.ini");
+    const auto expectFailure = [](const auto& body, std::int32_t number, const std::string& file) {
+        const auto thrown = ThrownBy(body);
+        ASSERT_TRUE(thrown);
+        EXPECT_EQ(thrown->GetErrorNumber(), number);
+        EXPECT_EQ(thrown->GetExtraText(), "strFileName=" + file + "; strSection=Camera");
+        ASSERT_NE(thrown->GetInnerException(), nullptr);
+        EXPECT_NE(thrown->GetInnerException()->GetExtraText(), "");
+    };
+    expectFailure([&] { channel->Open(missing, "Camera"); }, kind.loadFailed, missing);
+    expectFailure([&] { device->Config().SaveToFile(nowhere, "Camera"); }, kind.saveFailed, nowhere);
+    EXPECT_FALSE(channel->IsOpen());
+}
+
+INSTANTIATE_TEST_SUITE_P(Kinds, ChannelContract, ::testing::ValuesIn(kKinds),
+                         [](const auto& kind) { return std::string(kind.param.name); });
+
+}  // namespace
+}  // namespace ZQAPI::test

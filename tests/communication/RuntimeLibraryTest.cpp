@@ -1,0 +1,211 @@
+// Libraries loaded at run time, where they are looked for, and threads that outlive the library they run in.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <future>
+#include <thread>
+
+#include "foundation/ZQDllSearchPath.h"
+#include "foundation/ZQDynamicDLL.h"
+#include "platform/ModuleThread.h"
+#include "platform/Process.h"
+#include "support/ExpectError.h"
+#include "support/TempFolder.h"
+
+namespace ZQAPI::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr const char* kLibrary = ZQ_TEST_LIBRARY;
+constexpr const char* kOtherBuild = ZQ_TEST_LIBRARY_OTHER_BUILD;
+constexpr const char* kThreadLibrary = ZQ_TEST_THREAD_LIBRARY;
+constexpr const char* kNone[] = {""};
+
+std::string FileName(const std::string& path) {
+    return std::filesystem::path(path).filename().string();
+}
+
+// Gives PATH back as it was.
+class PathKeeper {
+public:
+    PathKeeper() { platform::GetEnvironmentText("PATH", m_path); }
+    PathKeeper(const PathKeeper&) = delete;
+    PathKeeper& operator=(const PathKeeper&) = delete;
+    ~PathKeeper() { Set(m_path); }
+
+    static void Set(const std::string& path) {
+        platform::SystemErrorCode error = 0;
+        EXPECT_TRUE(platform::SetEnvironmentText("PATH", path, error)) << error;
+    }
+    static std::string Get() {
+        std::string path;
+        platform::GetEnvironmentText("PATH", path);
+        return path;
+    }
+
+private:
+    std::string m_path;
+};
+
+template <class Function>
+Function* Symbol(CZQDynamicDLL& library, const char* name) {
+    const char* const names[] = {name, ""};
+    void* slot = nullptr;
+    library.GetProcAddresses(names, &slot);
+    return reinterpret_cast<Function*>(slot);
+}
+
+TEST(DynamicDLL, ResolvesNamesUpToTheEmptyOne) {
+    void* slots[] = {nullptr, nullptr, nullptr};
+    static const char* const kNames[] = {"Fourth", "First", "", "Second"};
+    CZQDynamicDLL library(kLibrary, kNames, slots);
+    EXPECT_EQ(reinterpret_cast<int (*)()>(slots[0])(), 4);
+    EXPECT_EQ(reinterpret_cast<int (*)()>(slots[1])(), 1);
+    EXPECT_EQ(slots[2], nullptr);
+    EXPECT_EQ(library.GetLibraryName(), kLibrary);
+    library.OpenLibrary(kOtherBuild, kNone, nullptr);
+    EXPECT_EQ(Symbol<int()>(library, "First")(), 2);
+    library.CloseLibrary();
+    library.CloseLibrary();
+    EXPECT_FALSE(library.IsLibraryOpen());
+    EXPECT_EQ(library.GetLibraryName(), "");
+}
+
+TEST(DynamicDLL, HoldsNothingAfterAFailure) {
+    const TempFolder folder;
+    const std::string broken = folder.File(FileName(kLibrary));
+    std::ofstream(broken) << "no library";
+    static const char* const kMissingThird[] = {"First", "Second", "Third", "Fourth", ""};
+    const struct {
+        std::string file;
+        std::int32_t error;
+        std::string text;
+    } cases[] = {
+        {kLibrary, ZQ_ERR_ENTRY_POINT_MISSING,
+         std::string("DLLName=") + kLibrary + ", ProcName=Third; SysError ("},
+        {broken, ZQ_ERR_LIBRARY_NOT_LOADED, "DLLName=" + broken + "; SysError ("},
+        {folder.File("missing.dll"), ZQ_ERR_LIBRARY_NOT_LOADED, "missing.dll; SysError ("},
+        {"zq_missing.dll", ZQ_ERR_LIBRARY_NOT_LOADED, "DLLName=zq_missing.dll; SysError ("},
+        {"", ZQ_ERR_LIBRARY_NOT_LOADED, "DLLName=; SysError ("},
+    };
+    for (const auto& test : cases) {
+        CZQDynamicDLL library(kOtherBuild, kNone, nullptr);
+        int untouched = 0;
+        void* slots[4] = {nullptr, nullptr, &untouched, &untouched};
+        const auto thrown = ThrownBy([&] { library.OpenLibrary(test.file, kMissingThird, slots); });
+        ASSERT_TRUE(thrown) << test.file;
+        EXPECT_EQ(thrown->GetErrorNumber(), test.error);
+        EXPECT_TRUE(thrown->GetExtraText().Contains(test.text)) << thrown->GetExtraText().str();
+        EXPECT_FALSE(library.IsLibraryOpen());
+        EXPECT_EQ(library.GetLibraryName(), "");
+        if (test.error == ZQ_ERR_ENTRY_POINT_MISSING) {
+            EXPECT_TRUE(slots[0] != nullptr && slots[1] != nullptr);
+            EXPECT_EQ(slots[2], nullptr);
+            EXPECT_EQ(slots[3], &untouched);
+        }
+    }
+}
+
+// A bare name, as the kit writes it on every system.
+TEST(DynamicDLL, IsLookedForBesideThisProgramThenInPath) {
+    const PathKeeper keeper;
+    const TempFolder folder;
+    namespace fs = std::filesystem;
+    fs::copy_file(kOtherBuild, folder.File(FileName(kLibrary)));
+    const std::string onlyInPath = "zq_only_in_path";
+    fs::copy_file(kOtherBuild, folder.File(onlyInPath + fs::path(kLibrary).extension().string()));
+    EXPECT_ZQ_ERROR(CZQDynamicDLL(onlyInPath + ".dll", kNone, nullptr), ZQ_ERR_LIBRARY_NOT_LOADED);
+
+    CZQDllSearchPath::AddSearchPath(folder.Path().string());
+    CZQDynamicDLL library(onlyInPath + ".dll", kNone, nullptr);
+    EXPECT_EQ(Symbol<int()>(library, "First")(), 2);
+    EXPECT_EQ(library.GetLibraryName(), "zq_only_in_path.dll");
+    library.OpenLibrary(fs::path(kLibrary).stem().string() + ".dll", kNone, nullptr);
+    EXPECT_EQ(Symbol<int()>(library, "First")(), 1);
+    library.CloseLibrary();
+}
+
+TEST(DllSearchPath, AppendsWhatExists) {
+    const PathKeeper keeper;
+    const TempFolder folder;
+    const std::string directory = folder.Path().string();
+    const std::string file = folder.File("file");
+    std::ofstream(file) << "x";
+    const std::string s(1, platform::SearchPathSeparator());
+    const struct {
+        std::string path;
+        std::string directory;
+        std::string result;
+    } cases[] = {
+        {"x", directory, "x" + s + directory},
+        {"x" + s, directory, "x" + s + directory},
+        {"x" + s + s + "  ", directory, "x" + s + directory},
+        {"x" + s + " " + s, directory, "x" + s + " " + s + directory},
+        {"x" + s + directory, directory, "x" + s + directory + s + directory},
+        {std::string(20000, 'x'), directory, std::string(20000, 'x') + s + directory},
+        {"x", file, "x" + s + file},
+        {"x" + s, folder.File("missing"), "x" + s},
+        {"x" + s, "", "x" + s},
+    };
+    for (const auto& test : cases) {
+        PathKeeper::Set(test.path);
+        CZQDllSearchPath::AddSearchPath(test.directory);
+        EXPECT_EQ(PathKeeper::Get(), test.result);
+    }
+    PathKeeper::Set("");
+    const auto thrown = ThrownBy([&] { CZQDllSearchPath::AddSearchPath(directory); });
+    ASSERT_TRUE(thrown);
+    EXPECT_EQ(thrown->GetErrorNumber(), ZQ_ERR_UNEXPECTED);
+    EXPECT_EQ(thrown->GetExtraText(), "Error GetEnvironmentVariable(PATH)");
+    CZQDllSearchPath::AddSearchPath("");
+}
+
+TEST(ModuleThread, DestroysItsBodyAtTheEnd) {
+    std::promise<void> promise;
+    std::future<void> destroyed = promise.get_future();
+    const auto owner = [](std::promise<void>* done) {
+        done->set_value();
+        delete done;
+    };
+    {
+        const std::shared_ptr<std::promise<void>> held(new std::promise<void>(std::move(promise)), owner);
+        platform::SystemErrorCode error = 0;
+        ASSERT_TRUE(platform::StartModuleThread([held] {}, error)) << error;
+    }
+    EXPECT_EQ(destroyed.wait_for(10s), std::future_status::ready);
+}
+
+std::promise<void> g_release;
+std::promise<void> g_ended;
+
+TEST(ModuleThread, KeepsItsLibraryUntilItEnds) {
+    CZQDynamicDLL library(kThreadLibrary, kNone, nullptr);
+    EXPECT_EQ(Symbol<int()>(library, "CountCalls")(), 1);
+    ASSERT_TRUE(Symbol<bool(void (*)())>(library, "StartThread")([] {
+        g_release.get_future().wait();
+        g_ended.set_value();
+    }));
+    library.CloseLibrary();
+    library.OpenLibrary(kThreadLibrary, kNone, nullptr);
+    EXPECT_EQ(Symbol<int()>(library, "CountCalls")(), 2);
+    library.CloseLibrary();
+    g_release.set_value();
+    ASSERT_EQ(g_ended.get_future().wait_for(10s), std::future_status::ready);
+
+    // The thread is about to end; then closing the library unloads it.
+    const auto deadline = std::chrono::steady_clock::now() + 10s;
+    int calls = 0;
+    while (calls != 1 && std::chrono::steady_clock::now() < deadline) {
+        library.OpenLibrary(kThreadLibrary, kNone, nullptr);
+        calls = Symbol<int()>(library, "CountCalls")();
+        library.CloseLibrary();
+        std::this_thread::yield();
+    }
+    EXPECT_EQ(calls, 1);
+}
+
+}  // namespace
+}  // namespace ZQAPI::test

@@ -1,0 +1,52 @@
+// A command module that fails on request: what it is asked for is in the texts it is given.
+#include <ZQAPI/ZQCommandModule.h>
+
+#include <cstring>
+#include <string>
+
+namespace {
+
+// Handles say how closing them ends.
+constexpr ZQCCM_HANDLE kClosesWell = 7;
+constexpr ZQCCM_HANDLE kClosesWithZero = 8;
+constexpr ZQCCM_HANDLE kClosesWithError = 9;
+
+}  // namespace
+
+std::int32_t ZQCCM_OpenCCM(const char* parameter, const char* address, ZQCCM_HANDLE* handle) {
+    const std::string wanted = parameter;
+    if (wanted == "fail" || std::strcmp(address, "nowhere") == 0) {
+        return ZQ_ERR_BAD_VALUE;
+    }
+    if (wanted == "zero") {
+        return 0;
+    }
+    *handle = wanted == "no handle"          ? 0
+              : wanted == "close with zero"  ? kClosesWithZero
+              : wanted == "close with error" ? kClosesWithError
+                                             : kClosesWell;
+    return 2;  // any number above 0 is a success
+}
+
+std::int32_t ZQCCM_CloseCCM(ZQCCM_HANDLE handle) {
+    return handle == kClosesWithZero ? 0 : handle == kClosesWithError ? ZQ_ERR_COM_SEND : ZQ_OK;
+}
+
+#ifndef ZQ_TEST_WITHOUT_SEND
+std::int32_t ZQCCM_SendCmd(ZQCCM_HANDLE handle, const char* command, char* answer, std::uint32_t answerSize) {
+    const std::string wanted = command;
+    if (wanted == "fail\n") {
+        return ZQ_ERR_COM_TIMEOUT;
+    }
+    if (wanted == "zero\n") {
+        return 0;
+    }
+    if (wanted == "fill\n") {
+        std::memset(answer, 'x', answerSize);
+        return ZQ_OK;
+    }
+    const std::string text = ZQ_TEST_NAME ":" + std::to_string(handle) + ":" + command;
+    std::memcpy(answer, text.c_str(), text.size() + 1);
+    return ZQ_OK;
+}
+#endif

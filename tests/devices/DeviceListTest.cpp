@@ -1,0 +1,214 @@
+#include "devices/ZQDeviceList.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <filesystem>
+#include <functional>
+
+#include "support/ExpectError.h"
+#include "support/FileContent.h"
+#include "support/SampleDevices.h"
+#include "support/TempFolder.h"
+
+namespace ZQAPI::test {
+namespace {
+
+// The one file in the folder is the list: nothing is left beside it.
+void ExpectNoLitter(const TempFolder& folder) {
+    for (const auto& entry : std::filesystem::directory_iterator(folder.Path())) {
+        EXPECT_EQ(entry.path().filename(), "Devices.ini");
+    }
+}
+
+TEST(DeviceInfo, RecordIsCopiedWholeAndReadBounded) {
+    ZQDEVICEINFO record;
+    std::memset(&record, 'x', sizeof record);
+    const CZQDeviceInfo device(record);
+    EXPECT_EQ(std::memcmp(&device.GetRecord(), &record, sizeof record), 0);
+    EXPECT_EQ(device.GetFirmwareVersion().GetLength(), std::size_t{ZQDEV_FIELD_SIZE});
+    EXPECT_ZQ_ERROR(device.CheckTerminated(), ZQ_ERR_TEXT_TOO_LONG);
+}
+
+TEST(DeviceInfo, FieldTakes64CharactersAndKeepsItsTextWhenRefusing65) {
+    CZQDeviceInfo device;
+    const std::string longest(64, 'a');
+    device.SetDeviceID(longest);
+    EXPECT_ZQ_ERROR(device.SetDeviceID(longest + "b"), ZQ_ERR_TEXT_TOO_LONG);
+    EXPECT_EQ(device.GetDeviceID(), CZQString(longest));
+    device.CheckTerminated();
+    // A shorter text leaves nothing of the longer one behind.
+    device.SetDeviceID("c");
+    EXPECT_EQ(std::string(device.GetRecord().DeviceID, ZQDEV_FIELD_SIZE), "c" + std::string(64, '\0'));
+}
+
+TEST(DeviceInfo, NamesThatTheFileCouldNotGiveBackAreRefused) {
+    const std::pair<std::string, bool> cases[] = {
+        {"Camera1", true},
+        {"a b.c[x", true},
+        {std::string(63, 'n'), true},
+        {std::string(64, 'n'), false},
+        {"", false},
+        {"a;b", false},
+        {"a]b", false},
+        {" a", false},
+        {"a ", false},
+        {"\"a\"", false},
+        {"E", false},
+        {"EmpTySTRINg", false},
+        {"EmpTyX", true},
+    };
+    for (const auto& [name, good] : cases) {
+        CZQDeviceInfo device = SampleDevice("id");
+        device.SetName(name);
+        EXPECT_EQ(ErrorOf([&] { device.CheckName(); }), good ? 0 : ZQ_ERR_BAD_VALUE) << name;
+        if (good) {
+            const TempFolder folder;
+            CZQDeviceList list;
+            list.AddDevice(device, false);
+            list.SaveToFile(folder.File("Devices.ini"));
+            CZQDeviceList loaded;
+            loaded.LoadFromFile(folder.File("Devices.ini"));
+            EXPECT_EQ(NamesAndIds(loaded), name + "=id;");
+        }
+    }
+}
+
+TEST(DeviceList, NamesAreGivenByPlaceAndMayRepeatAfterARemoval) {
+    CZQDeviceList list = SampleList(3);
+    list.RemoveDevice("ZQNetCam-2M:1000");
+    list.RemoveDevice("no such device");
+    list.AddDevice(SampleDevice("new"), true);
+    EXPECT_EQ(NamesAndIds(list), "Camera2=ZQNetCam-2M:1001;Camera3=ZQNetCam-2M:1002;Camera3=new;");
+}
+
+TEST(DeviceList, IdentifiersAreComparedExactlyAndTheFirstCounts) {
+    CZQDeviceList list;
+    list.AddDevice(SampleDevice("id"), true);
+    list.AddDevice(SampleDevice("ID"), true);
+    list.AddDevice(SampleDevice("id"), true);
+    EXPECT_EQ(list.FindDeviceByID("ID"), 1);
+    EXPECT_EQ(list.FindDeviceByID("Id"), -1);
+
+    CZQDeviceInfo changed = SampleDevice("id");
+    changed.SetName("Changed");
+    list.ModifyDevice(changed);
+    list.RemoveDevice("ID");
+    EXPECT_EQ(NamesAndIds(list), "Changed=id;Camera3=id;");
+    EXPECT_ZQ_ERROR(list.ModifyDevice(SampleDevice("nobody")), ZQ_ERR_BAD_INDEX);
+
+    const auto pastEnd = ThrownBy([&] { list.GetDevice(2); });
+    ASSERT_TRUE(pastEnd);
+    EXPECT_EQ(pastEnd->GetErrorNumber(), ZQ_ERR_BAD_INDEX);
+    EXPECT_EQ(pastEnd->GetExtraText(), "dwIdx=2, ArraySize=2");
+}
+
+TEST(DeviceListFile, HasThisVeryContent) {
+    const TempFolder folder;
+    const CZQString path = folder.File("Devices.ini");
+    SampleList(2).SaveToFile(path);
+    const std::string expected =
+        "[General]\r\nDevices=Camera1;Camera2\r\n"
+        "[Camera1]\r\nDeviceTypeByName=ZQNetCam-2M\r\nDeviceID=ZQNetCam-2M:1000\r\nDeviceDesc=Example "
+        "camera\r\n"
+        "FirmwareVersion=1.2.3\r\n"
+        "[Camera1.Scanner]\r\nUsedScanner=SCANNER_ZQ_UDP\r\nUsedAddress=192.168.1.20\r\n"
+        "[Camera1.Connections]\r\nCCM=CCM_ZQ_TCPIP\r\nCCMAddress=192.168.1.20\r\nIAM=IAM_ZQ_UDP\r\n"
+        "IAMAddress=192.168.1.20\r\n"
+        "[Camera2]\r\nDeviceTypeByName=ZQNetCam-2M\r\nDeviceID=ZQNetCam-2M:1001\r\nDeviceDesc=Example "
+        "camera\r\n"
+        "FirmwareVersion=1.2.3\r\n"
+        "[Camera2.Scanner]\r\nUsedScanner=SCANNER_ZQ_UDP\r\nUsedAddress=192.168.1.20\r\n"
+        "[Camera2.Connections]\r\nCCM=CCM_ZQ_TCPIP\r\nCCMAddress=192.168.1.20\r\nIAM=IAM_ZQ_UDP\r\n"
+        "IAMAddress=192.168.1.20\r\n"
+        "\r\n<#CRC";
+    const std::string content = ContentOf(path);
+    EXPECT_EQ(content.substr(0, expected.size()), expected);
+    EXPECT_EQ(content.size(), expected.size() + 12);
+    ExpectNoLitter(folder);
+}
+
+TEST(DeviceListFile, GivesBackWhatWasSaved) {
+    const TempFolder folder;
+    const CZQString path = folder.File("Devices.ini");
+    // More names than an ordinary value may have characters.
+    for (const std::size_t count : {std::size_t{1}, std::size_t{700}}) {
+        CZQDeviceList list = SampleList(count);
+        list.SaveToFile(path);
+        CZQDeviceList loaded;
+        loaded.LoadFromFile(path);
+        ASSERT_EQ(loaded.GetCount(), count);
+        for (std::uint32_t i = 0; i < count; ++i) {
+            const ZQDEVICEINFO was = list.GetDevice(i).GetRecord();
+            const ZQDEVICEINFO is = loaded.GetDevice(i).GetRecord();
+            ASSERT_EQ(std::memcmp(&was, &is, sizeof was), 0) << i;
+        }
+    }
+}
+
+TEST(DeviceListFile, WhatCannotBeReadBackFailsTheLoadAndIsKeptOnDisk) {
+    const std::string whole =
+        "[General]\r\nDevices=A\r\n[A]\r\nDeviceTypeByName=t\r\nDeviceID=i\r\nDeviceDesc="
+        "d\r\nFirmwareVersion=f\r\n"
+        "[A.Scanner]\r\nUsedScanner=s\r\nUsedAddress=a\r\n"
+        "[A.Connections]\r\nCCM=c\r\nCCMAddress=a\r\nIAM=i\r\nIAMAddress=a\r\n";
+    const auto with = [&whole](const std::string& part, const std::string& other) {
+        std::string text = whole;
+        return text.replace(text.find(part), part.size(), other);
+    };
+    struct Case {
+        const char* what;
+        std::string content;
+        std::int32_t error;
+        std::uint32_t count;
+    };
+    const std::string longName(64, 'n');
+    const Case cases[] = {
+        {"as it is", whole, 0, 1},
+        {"a name twice", with("Devices=A", "Devices=A;A"), 0, 2},
+        {"empty list", "[General]\r\nDevices=\r\n", ZQ_ERR_INI_KEY_MISSING, 0},
+        {"unknown section", with("Devices=A", "Devices=A;B"), ZQ_ERR_INI_KEY_MISSING, 1},
+        {"empty value", with("DeviceDesc=d", "DeviceDesc="), ZQ_ERR_INI_KEY_MISSING, 0},
+        {"value of 64", with("DeviceDesc=d", "DeviceDesc=" + std::string(64, 'v')), 0, 1},
+        {"value of 65", with("DeviceDesc=d", "DeviceDesc=" + std::string(65, 'v')), ZQ_ERR_TEXT_TOO_LONG, 0},
+        {"name of 64", with("Devices=A", "Devices=" + longName), ZQ_ERR_TEXT_TOO_LONG, 0},
+    };
+    for (const Case& test : cases) {
+        const TempFolder folder;
+        const CZQString path = folder.File("Devices.ini");
+        WriteSealed(path, test.content);
+        const std::string before = ContentOf(path);
+        CZQDeviceList list = SampleList(3);
+        EXPECT_ZQ_ERROR(list.LoadFromFile(path), test.error) << test.what;
+        EXPECT_EQ(list.GetCount(), test.count) << test.what;
+        EXPECT_EQ(ContentOf(path), before) << test.what;
+    }
+}
+
+TEST(DeviceListFile, DamageIsNoticed) {
+    const TempFolder folder;
+    const CZQString path = folder.File("Devices.ini");
+    SampleList(1).SaveToFile(path);
+    std::string content = ContentOf(path);
+    content[content.find("1.2.3")] = '9';
+    WriteContent(path, content);
+    CZQDeviceList list;
+    EXPECT_ZQ_ERROR(list.LoadFromFile(path), ZQ_ERR_SEAL_MISMATCH);
+    EXPECT_ZQ_ERROR(list.LoadFromFile(folder.File("none.ini")), ZQ_ERR_SEAL_READ);
+}
+
+TEST(DeviceListFile, FailedSaveLeavesTheOldFileAndNoLitter) {
+    const TempFolder folder;
+    const CZQDeviceList list = SampleList(2);
+    // A folder can't be replaced by a file.
+    const CZQString taken = folder.File("Devices.ini");
+    std::filesystem::create_directory(taken.str());
+    EXPECT_ZQ_ERROR(list.SaveToFile(taken), ZQ_ERR_FILE_MOVE);
+    ExpectNoLitter(folder);
+    EXPECT_TRUE(std::filesystem::is_directory(taken.str()));
+
+    EXPECT_ZQ_ERROR(list.SaveToFile(folder.File("missing/Devices.ini")), ZQ_ERR_INI_WRITE);
+}
+
+}  // namespace
+}  // namespace ZQAPI::test

@@ -1,0 +1,71 @@
+#include "devices/ZQSdkPaths.h"
+
+#include <gtest/gtest.h>
+
+#include "foundation/ZQSystem.h"
+#include "platform/Files.h"
+#include "support/ExpectError.h"
+#include "support/FileContent.h"
+#include "support/TempFolder.h"
+
+namespace ZQAPI::test {
+namespace {
+
+// The platform's spelling of a path written with '/'.
+CZQString Native(std::string path) {
+    for (char& c : path) {
+        c = c == '/' ? platform::PathSeparator() : c;
+    }
+    return path;
+}
+
+TEST(SdkPaths, BinPathIsTheFolderOrTheKitAboveAModuleFolder) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"/Kit/Bin/library.so", "/Kit/Bin/"},       {"/Kit/Bin/ccms/library.so", "/Kit/Bin/"},
+        {"/Kit/Bin/CCMs/library.so", "/Kit/Bin/"},  {"/Kit/Bin/CameraConfig/library.so", "/Kit/Bin/"},
+        {"/Kit/ccms/iams/library.so", "/Kit/"},     {"/Kit/iams/ccms/library.so", "/Kit/iams/"},
+        {"/Kit/myccms/library.so", "/Kit/myccms/"},
+    };
+    for (const auto& [file, expected] : cases) {
+        CZQString path = Native(expected);
+        if (platform::IsFileNameCaseInsensitive()) {
+            path.MakeLower();
+        }
+        EXPECT_EQ(CZQSdkPaths::MakeBinPath(Native(file)), path) << file;
+    }
+}
+
+TEST(SdkPaths, MarkerFileChoosesTheConfigurationRoot) {
+    const TempFolder folder;
+    const CZQString separator = PathSeparator();
+    const CZQString bin = CZQString(folder.Path().string()) + separator;
+
+    const CZQString machineWide = CZQSystem::GetSpecialDirectory(platform::kCommonAppDataFolder);
+    EXPECT_EQ(CZQSdkPaths(bin).GetSdkConfigRoot(), machineWide + Native("/Valdremonix/ZQSDK 2/"));
+
+    const CZQString marker = bin + "USE_LOCAL_SDK_CONFIG";
+    WriteContent(marker, "[Paths]\r\n");
+    EXPECT_EQ(CZQSdkPaths(bin).GetSdkConfigRoot(), bin + "AppData" + separator);
+
+    const CZQString elsewhere = Native("/Cfg Of Mine");
+    for (const CZQString& written : {elsewhere, elsewhere + separator}) {
+        WriteContent(marker, "[Paths]\r\nAppDataPath=" + written.str() + "\r\n");
+        const CZQSdkPaths paths(bin);
+        EXPECT_EQ(paths.GetConfigFilesPath(), elsewhere + Native("/config/"));
+        EXPECT_EQ(paths.GetApiIniPath(), elsewhere + Native("/config//ZQAPI.ini"));
+        EXPECT_EQ(paths.GetDevicesIniPath(), elsewhere + Native("/config//Devices.ini"));
+    }
+    EXPECT_EQ(CZQSdkPaths(bin).GetCcmPath(), bin + Native("/CCMs/"));
+}
+
+TEST(SdkPaths, DeviceTypeNeverLeadsOutOfTheFolder) {
+    const TempFolder folder;
+    const CZQSdkPaths paths(CZQString(folder.Path().string()) + PathSeparator());
+    for (const char* type : {"../x", "a/b", "a\\b", "c:x", ".", ".."}) {
+        EXPECT_ZQ_ERROR(paths.GetCameraConfigFile(type), ZQ_ERR_BAD_VALUE) << type;
+    }
+    EXPECT_EQ(paths.GetCameraConfigFile("a..b"), paths.GetCameraConfigPath() + "a..b.ccf");
+}
+
+}  // namespace
+}  // namespace ZQAPI::test

@@ -1,0 +1,195 @@
+#include <gtest/gtest.h>
+
+#include <array>
+#include <filesystem>
+
+#include "foundation/Io/ZQConfigFile.h"
+#include "foundation/Io/ZQCrc32.h"
+#include "support/ExpectError.h"
+#include "support/FileBytes.h"
+#include "support/RecordingLogger.h"
+#include "support/TempFolder.h"
+
+namespace ZQAPI::test {
+
+namespace {
+
+using Mode = CZQConfigFile::Mode;
+
+class ConfigFileTest : public ::testing::Test {
+protected:
+    ConfigFileTest() { Logged().Take(); }
+
+    void Put(const std::string& bytes) const { WriteBytes(m_path, bytes); }
+    std::string Bytes() const { return ReadBytes(m_path).value_or("(no file)"); }
+    std::int32_t OpenError() const {
+        return ErrorOf([&] { const CZQConfigFile file(m_path, Mode::kRead, true); });
+    }
+
+    TempFolder m_folder;
+    std::string m_path = m_folder.File("test.ini");
+};
+
+}  // namespace
+
+TEST(Crc32, IsTheSameHoweverTheBytesComeIn) {
+    std::array<std::byte, 300> bytes{};
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        bytes[i] = static_cast<std::byte>(i * 7);
+    }
+    CZQCrc32 byteWise;
+    for (const std::byte& byte : bytes) {
+        byteWise.Add({&byte, 1});
+    }
+    for (std::size_t cut = 0; cut < 20; ++cut) {
+        CZQCrc32 crc;
+        crc.Add(std::span(bytes).first(cut));
+        crc.Add(std::span(bytes).subspan(cut));
+        EXPECT_EQ(crc.Value(), byteWise.Value()) << cut;
+    }
+}
+
+TEST_F(ConfigFileTest, SealsAndSealsAgain) {
+    struct Row {
+        std::string content;
+        std::uint32_t checksum;
+        const char* seal;
+    };
+    const Row rows[] = {{"123456789", 873187033, "\r\n<#CRC0873187033#>"},
+                        {"", 4294967295, "\r\n<#CRC4294967295#>"},
+                        {"[s]\r\nk=1\r\n", 0, nullptr},
+                        {std::string(200'000, 'x'), 0, nullptr}};
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.content.size());
+        Put(row.content);
+        CZQConfigFile file(m_path, Mode::kRead, false);
+        EXPECT_FALSE(file.HasChecksum());
+        const std::uint32_t checksum = file.CreateFileChecksum();
+        const std::string sealed = Bytes();
+        if (row.seal != nullptr) {
+            EXPECT_EQ(checksum, row.checksum);
+            EXPECT_EQ(sealed, row.content + row.seal);
+        }
+        EXPECT_EQ(sealed.size(), row.content.size() + 19);
+        EXPECT_EQ(file.ReadFileChecksum(), checksum);
+        EXPECT_EQ(OpenError(), 0);
+        EXPECT_EQ(file.CreateFileChecksum(), checksum);
+        EXPECT_EQ(Bytes(), sealed);
+    }
+    EXPECT_TRUE(Logged().Take().empty());
+}
+
+TEST_F(ConfigFileTest, AnUnsealedFileIsTakenOnceReportedAndSealed) {
+    Put("[s]\r\nkey=values\r\n");
+    EXPECT_EQ(OpenError(), 0);
+    const auto logged = Logged().Take();
+    ASSERT_EQ(logged.size(), 1U);
+    EXPECT_EQ(logged[0].GetErrorNumber(), ZQ_ERR_SEAL_MISSING);
+    EXPECT_EQ(logged[0].GetSeverity(), kSeverityRecovered);
+    EXPECT_EQ(logged[0].GetExtraText(),
+              CZQString("FileName='" + m_path + "', Checksum='[s]\r\nkey=values\r\n'"));
+
+    CZQConfigFile file(m_path, Mode::kRead, true);
+    file.SetSection("s");
+    CZQString value;
+    file.ReadString("key", value);
+    EXPECT_EQ(value, "values");
+    EXPECT_TRUE(Logged().Take().empty());
+}
+
+TEST_F(ConfigFileTest, EveryDamagedByteIsNoticed) {
+    const std::string content = "[s]\r\nkey=values\r\n";
+    Put(content);
+    ASSERT_EQ(OpenError(), 0);
+    const std::string sealed = Bytes();
+    for (std::size_t i = 0; i < content.size(); ++i) {
+        std::string damaged = sealed;
+        damaged[i] ^= 1;
+        Put(damaged);
+        EXPECT_EQ(OpenError(), ZQ_ERR_SEAL_MISMATCH) << i;
+    }
+    Put(sealed.substr(1));
+    EXPECT_EQ(OpenError(), ZQ_ERR_SEAL_MISMATCH);
+    Put(std::string(sealed).replace(sealed.size() - 12, 10, "0000000042"));
+    const auto thrown = ThrownBy([&] { const CZQConfigFile file(m_path, Mode::kRead, true); });
+    ASSERT_TRUE(thrown);
+    EXPECT_EQ(thrown->GetExtraText(), CZQString("FileName='" + m_path + "', RefCRC=0000000042, CurFileCRC=" +
+                                                sealed.substr(sealed.size() - 12, 10)));
+    EXPECT_EQ(thrown->GetSeverity(), kSeverityError);
+}
+
+TEST_F(ConfigFileTest, OddSealLines) {
+    const CZQConfigFile file(m_path, Mode::kRead, false);
+    Put("0123456789 <#CRC0000000042??");
+    EXPECT_EQ(file.ReadFileChecksum(), 42U) << "the last two characters don't count";
+    Put("<#CRC4294967295#>");
+    EXPECT_EQ(OpenError(), 0) << "no room for its line end: nothing is covered";
+    CZQConfigFile(m_path, Mode::kRead, false).CreateFileChecksum();
+    EXPECT_EQ(Bytes(), "\r\n<#CRC4294967295#>");
+    Put("0123456789abcdef");
+    EXPECT_FALSE(file.HasChecksum());
+    const auto thrown = ThrownBy([&] { (void)file.ReadFileChecksum(); });
+    ASSERT_TRUE(thrown);
+    EXPECT_EQ(thrown->GetErrorNumber(), ZQ_ERR_SEAL_READ);
+    ASSERT_NE(thrown->GetInnerException(), nullptr);
+    EXPECT_EQ(thrown->GetInnerException()->GetErrorNumber(), ZQ_ERR_STREAM_SEEK);
+}
+
+TEST_F(ConfigFileTest, MissingFileAndFolder) {
+    for (const std::string& path : {m_path, m_folder.Path().string()}) {
+        const auto opened = ThrownBy([&] { const CZQConfigFile file(path, Mode::kRead, true); });
+        ASSERT_TRUE(opened);
+        EXPECT_EQ(opened->GetErrorNumber(), ZQ_ERR_SEAL_READ);
+        EXPECT_EQ(opened->GetInnerException()->GetErrorNumber(), ZQ_ERR_STREAM_OPEN);
+        EXPECT_ZQ_ERROR(CZQConfigFile(path, Mode::kRead, false).CreateFileChecksum(), ZQ_ERR_SEAL_COMPUTE);
+    }
+}
+
+TEST_F(ConfigFileTest, WriteModeStartsAnewAndSealsAtTheEnd) {
+    Put("old");
+    {
+        CZQConfigFile file(m_path, Mode::kWrite, true);
+        EXPECT_FALSE(std::filesystem::exists(m_path));
+    }
+    EXPECT_FALSE(std::filesystem::exists(m_path)) << "nothing written, nothing sealed";
+    {
+        CZQConfigFile file(m_path, Mode::kWrite, true);
+        file.SetSection("s");
+        file.WriteString("k", "1");
+    }
+    EXPECT_EQ(Bytes().size(), std::string("[s]\r\nk=1\r\n").size() + 19);
+    EXPECT_EQ(OpenError(), 0);
+    {
+        CZQConfigFile plain(m_path, Mode::kWrite, false);
+        plain.SetSection("s");
+        plain.WriteString("k", "2");
+    }
+    EXPECT_EQ(Bytes(), "[s]\r\nk=2\r\n");
+    EXPECT_TRUE(Logged().Take().empty());
+}
+
+TEST_F(ConfigFileTest, SealAndSyncIsTheLastThingDone) {
+    {
+        CZQConfigFile file(m_path, Mode::kWrite, true);
+        file.SetSection("s");
+        file.WriteString("k", "1");
+        file.SealAndSync();
+        EXPECT_EQ(OpenError(), 0);
+        Put("what came after");
+    }
+    EXPECT_EQ(Bytes(), "what came after");
+    CZQConfigFile never(m_path, Mode::kWrite, true);
+    EXPECT_ZQ_ERROR(never.SealAndSync(), ZQ_ERR_SEAL_COMPUTE);
+}
+
+TEST_F(ConfigFileTest, AFileThatCannotBeSealedAtTheEndIsLogged) {
+    {
+        const CZQConfigFile file(m_path, Mode::kWrite, true);
+        std::filesystem::create_directory(m_path);
+    }
+    const auto logged = Logged().Take();
+    ASSERT_EQ(logged.size(), 1U);
+    EXPECT_EQ(logged[0].GetErrorNumber(), ZQ_ERR_SEAL_COMPUTE);
+}
+
+}  // namespace ZQAPI::test

@@ -1,0 +1,95 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "foundation/Io/ZQFile.h"
+#include "platform/Files.h"
+#include "platform/TextEncoding.h"
+#include "support/ExpectError.h"
+#include "support/FileBytes.h"
+#include "support/TempFolder.h"
+
+namespace ZQAPI::test {
+
+namespace {
+
+class FileTest : public ::testing::Test {
+protected:
+    TempFolder m_folder;
+    std::string m_a = m_folder.File("a");
+    std::string m_b = m_folder.File("b");
+};
+
+}  // namespace
+
+TEST_F(FileTest, ExistsForFilesAndFolders) {
+    const std::string separator(1, platform::PathSeparator());
+    EXPECT_TRUE(CZQFile::Exists(m_folder.Path().string()));
+    EXPECT_TRUE(CZQFile::Exists(m_folder.Path().string() + separator + separator));
+    EXPECT_FALSE(CZQFile::Exists(m_a));
+    WriteBytes(m_a, "");
+    EXPECT_TRUE(CZQFile::Exists(m_a));
+    EXPECT_FALSE(CZQFile::Exists(m_a + separator + "a"));
+    EXPECT_FALSE(CZQFile::Exists(""));
+}
+
+TEST_F(FileTest, MoveReplacesOnlyWhenAsked) {
+    WriteBytes(m_a, "a");
+    WriteBytes(m_b, "b");
+    const auto thrown = ThrownBy([&] { CZQFile::Move(m_b, m_a, false); });
+    ASSERT_TRUE(thrown);
+    EXPECT_EQ(thrown->GetErrorNumber(), ZQ_ERR_FILE_MOVE);
+    EXPECT_TRUE(
+        thrown->GetExtraText().Contains("strDstFile=" + m_b + "; strSrcFile=" + m_a + "; SysError ("));
+    EXPECT_EQ(ReadBytes(m_a), "a");
+    EXPECT_EQ(ReadBytes(m_b), "b");
+    CZQFile::Move(m_b, m_a, true);
+    EXPECT_EQ(ReadBytes(m_a), std::nullopt);
+    EXPECT_EQ(ReadBytes(m_b), "a");
+    CZQFile::Move(m_a, m_b, false);
+    EXPECT_EQ(ReadBytes(m_a), "a");
+    EXPECT_ZQ_ERROR(CZQFile::Move(m_a, m_b, true), ZQ_ERR_FILE_MOVE) << "there is no source";
+}
+
+TEST_F(FileTest, DeleteAndAttributes) {
+    EXPECT_ZQ_ERROR(CZQFile::Delete(m_a), ZQ_ERR_FILE_DELETE);
+    EXPECT_ZQ_ERROR(CZQFile::SetAttributes(m_a, 1), ZQ_ERR_FILE_ATTRIBUTES);
+    WriteBytes(m_a, "a");
+    const auto ownerCanWrite = [&] {
+        return (std::filesystem::status(m_a).permissions() & std::filesystem::perms::owner_write) !=
+               std::filesystem::perms::none;
+    };
+    CZQFile::SetAttributes(m_a, 1);
+    EXPECT_FALSE(ownerCanWrite());
+    CZQFile::SetAttributes(m_a, 128);
+    EXPECT_TRUE(ownerCanWrite());
+    CZQFile::Delete(m_a);
+    EXPECT_FALSE(CZQFile::Exists(m_a));
+}
+
+TEST_F(FileTest, WholeFilesComeBackAsTheyWere) {
+    platform::SystemErrorCode error = 0;
+    std::string content;
+    for (const std::size_t size : {std::size_t{300'000}, std::size_t{0}, std::size_t{1}}) {
+        std::string bytes(size, '\0');
+        for (std::size_t i = 0; i < size; ++i) {
+            bytes[i] = static_cast<char>(i * 31);
+        }
+        ASSERT_TRUE(platform::WriteWholeFile(m_a, bytes, error)) << error;
+        ASSERT_TRUE(platform::ReadWholeFile(m_a, content, error)) << error;
+        EXPECT_TRUE(content == bytes) << size;
+    }
+}
+
+TEST(TextEncoding, EveryCharacterComesBack) {
+    std::string all;
+    for (int c = 0; c < 256; ++c) {
+        all.push_back(static_cast<char>(c));
+    }
+    EXPECT_EQ(platform::Utf16ToAnsi(platform::AnsiToUtf16(all)), all);
+    EXPECT_EQ(platform::AnsiToUtf16("\x80\xE4"), u"\u20AC\u00E4");
+    EXPECT_EQ(platform::Utf16ToAnsi(u"a\u4E2Db"), "a?b");
+    EXPECT_EQ(platform::Utf16ToAnsi(u""), "");
+}
+
+}  // namespace ZQAPI::test

@@ -1,0 +1,199 @@
+// Network scans through the exported functions, against simulated cameras. Runs in a network of its own: it
+// broadcasts.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <set>
+#include <thread>
+
+#include "ZQSimUdpServer.h"
+#include "support/FileContent.h"
+#include "support/KitCopy.h"
+
+namespace ZQAPI::test {
+namespace {
+
+constexpr std::uint32_t kFirstAddress = 0x7F00010B;  // 127.0.1.11
+constexpr std::uint32_t kMask = 0xFF000000;
+
+class UdpScan : public ::testing::Test {
+protected:
+    UdpScan() {
+        Configure("NofScanCycles=2\r\nScanTimeMs=300\r\n");
+        EXPECT_EQ(ZQ_CALL(m_kit, ZQDEV_InitLibrary), ZQ_OK);
+    }
+
+    void Configure(const std::string& settings) {
+        WriteSealed(m_kit.ApiIni(),
+                    "[DeviceScanner]\r\nActiveScanners=SCANNER_ZQ_UDP\r\n"
+                    "[DeviceScanner.SCANNER_ZQ_UDP]\r\n" +
+                        settings);
+    }
+
+    std::vector<ZQDEVICEINFO> Devices() {
+        unsigned count = 0;
+        EXPECT_EQ(ZQ_CALL(m_kit, ZQDEV_GetNofDevices, &count), ZQ_OK);
+        std::vector<ZQDEVICEINFO> devices(count);
+        for (unsigned i = 0; i < count; ++i) {
+            EXPECT_EQ(ZQ_CALL(m_kit, ZQDEV_GetDevice, i, &devices[i]), ZQ_OK);
+        }
+        return devices;
+    }
+
+    std::vector<ZQDEVICEINFO> Scan() {
+        EXPECT_EQ(ZQ_CALL(m_kit, ZQDEV_ScanForDevices), ZQ_OK);
+        return Devices();
+    }
+
+    // How many different devices a scan finds; each must be listed once.
+    std::size_t CountFound() {
+        std::set<std::string> ids;
+        for (const ZQDEVICEINFO& device : Scan()) {
+            EXPECT_TRUE(ids.insert(device.DeviceID).second) << device.DeviceID;
+        }
+        return ids.size();
+    }
+
+    KitCopy m_kit;
+};
+
+TEST_F(UdpScan, FindsCamerasOfEveryTypeAndTellsWhatTheyAre) {
+    const sim::CZQSimUdpServer server(sim::MakeCameras(3, kFirstAddress, kMask), {});
+    const std::vector<ZQDEVICEINFO> devices = Scan();
+    ASSERT_EQ(devices.size(), 3U);
+    std::set<std::string> iams;
+    for (std::size_t i = 0; i < devices.size(); ++i) {
+        const ZQDEVICEINFO& device = devices[i];
+        const sim::CZQSimIdentity identity = server.GetCamera(i).GetIdentity();
+        const std::string address = "127.0.1." + std::to_string(i + 11);
+        EXPECT_EQ(device.Name, "Camera" + std::to_string(i + 1));
+        EXPECT_EQ(device.DeviceTypeByName, identity.deviceType);
+        EXPECT_EQ(device.DeviceID, identity.deviceType + ":" + identity.serialNumber);
+        EXPECT_EQ(device.DeviceDesc, identity.description);
+        EXPECT_EQ(device.FirmwareVersion, identity.firmwareVersion);
+        EXPECT_STREQ(device.UsedScanner, ZQDEV_SCANNER_NAME_ZQ_UDP);
+        EXPECT_EQ(device.UsedAddress, address);
+        EXPECT_STREQ(device.CCM, ZQDEV_CCM_ZQ_TCPIP);
+        EXPECT_EQ(device.CCMAddress, address);
+        iams.insert(std::string(device.IAM) + "@" + device.IAMAddress);
+    }
+    // The image path follows what each type supports.
+    EXPECT_EQ(iams.size(), 3U);
+    EXPECT_TRUE(iams.contains("IAM_ZQ_FG_IMAQ@img0"));
+
+    // What was found can be saved and is there in the next process.
+    ASSERT_EQ(ZQ_CALL(m_kit, ZQDEV_SaveDeviceConfig), ZQ_OK);
+    ASSERT_EQ(ZQ_CALL(m_kit, ZQDEV_LoadDeviceConfig), ZQ_OK);
+    EXPECT_EQ(Devices().size(), 3U);
+}
+
+TEST_F(UdpScan, FindsEveryCameraEveryTime) {
+    const sim::CZQSimUdpServer server(sim::MakeCameras(64, kFirstAddress, kMask), {});
+    for (int i = 0; i < 10; ++i) {
+        EXPECT_EQ(CountFound(), 64U) << "run " << i;
+    }
+}
+
+TEST_F(UdpScan, LossAndDuplicatesCostNoCamera) {
+    sim::CZQSimUdpServer server(sim::MakeCameras(64, kFirstAddress, kMask), {});
+    sim::CZQSimFaults faults;
+    faults.discovery.requestLoss = 0.05;
+    faults.discovery.duplicates = 0.3;
+    faults.command.answerLoss = 0.05;
+    faults.command.duplicates = 0.3;
+    server.SetFaults(faults);
+    Configure("NofScanCycles=5\r\nScanTimeMs=500\r\n");
+    EXPECT_EQ(CountFound(), 64U);
+}
+
+TEST_F(UdpScan, MalformedAnswersCostOnlyTheirOwnCamera) {
+    using Form = sim::EAnswerForm;
+    struct Case {
+        const char* what;
+        bool discovery;
+        Form form;
+    };
+    const Case cases[] = {
+        {"discovery without colon", true, Form::kNoColon},
+        {"discovery too short", true, Form::kTooShort},
+        {"discovery empty", true, Form::kEmpty},
+        {"control characters in answers", false, Form::kControlCharacters},
+    };
+    for (const Case& test : cases) {
+        sim::CZQSimUdpServer server(sim::MakeCameras(3, kFirstAddress, kMask), {});
+        sim::CZQSimFaults faults;
+        (test.discovery ? faults.discovery : faults.command).form = test.form;
+        server.SetFaults(1, faults);
+        EXPECT_EQ(CountFound(), 2U) << test.what;
+    }
+}
+
+TEST_F(UdpScan, OverlongDiscoveryAnswerEndsTheSearchButNotTheScan) {
+    sim::CZQSimUdpServer server(sim::MakeCameras(1, kFirstAddress, kMask), {});
+    sim::CZQSimFaults faults;
+    faults.discovery.form = sim::EAnswerForm::kTooLong;
+    server.SetFaults(faults);
+    EXPECT_EQ(CountFound(), 0U);
+}
+
+TEST_F(UdpScan, SilentCommandPortAndUnknownTypeLeaveTheOthers) {
+    std::vector<sim::CZQSimCamera> cameras = sim::MakeCameras(3, kFirstAddress, kMask);
+    sim::CZQSimIdentity identity = cameras[0].GetIdentity();
+    identity.deviceType = "NoSuchType";
+    cameras[0] = sim::CZQSimCamera(identity, cameras[0].GetAddress(), kMask);
+    sim::CZQSimUdpServer server(std::move(cameras), {});
+    sim::CZQSimFaults faults;
+    faults.command.silent = true;
+    server.SetFaults(1, faults);
+    const std::vector<ZQDEVICEINFO> devices = Scan();
+    ASSERT_EQ(devices.size(), 1U);
+    EXPECT_STREQ(devices[0].UsedAddress, "127.0.1.13");
+    // Three tries of the first question, no more.
+    EXPECT_EQ(server.GetCounts(1).commands, 3U);
+}
+
+TEST_F(UdpScan, RescanFollowsACameraAndMissesOneThatIsGone) {
+    ZQDEVICEINFO device{};
+    {
+        const sim::CZQSimUdpServer server(sim::MakeCameras(1, kFirstAddress, kMask), {});
+        ASSERT_EQ(Scan().size(), 1U);
+        device = Devices()[0];
+    }
+    std::strcpy(device.FirmwareVersion, "old");
+    const ZQDEVICEINFO before = device;
+    EXPECT_EQ(ZQ_CALL(m_kit, ZQDEV_RescanDevice, &device), ZQ_ERR_DEVICE_NOT_FOUND);
+    EXPECT_EQ(std::memcmp(&device, &before, sizeof device), 0);
+
+    // The same camera at another address.
+    std::vector<sim::CZQSimCamera> cameras = sim::MakeCameras(1, kFirstAddress, kMask);
+    cameras[0] = sim::CZQSimCamera(cameras[0].GetIdentity(), kFirstAddress + 99, kMask);
+    const sim::CZQSimUdpServer server(std::move(cameras), {});
+    EXPECT_EQ(ZQ_CALL(m_kit, ZQDEV_RescanDevice, &device), ZQ_OK);
+    EXPECT_STREQ(device.UsedAddress, "127.0.1.110");
+    EXPECT_STREQ(device.CCMAddress, "127.0.1.110");
+    EXPECT_STRNE(device.FirmwareVersion, "old");
+}
+
+TEST_F(UdpScan, SettingsThatCannotBeReadFailTheScanAndChangeNothing) {
+    Configure("BindToNetworkCard=maybe\r\n");
+    EXPECT_EQ(ZQ_CALL(m_kit, ZQDEV_ScanForDevices), ZQ_ERR_INI_BAD_BOOL);
+    EXPECT_EQ(Devices().size(), 1U);
+    Configure("NofScanCycles=0\r\n");
+    EXPECT_EQ(Scan().size(), 0U);
+}
+
+TEST_F(UdpScan, OtherCallsProceedMeanwhile) {
+    Configure("NofScanCycles=1\r\nScanTimeMs=1000\r\n");
+    const auto start = std::chrono::steady_clock::now();
+    std::jthread scan([this] { EXPECT_EQ(ZQ_CALL(m_kit, ZQDEV_ScanForDevices), ZQ_OK); });
+    int answered = 0;
+    while (std::chrono::steady_clock::now() - start < std::chrono::milliseconds(300)) {
+        unsigned count = 0;
+        ASSERT_EQ(ZQ_CALL(m_kit, ZQDEV_GetNofDevices, &count), ZQ_OK);
+        answered += static_cast<int>(count);
+    }
+    EXPECT_GT(answered, 10);
+}
+
+}  // namespace
+}  // namespace ZQAPI::test

@@ -1,0 +1,288 @@
+// zqdev as a user runs it: a process with arguments, two outputs and an exit status, on a copy of the staged
+// kit.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <nlohmann/json.hpp>
+
+#include "devices/ZQDeviceList.h"
+#include "support/FileContent.h"
+#include "support/KitCopy.h"
+#include "support/SampleDevices.h"
+
+namespace ZQAPI::test {
+namespace {
+
+using Arguments = std::vector<std::string>;
+
+struct Outcome {
+    int status;
+    std::string out;
+    std::string err;
+};
+
+class Zqdev : public ::testing::Test {
+protected:
+    Outcome Run(const Arguments& arguments) {
+        const std::string out = m_outputs.File("out");
+        const std::string err = m_outputs.File("err");
+        std::string command = m_kit.File("zqdev");
+        for (const std::string& argument : arguments) {
+            command += " \"" + argument + "\"";
+        }
+        const int status =
+            std::system((command + " >" + out + " 2>" + err).c_str());  // NOLINT: own arguments
+        // Some systems put the exit status into the second byte.
+        return {status > 0xFF ? status >> 8 : status, TextOf(out), TextOf(err)};
+    }
+
+    // Expects one line on standard error with all these parts in it.
+    void ExpectFailure(const Arguments& arguments, int status, const std::vector<std::string>& parts) {
+        const Outcome outcome = Run(arguments);
+        EXPECT_EQ(outcome.status, status) << outcome.err;
+        EXPECT_EQ(outcome.err.rfind("zqdev: ", 0), 0U) << outcome.err;
+        EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
+        for (const std::string& part : parts) {
+            EXPECT_NE(outcome.err.find(part), std::string::npos) << part << " is not in: " << outcome.err;
+        }
+    }
+
+    void ExpectDone(const Arguments& arguments) {
+        const Outcome outcome = Run(arguments);
+        EXPECT_EQ(outcome.status, 0) << outcome.err;
+        EXPECT_EQ(outcome.err, "");
+    }
+
+    nlohmann::json RunJson(Arguments arguments, int status = 0) {
+        arguments.emplace_back("--json");
+        const Outcome outcome = Run(arguments);
+        EXPECT_EQ(outcome.status, status) << outcome.err;
+        return nlohmann::json::parse(outcome.out);
+    }
+
+    // "Camera1=ID;Camera2=ID;..." as a further process reads it.
+    std::string ListedDevices() {
+        std::string text;
+        const nlohmann::json list = RunJson({"list"});
+        for (const auto& device : list["devices"]) {
+            text += device["Name"].get<std::string>() + "=" + device["DeviceID"].get<std::string>() + ";";
+        }
+        return text;
+    }
+
+    Arguments AddArguments(const std::string& id) const {
+        return {"add",     "--id",      id,         "--type",     "ZQNetCam-2M", "--desc",
+                "Made up", "--address", "10.0.0.7", "--firmware", "1.0"};
+    }
+
+    KitCopy m_kit;
+
+private:
+    static std::string TextOf(const std::string& file) {
+        std::string text = ContentOf(file);
+        text.erase(std::remove(text.begin(), text.end(), '\r'), text.end());
+        return text;
+    }
+
+    TempFolder m_outputs;
+};
+
+TEST_F(Zqdev, FailuresAreOneLineWithTheirStatusAndLeaveTheListAlone) {
+    const std::string before = ContentOf(m_kit.DevicesIni());
+    const std::string tooLong(65, 'x');
+    const struct {
+        Arguments arguments;
+        int status;
+        std::vector<std::string> parts;
+    } cases[] = {
+        {{}, 2, {"--help"}},
+        {{"frobnicate"}, 2, {"there is no command 'frobnicate'"}},
+        {{"list", "surplus"}, 2, {"surplus"}},
+        {{"show"}, 2, {"ID"}},
+        {{"config"}, 2, {"--help"}},
+        {{"scan", "--scanner", "14"}, 2, {"there is no scanner '14'"}},
+        {{"scan", "--allow-empty"}, 2, {"--save"}},
+        {{"add", "--id", "x"}, 2, {"--type"}},
+        {{"add", "--id", "x", "--type", "NoSuchType"}, 2, {"--desc", "--ccm", "--iam-address", "--firmware"}},
+        {{"modify", "VirtualCamera:1"}, 2, {"nothing to change"}},
+        {{"show", "nobody"}, 1, {"'nobody'", "zqdev list"}},
+        {{"remove", "nobody"}, 1, {"'nobody'"}},
+        {{"rescan", "nobody"}, 1, {"'nobody'"}},
+        {{"modify", "nobody", "--desc", "x"}, 1, {"'nobody'"}},
+        {{"modify", "VirtualCamera:1", "--desc", ""}, 1, {"--desc", "--allow-empty"}},
+        {{"modify", "VirtualCamera:1", "--desc", tooLong}, 1, {"-100014", "--desc"}},
+        {{"modify", "VirtualCamera:1", "--name", "a;b"}, 1, {"-100006"}},
+        {{"remove", "VirtualCamera:1"}, 1, {"last device"}},
+        {{"scan", "--scanner", "SCANNER_MV"}, 1, {"-100006", "not one that is allowed", "built in"}},
+        {{"modules", "NoSuchType"}, 1, {"-220002", "NoSuchType.ccf", "does not exist"}},
+        {{"modules", "../config"}, 1, {"-100006"}},
+        {{"--kit", "no-such-folder", "list"}, 1, {"-130000", "no-such-folder", "--kit"}},
+        {{"scan", "--scanner", "manual", "--save"}, 3, {"nothing was saved"}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.arguments.empty() ? "no arguments" : c.arguments.front() + " " + c.arguments.back());
+        ExpectFailure(c.arguments, c.status, c.parts);
+    }
+    EXPECT_EQ(ContentOf(m_kit.DevicesIni()), before);
+}
+
+TEST_F(Zqdev, EditsAreSavedAtOnce) {
+    ExpectDone(AddArguments("first"));
+    ExpectDone(AddArguments("second"));
+    EXPECT_EQ(ListedDevices(), "Camera1=VirtualCamera:1;Camera2=first;Camera3=second;");
+    ExpectFailure(AddArguments("second"), 1, {"'second'", "modify"});
+
+    // A name given by place would now be a second Camera3, and the two would share their values in the file.
+    ExpectDone({"remove", "VirtualCamera:1"});
+    ExpectDone(AddArguments("third"));
+    EXPECT_EQ(ListedDevices(), "Camera2=first;Camera3=second;Camera1=third;");
+    ExpectFailure({"modify", "third", "--name", "Camera2"}, 1, {"'Camera2'"});
+
+    ExpectDone({"modify", "third", "--name", "Front door", "--scanner", "1", "--ccm", "CCM_ZQ_UDP"});
+    const auto device = RunJson({"show", "third"});
+    EXPECT_EQ(device["Name"], "Front door");
+    EXPECT_EQ(device["UsedScanner"], ZQDEV_SCANNER_NAME_ZQ_UDP);
+    EXPECT_EQ(device["CCM"], ZQDEV_CCM_ZQ_UDP);
+    EXPECT_EQ(device["IAM"], ZQDEV_IAM_ZQ_UDP) << "the type's default";
+    EXPECT_EQ(device["IAMAddress"], "10.0.0.7");
+    EXPECT_EQ(device["DeviceDesc"], "Made up");
+
+    ExpectDone({"rescan", "second", "--save"});
+    ExpectDone({"modify", "second", "--desc", "", "--allow-empty"});
+    ExpectFailure({"list"}, 1, {"-200013", "lacks a value"});
+}
+
+TEST_F(Zqdev, MissingAndEmptyListsAreExplainedAndMended) {
+    const std::string shipped = ContentOf(m_kit.DevicesIni());
+    const std::string init = "zqdev config init\"";
+
+    std::filesystem::remove(m_kit.DevicesIni());
+    ExpectFailure({"list"}, 1, {"-220002", "does not exist", init});
+    ExpectFailure({"config", "check"}, 1, {"-220002", "Devices.ini"});
+    ExpectDone({"config", "init"});
+    EXPECT_EQ(ContentOf(m_kit.DevicesIni()), shipped);
+
+    CZQDeviceList().SaveToFile(m_kit.DevicesIni());
+    const std::string empty = ContentOf(m_kit.DevicesIni());
+    ExpectFailure({"list"}, 1, {"-200013", "empty list", init});
+    ExpectFailure({"config", "check"}, 1, {"-200013", init});
+    ExpectDone({"config", "init"});
+    EXPECT_EQ(ContentOf(m_kit.DevicesIni()), shipped);
+    EXPECT_EQ(ContentOf(m_kit.DevicesIni() + ".bak"), empty);
+
+    std::filesystem::remove_all(m_kit.Path() / "AppData");
+    ExpectDone({"config", "init"});
+    ExpectDone({"config", "check"});
+    ExpectDone({"list"});
+}
+
+TEST_F(Zqdev, DamageIsReportedAndNeverTouchedUnasked) {
+    const std::string shipped = ContentOf(m_kit.DevicesIni());
+    std::string edited = shipped;
+    edited.replace(edited.find("Virtual camera"), 14, "Edited camera.");
+    WriteContent(m_kit.DevicesIni(), edited);
+    const std::string unsealed = "[DeviceScanner]\r\nActiveScanners=SCANNER_ZQ_UDP\r\n";
+    WriteContent(m_kit.ApiIni(), unsealed);
+
+    ExpectFailure({"list"}, 1, {"-220004", "edited by hand", "config seal", "restore"});
+    const Outcome check = Run({"config", "check"});
+    EXPECT_EQ(check.status, 1);
+    EXPECT_EQ(std::count(check.err.begin(), check.err.end(), '\n'), 2) << check.err;
+    EXPECT_NE(check.err.find("-220003"), std::string::npos) << check.err;
+    EXPECT_NE(check.err.find("-220004"), std::string::npos) << check.err;
+    ExpectDone({"config", "init"});
+    ExpectDone({"config", "show"});
+    EXPECT_EQ(ContentOf(m_kit.DevicesIni()), edited);
+    EXPECT_EQ(ContentOf(m_kit.ApiIni()), unsealed);
+
+    ExpectDone({"config", "seal", m_kit.DevicesIni(), m_kit.ApiIni()});
+    ExpectDone({"config", "check"});
+    EXPECT_EQ(RunJson({"show", "VirtualCamera:1"})["DeviceDesc"], "Edited camera.");
+    ExpectFailure({"config", "seal", m_kit.File("AppData")}, 1, {"-220001", "AppData"});
+
+    WriteContent(m_kit.DevicesIni(), "cut");
+    ExpectFailure({"list"}, 1, {"-220002", "cut off", "config init --force"});
+    ExpectDone({"config", "init", "--force"});
+    EXPECT_EQ(ContentOf(m_kit.DevicesIni()), shipped);
+    EXPECT_EQ(ContentOf(m_kit.DevicesIni() + ".bak"), "cut");
+}
+
+TEST_F(Zqdev, ScanSettingsThatDoNotServeAreExplained) {
+    const struct {
+        const char* content;
+        std::vector<std::string> parts;
+    } cases[] = {
+        {"[DeviceScanner]\r\nActiveScanners=\r\n", {"-200013", "ActiveScanners"}},
+        {"[DeviceScanner]\r\nActiveScanners=SCANNER_NONE\r\n", {"-100006", "ActiveScanners"}},
+    };
+    for (const auto& c : cases) {
+        WriteSealed(m_kit.ApiIni(), c.content);
+        ExpectFailure({"scan"}, 1, c.parts);
+    }
+    std::filesystem::remove(m_kit.ApiIni());
+    ExpectFailure({"scan"}, 1, {"-220002", "ZQAPI.ini does not exist", "config init"});
+}
+
+TEST_F(Zqdev, AnotherKitIsUsedWholly) {
+    KitCopy other;
+    const std::string own = ContentOf(m_kit.DevicesIni());
+    Arguments arguments = AddArguments("in the other kit");
+    arguments.insert(arguments.begin(), {"--kit", other.Path().string()});
+    ExpectDone(arguments);
+    EXPECT_EQ(ContentOf(m_kit.DevicesIni()), own);
+    EXPECT_NE(ContentOf(other.DevicesIni()).find("in the other kit"), std::string::npos);
+
+    std::filesystem::remove(other.DevicesIni());
+    ExpectFailure({"list", "--kit", other.Path().string()}, 1,
+                  {"zqdev --kit '" + other.Path().string() + "' config init"});
+    ExpectDone({"--kit", other.Path().string(), "config", "init"});
+    EXPECT_EQ(RunJson({"list", "--kit", other.Path().string()})["devices"].size(), 1U);
+}
+
+TEST_F(Zqdev, DebugOutputComesBesideTheResultsAndBeforeTheFailure) {
+    const Outcome list = Run({"list", "--json", "-v"});
+    EXPECT_EQ(nlohmann::json::parse(list.out)["devices"].size(), 1U);
+    EXPECT_NE(list.err.find("SDK: GetConfigFilesPath: Path="), std::string::npos) << list.err;
+
+    const Outcome show = Run({"-v", "show", "nobody"});
+    EXPECT_EQ(show.status, 1);
+    const std::size_t failure = show.err.find("zqdev: there is no device");
+    ASSERT_NE(failure, std::string::npos) << show.err;
+    EXPECT_LT(show.err.find("SDK: "), failure);
+    EXPECT_EQ(Run({"list"}).err, "");
+}
+
+TEST_F(Zqdev, AnyTextIsListedInJsonAndOnTheScreen) {
+    CZQDeviceInfo device = SampleDevice("a \"quoted\" \\ id");
+    device.SetName("Camera1");
+    device.SetDeviceTypeByName(std::string(64, 'T'));
+    device.SetDeviceDesc("Gr\xFC\xDF");  // Latin-1
+    device.SetUsedAddress("\x1B[2J");
+    CZQDeviceList list;
+    list.AddDevice(device, false);
+    list.SaveToFile(m_kit.DevicesIni());
+
+    const auto json = RunJson({"list"})["devices"][0];
+    EXPECT_EQ(json["DeviceID"], "a \"quoted\" \\ id");
+    EXPECT_EQ(json["DeviceDesc"], "Gr\xC3\xBC\xC3\x9F");
+    EXPECT_EQ(json["UsedAddress"], "\x1B[2J");
+    const Outcome shown = Run({"list"});
+    EXPECT_EQ(shown.out.find('\x1B'), std::string::npos);
+    EXPECT_NE(shown.out.find("\\x1B[2J"), std::string::npos) << shown.out;
+}
+
+TEST_F(Zqdev, SettingsAndModulesAreShownForPrograms) {
+    const auto config = RunJson({"config", "show"});
+    EXPECT_EQ(config["devicesIni"]["state"], "sealed");
+    EXPECT_EQ(config["scanSettings"]["DeviceScanner"]["ActiveScanners"], ZQDEV_SCANNER_NAME_ZQ_UDP);
+    EXPECT_EQ(config["scanSettings"]["DeviceScanner.SCANNER_ZQ_UDP"]["IPPort"], "19380");
+    EXPECT_EQ(RunJson({"config", "init"}).size(), 2U);
+    EXPECT_EQ(RunJson({"config", "check"})[1]["error"], 0);
+    EXPECT_EQ(RunJson({"modules", "ZQNetCam-2M"})["IAMs"][0], ZQDEV_IAM_ZQ_UDP);
+    EXPECT_EQ(RunJson({"scan", "--scanner", "0"}, 3)["devices"].size(), 0U);
+    EXPECT_EQ(RunJson({"version"})["version"], "2.0.0");
+}
+
+}  // namespace
+}  // namespace ZQAPI::test

@@ -1,0 +1,52 @@
+#include "ZQSimInterface.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstdlib>
+#include <utility>
+
+#include "ZQSimIpv4.h"
+#include "foundation/ZQException.h"
+
+namespace ZQAPI::sim {
+
+CZQSimInterface::CZQSimInterface(std::string name) : m_name(std::move(name)) {
+    // The name becomes part of a shell command.
+    const bool harmless = std::all_of(m_name.begin(), m_name.end(), [](unsigned char c) {
+        return std::isalnum(c) != 0 || c == '.' || c == '_' || c == '-';
+    });
+    if (!harmless || m_name.starts_with('-')) {
+        throw CZQException(ZQ_HERE("CZQSimInterface::CZQSimInterface"), ZQ_ERR_BAD_VALUE, "Interface=%s",
+                           m_name.c_str());
+    }
+}
+
+CZQSimInterface::~CZQSimInterface() {
+    for (const std::uint32_t address : m_added) {
+        ChangeAddress("del", address);
+    }
+}
+
+void CZQSimInterface::AddAddress(std::uint32_t address) {
+    if (!ChangeAddress("add", address)) {
+        throw CZQException(ZQ_HERE("CZQSimInterface::AddAddress"), ZQ_ERR_SOCKET_CREATE,
+                           "Address %s could not be added to interface %s", FormatIpv4(address).c_str(),
+                           m_name.c_str());
+    }
+    m_added.insert(address);
+}
+
+void CZQSimInterface::RemoveAddress(std::uint32_t address) {
+    if (m_added.erase(address) > 0) {
+        ChangeAddress("del", address);
+    }
+}
+
+bool CZQSimInterface::ChangeAddress(const char* verb, std::uint32_t address) const {
+    // One address, no subnet: the machine's routes stay as they are.
+    const std::string command =
+        std::string("ip address ") + verb + " " + FormatIpv4(address) + "/32 dev " + m_name;
+    return std::system(command.c_str()) == 0;
+}
+
+}  // namespace ZQAPI::sim

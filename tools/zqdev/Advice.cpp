@@ -1,0 +1,120 @@
+#include "Advice.h"
+
+#include "ConfigFiles.h"
+#include "foundation/Io/ZQFile.h"
+#include "foundation/ZQErrorNumbers.h"
+
+namespace ZQAPI::zqdev {
+
+namespace {
+
+bool IsMissing(const std::string& file) {
+    return !CZQFile::Exists(file);
+}
+
+// The first row that fits is the answer. {file} is the file; {zqdev ...} becomes a call of the tool.
+struct Row {
+    Subject subject;
+    int number;                                // 0: any
+    bool (*applies)(const std::string& file);  // null: always
+    const char* advice;
+};
+
+constexpr Row kRows[] = {
+    {Subject::kLoading, ZQ_ERR_SEAL_READ, IsMissing,
+     "{file} does not exist: make it with \"{zqdev config init}\""},
+    {Subject::kLoading, ZQ_ERR_SEAL_READ, nullptr,
+     "{file} can't be read or is cut off: restore it, or replace it with \"{zqdev config init --force}\""},
+    {Subject::kLoading, ZQ_ERR_INI_KEY_MISSING, IsDeviceListEmpty,
+     "{file} was saved from an empty list: mend it with \"{zqdev config init}\""},
+    {Subject::kLoading, ZQ_ERR_INI_KEY_MISSING, nullptr,
+     "a device in {file} lacks a value: add it by hand, then \"{zqdev config seal FILE}\""},
+    {Subject::kLoading, ZQ_ERR_TEXT_TOO_LONG, nullptr,
+     "a text in {file} is too long (names 63, values 64 characters): shorten it by hand, then "
+     "\"{zqdev config seal FILE}\""},
+    {Subject::kLoading, ZQ_ERR_SEAL_MISMATCH, nullptr,
+     "{file} is damaged or was edited by hand: check it, then \"{zqdev config seal FILE}\", or restore it"},
+    {Subject::kLoading, 0, nullptr, "check that {file} can be read and written"},
+
+    {Subject::kSaving, 0, nullptr, "check that the folder of {file} can be written to and has room"},
+
+    {Subject::kScan, ZQ_ERR_SEAL_READ, IsMissing,
+     "{file} does not exist: make it with \"{zqdev config init}\""},
+    {Subject::kScan, ZQ_ERR_SEAL_READ, nullptr,
+     "{file} can't be read or is cut off: restore it, or replace it with \"{zqdev config init --force}\""},
+    {Subject::kScan, ZQ_ERR_SEAL_MISMATCH, nullptr,
+     "{file} is damaged or was edited by hand: check it, then \"{zqdev config seal FILE}\", or restore it"},
+    {Subject::kScan, ZQ_ERR_INI_KEY_MISSING, nullptr,
+     "name at least one scanner in ActiveScanners in {file}, then \"{zqdev config seal FILE}\""},
+    {Subject::kScan, ZQ_ERR_BAD_VALUE, nullptr,
+     "ActiveScanners in {file} names a scanner that this library has not built in: take it out, then "
+     "\"{zqdev config seal FILE}\""},
+    {Subject::kScan, 0, nullptr, "check the settings in {file} and the network; -v shows what the scan did"},
+
+    {Subject::kOneScanner, ZQ_ERR_BAD_VALUE, nullptr,
+     "this library has no such scanner built in: choose another (\"{zqdev scan --help}\" lists them)"},
+    {Subject::kOneScanner, 0, nullptr,
+     "check the settings in {file} and the network; -v shows what the scan did"},
+
+    {Subject::kRescan, ZQ_ERR_DEVICE_NOT_FOUND, nullptr,
+     "switch the device on and check its connection; \"{zqdev scan}\" shows what is there"},
+    {Subject::kRescan, ZQ_ERR_BAD_VALUE, nullptr,
+     "the device's scanner is none that this library has built in: give it another with "
+     "\"{zqdev modify ID --scanner NAME}\""},
+    {Subject::kRescan, 0, nullptr, "check the settings in {file} and the network; -v shows what was tried"},
+
+    {Subject::kRecord, ZQ_ERR_BAD_VALUE, nullptr,
+     "a text holds a control character, or the name is one that the file can't hold (';', ']', blanks at an "
+     "end)"},
+    {Subject::kRecord, 0, nullptr, "check the texts that were given"},
+
+    {Subject::kModules, ZQ_ERR_SEAL_READ, IsMissing,
+     "{file} does not exist: check the spelling of the device type, or add the file to the kit"},
+    {Subject::kModules, ZQ_ERR_SEAL_MISMATCH, nullptr,
+     "{file} is damaged or was edited by hand: check it, then \"{zqdev config seal FILE}\", or restore it"},
+    {Subject::kModules, ZQ_ERR_BAD_VALUE, nullptr, "a device type has no separators or colons in its name"},
+    {Subject::kModules, ZQ_ERR_INI_KEY_MISSING, nullptr,
+     "{file} lists no modules: fill in CCMs and IAMs, then \"{zqdev config seal FILE}\""},
+    {Subject::kModules, 0, nullptr, "check that {file} can be read"},
+
+    {Subject::kFile, ZQ_ERR_SEAL_READ, IsMissing,
+     "there is no such file; \"{zqdev config init}\" makes missing ones"},
+    {Subject::kFile, ZQ_ERR_SEAL_READ, nullptr, "it can't be read or is cut off: restore it"},
+    {Subject::kFile, ZQ_ERR_SEAL_MISSING, nullptr, "check it, then \"{zqdev config seal FILE}\""},
+    {Subject::kFile, ZQ_ERR_SEAL_MISMATCH, nullptr,
+     "it is damaged or was edited by hand: check it, then \"{zqdev config seal FILE}\", or restore it"},
+    {Subject::kFile, 0, nullptr, "check that it can be read and written"},
+};
+
+// Replaces {file}, FILE within a call, and the calls themselves.
+std::string Filled(std::string text, const Kit& kit, const std::string& file) {
+    constexpr std::string_view kCall = "{zqdev ";
+    for (std::size_t start = 0; (start = text.find(kCall)) != std::string::npos;) {
+        const std::size_t end = text.find('}', start);
+        std::string arguments = text.substr(start + kCall.size(), end - start - kCall.size());
+        if (const std::size_t name = arguments.find("FILE"); name != std::string::npos) {
+            arguments.replace(name, 4, "'" + file + "'");
+        }
+        text.replace(start, end + 1 - start, kit.Command(arguments));
+    }
+    constexpr std::string_view kFile = "{file}";
+    for (std::size_t start = 0; (start = text.find(kFile, start)) != std::string::npos;
+         start += file.size()) {
+        text.replace(start, kFile.size(), file);
+    }
+    return text;
+}
+
+}  // namespace
+
+std::string Advice(Subject subject, int number, const Kit& kit, const std::string& file) {
+    for (const Row& row : kRows) {
+        if (row.subject == subject && (row.number == 0 || row.number == number) &&
+            (row.applies == nullptr || row.applies(file))) {
+            return Filled(row.advice, kit, file);
+        }
+    }
+    return "run it again with -v to see what the library does";
+}
+
+}  // namespace ZQAPI::zqdev

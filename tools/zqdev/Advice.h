@@ -1,0 +1,25 @@
+// What to do about a failure.
+#pragma once
+
+#include <string>
+
+#include "Kit.h"
+
+namespace ZQAPI::zqdev {
+
+// What the library was asked for when it failed: the same number means different things.
+enum class Subject {
+    kLoading,     // reading the device list file
+    kSaving,      // writing it
+    kScan,        // a scan with the scanners in ZQAPI.ini
+    kOneScanner,  // a scan with a given one
+    kRescan,      // asking for one device
+    kRecord,      // adding or changing a device
+    kModules,     // a device type's camera configuration file
+    kFile,        // checking or sealing any file
+};
+
+// The step that mends it. `file` is the file that the subject is about.
+std::string Advice(Subject subject, int number, const Kit& kit, const std::string& file);
+
+}  // namespace ZQAPI::zqdev

@@ -1,0 +1,236 @@
+#include <algorithm>
+#include <filesystem>
+
+#include "Commands.h"
+#include "ConfigFiles.h"
+#include "Text.h"
+#include "foundation/Io/ZQFile.h"
+#include "foundation/Io/ZQIniFile.h"
+#include "foundation/ZQException.h"
+
+namespace ZQAPI::embedded {
+
+// The kit's own configuration files, sealed.
+extern const std::string_view kApiIni;
+extern const std::string_view kDevicesIni;
+
+}  // namespace ZQAPI::embedded
+
+namespace ZQAPI::zqdev {
+
+namespace {
+
+struct NoOptions {};
+
+struct InitOptions {
+    bool force = false;
+};
+
+struct SealOptions {
+    std::vector<std::string> files;
+};
+
+// In a word or two.
+std::string StateOf(const std::string& file) {
+    if (!CZQFile::Exists(file)) {
+        return "missing";
+    }
+    switch (SealError(file)) {
+        case 0:
+            return "sealed";
+        case ZQ_ERR_SEAL_MISSING:
+            return "not sealed";
+        case ZQ_ERR_SEAL_MISMATCH:
+            return "damaged";
+        default:
+            return "unreadable";
+    }
+}
+
+// What is done with a file, and said of it.
+std::string Initialise(const std::string& file, std::string_view content, bool mend, bool force) {
+    const bool exists = CZQFile::Exists(file);
+    if (exists && !force && !mend) {
+        const std::string state = StateOf(file);
+        return "left as it is" + (state == "sealed" ? "" : ", although it is " + state);
+    }
+    ReplaceFile(file, content);
+    return !exists ? "made" : std::string(force ? "replaced" : "mended") + ", the old one is kept as .bak";
+}
+
+ExitStatus Init(Session& session, const InitOptions& options) {
+    const Kit& kit = session.GetKit();
+    // Only a list that was saved empty is mended: one that is damaged may still hold what somebody needs.
+    const int seal = SealError(kit.DevicesIni());
+    const bool mend = (seal == 0 || seal == ZQ_ERR_SEAL_MISSING) && IsDeviceListEmpty(kit.DevicesIni());
+    const std::string api = Initialise(kit.ApiIni(), embedded::kApiIni, false, options.force);
+    const std::string devices = Initialise(kit.DevicesIni(), embedded::kDevicesIni, mend, options.force);
+    session.Show({{{"file", ToJson(kit.ApiIni())}, {"result", api}},
+                  {{"file", ToJson(kit.DevicesIni())}, {"result", devices}}},
+                 kit.ApiIni() + ": " + api + "\n" + kit.DevicesIni() + ": " + devices + "\n");
+    return ExitStatus::kDone;
+}
+
+// What a scanner reads from its section of ZQAPI.ini.
+struct ScannerSettings {
+    std::string_view scanner;
+    std::vector<std::string> keys;
+};
+const std::vector<ScannerSettings>& KnownSettings() {
+    static const std::vector<ScannerSettings> settings = {
+        {ZQDEV_SCANNER_NAME_ZQ_UDP, {"IPPort", "NofScanCycles", "ScanTimeMs", "BindToNetworkCard"}},
+    };
+    return settings;
+}
+
+// Null for a key that is missing.
+Json ReadSetting(CZQIniFile& ini, const std::string& section, const std::string& key) {
+    ini.SetSection(section);
+    if (!ini.KeyExists(key)) {
+        return nullptr;
+    }
+    CZQString value;
+    ini.ReadString(key, value);
+    return ToJson(value.view());
+}
+
+Json ScanSettings(const std::string& file) {
+    CZQIniFile ini(file);
+    const std::string general = "DeviceScanner";
+    Json sections;
+    sections[general]["ActiveScanners"] = ReadSetting(ini, general, "ActiveScanners");
+    for (const ScannerSettings& settings : KnownSettings()) {
+        const std::string section = general + "." + std::string(settings.scanner);
+        for (const std::string& key : settings.keys) {
+            sections[section][key] = ReadSetting(ini, section, key);
+        }
+    }
+    return sections;
+}
+
+std::string SettingsText(const Json& sections) {
+    std::string text;
+    for (const auto& [section, keys] : sections.items()) {
+        text += "\n[" + section + "]\n";
+        for (const auto& [key, value] : keys.items()) {
+            text += key + "=" + (value.is_null() ? "(not set)" : Printable(value.get<std::string>())) + "\n";
+        }
+    }
+    return text;
+}
+
+ExitStatus Show(Session& session, const NoOptions& /*options*/) {
+    const Kit& kit = session.GetKit();
+    const std::string apiState = StateOf(kit.ApiIni());
+    const std::string devicesState = StateOf(kit.DevicesIni());
+    const Json settings = ScanSettings(kit.ApiIni());
+    session.Show({{"library", ToJson(kit.LibraryFile())},
+                  {"binPath", ToJson(kit.BinPath())},
+                  {"cameraConfigFolder", ToJson(kit.CameraConfigFolder())},
+                  {"configFolder", ToJson(kit.ConfigFolder())},
+                  {"apiIni", {{"file", ToJson(kit.ApiIni())}, {"state", apiState}}},
+                  {"devicesIni", {{"file", ToJson(kit.DevicesIni())}, {"state", devicesState}}},
+                  {"scanSettings", settings}},
+                 "Library          " + kit.LibraryFile() + "\nBin path         " + kit.BinPath() +
+                     "\nDevice types     " + kit.CameraConfigFolder() + "\nConfiguration    " +
+                     kit.ConfigFolder() + "\nScan settings    " + kit.ApiIni() + " (" + apiState +
+                     ")\nDevice list      " + kit.DevicesIni() + " (" + devicesState + ")\n" +
+                     SettingsText(settings));
+    return ExitStatus::kDone;
+}
+
+std::vector<std::string> SealedFiles(const Kit& kit) {
+    std::vector<std::string> files;
+    std::error_code error;
+    for (const auto& entry : std::filesystem::directory_iterator(kit.CameraConfigFolder(), error)) {
+        if (entry.path().extension() == ".ccf") {
+            files.push_back(entry.path().string());
+        }
+    }
+    std::sort(files.begin(), files.end());
+    files.insert(files.begin(), {kit.ApiIni(), kit.DevicesIni()});
+    return files;
+}
+
+struct Finding {
+    std::string state;
+    int number;  // 0: nothing is wrong
+    Subject subject;
+};
+
+Finding Inspect(const Kit& kit, const std::string& file) {
+    const int number = SealError(file);
+    if (number == 0 && file == kit.DevicesIni() && IsDeviceListEmpty(file)) {
+        return {"empty list", ZQ_ERR_INI_KEY_MISSING, Subject::kLoading};
+    }
+    return {StateOf(file), number, Subject::kFile};
+}
+
+ExitStatus CheckFiles(Session& session, const NoOptions& /*options*/) {
+    const Kit& kit = session.GetKit();
+    Json json = Json::array();
+    std::string text;
+    std::vector<std::string> failures;
+    for (const std::string& file : SealedFiles(kit)) {
+        const Finding finding = Inspect(kit, file);
+        json.push_back({{"file", ToJson(file)}, {"state", finding.state}, {"error", finding.number}});
+        text.append(file).append(": ").append(finding.state).append("\n");
+        if (finding.number != 0) {
+            failures.push_back(
+                FailureLine(file, finding.number, Advice(finding.subject, finding.number, kit, file)));
+        }
+    }
+    session.Show(json, text);
+    for (const std::string& failure : failures) {
+        session.GetConsole().PrintError(failure);
+    }
+    return failures.empty() ? ExitStatus::kDone : ExitStatus::kFailed;
+}
+
+ExitStatus SealFiles(Session& session, const SealOptions& options) {
+    Json json = Json::array();
+    std::string text;
+    for (const std::string& file : options.files) {
+        try {
+            const std::uint32_t checksum = Seal(file);
+            json.push_back({{"file", ToJson(file)}, {"checksum", checksum}});
+            text += file + ": sealed, checksum " + std::to_string(checksum) + "\n";
+        } catch (const CZQException& exception) {
+            session.Show(json, text);
+            throw Failure(FailureLine("can't seal " + file, exception.GetErrorNumber(),
+                                      "check that it is a file that can be read and written"));
+        }
+    }
+    session.Show(json, text);
+    return ExitStatus::kDone;
+}
+
+void DeclareNothing(CLI::App& /*command*/, NoOptions& /*options*/) {}
+
+}  // namespace
+
+void AddConfigCommands(CLI::App& app, Session& session) {
+    CLI::App& config = *app.add_subcommand("config", "Make, show, check and seal the configuration files");
+    config.require_subcommand(1);
+    AddCommand<InitOptions>(
+        config, session, "init",
+        "Make ZQAPI.ini and Devices.ini where they are missing, and mend a Devices.ini that was saved empty; "
+        "everything else is left alone",
+        [](CLI::App& command, InitOptions& options) {
+            command.add_flag("--force", options.force, "Replace both files; the old ones are kept as .bak");
+        },
+        Init);
+    AddCommand<NoOptions>(config, session, "show", "Show the paths and the scan settings in use",
+                          DeclareNothing, Show);
+    AddCommand<NoOptions>(config, session, "check",
+                          "Check the seals of all configuration files; changes nothing", DeclareNothing,
+                          CheckFiles);
+    AddCommand<SealOptions>(
+        config, session, "seal", "Seal files after a change by hand",
+        [](CLI::App& command, SealOptions& options) {
+            command.add_option("FILE", options.files, "Files to seal")->required();
+        },
+        SealFiles);
+}
+
+}  // namespace ZQAPI::zqdev

@@ -1,0 +1,23 @@
+// The kit's sealed configuration files, handled without the library.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace ZQAPI::zqdev {
+
+// What is wrong with the file's seal: 0 when it is right, else the error number. Changes nothing.
+int SealError(const std::string& file);
+
+// Seals the file or renews its seal; the checksum. Throws CZQException.
+std::uint32_t Seal(const std::string& file);
+
+// Whether the file is there and its list of devices has no entry.
+bool IsDeviceListEmpty(const std::string& file);
+
+// Writes the file whole or not at all, its folder too when there is none. An existing file is kept as
+// FILE.bak. Throws Failure.
+void ReplaceFile(const std::string& file, std::string_view content);
+
+}  // namespace ZQAPI::zqdev

@@ -1,0 +1,62 @@
+#include "Console.h"
+
+#include "Failure.h"
+#include "Text.h"
+#include "platform/Terminal.h"
+
+namespace ZQAPI::zqdev {
+
+void Console::SetErrorStream(std::FILE* stream) {
+    const std::lock_guard lock(m_mutex);
+    m_errors = stream;
+}
+
+void Console::Print(std::string_view text) {
+    const std::lock_guard lock(m_mutex);
+    EraseProgress();
+    std::fwrite(text.data(), 1, text.size(), stdout);
+}
+
+void Console::FlushResults() {
+    const std::lock_guard lock(m_mutex);
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
+        throw Failure("the results could not be written; check where standard output leads");
+    }
+}
+
+void Console::PrintError(std::string_view text) {
+    PrintLine("zqdev: " + Printable(text) + "\n");
+}
+
+void Console::PrintDebug(std::string_view line) {
+    PrintLine(Printable(line) + "\n");
+}
+
+void Console::PrintLine(const std::string& line) {
+    const std::lock_guard lock(m_mutex);
+    EraseProgress();
+    std::fflush(stdout);  // what was printed before comes before
+    std::fwrite(line.data(), 1, line.size(), m_errors);
+    std::fflush(m_errors);
+}
+
+void Console::ShowProgress(const std::string& text) {
+    const std::lock_guard lock(m_mutex);
+    if (!platform::IsTerminal(m_errors)) {
+        return;
+    }
+    EraseProgress();
+    std::fwrite(text.data(), 1, text.size(), m_errors);
+    std::fflush(m_errors);
+    m_progressColumns = ColumnsOf(text);
+}
+
+void Console::EraseProgress() {
+    if (m_progressColumns > 0) {
+        const std::string blank = "\r" + std::string(m_progressColumns, ' ') + "\r";
+        std::fwrite(blank.data(), 1, blank.size(), m_errors);
+        m_progressColumns = 0;
+    }
+}
+
+}  // namespace ZQAPI::zqdev

@@ -1,0 +1,37 @@
+// The kit that the tool works on.
+#pragma once
+
+#include <string>
+
+#include "devices/ZQSdkPaths.h"
+
+namespace ZQAPI::zqdev {
+
+// Where a kit's library and files lie. A value.
+class Kit {
+public:
+    // The kit in the folder, or the one that this program lies in when `folder` is empty. Throws Failure when
+    // there is no library in it.
+    explicit Kit(const std::string& folder);
+
+    // Full path, links resolved.
+    const std::string& LibraryFile() const noexcept { return m_libraryFile; }
+
+    std::string BinPath() const;
+    std::string ConfigFolder() const;
+    std::string ApiIni() const;
+    std::string DevicesIni() const;
+    std::string CameraConfigFolder() const;
+    // Empty for a type that can be no file name.
+    std::string CameraConfigFile(const std::string& deviceType) const;
+
+    // How to call this tool for this kit: "zqdev config init", with --kit where it was given.
+    std::string Command(const std::string& arguments) const;
+
+private:
+    std::string m_folder;
+    std::string m_libraryFile;
+    CZQSdkPaths m_paths;
+};
+
+}  // namespace ZQAPI::zqdev

@@ -1,0 +1,126 @@
+#include "Records.h"
+
+#include <algorithm>
+
+#include "Text.h"
+#include "foundation/ZQString.h"
+
+namespace ZQAPI::zqdev {
+
+namespace {
+
+std::string Latin1ToUtf8(std::string_view text) {
+    std::string utf8;
+    for (const char c : text) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte < 0x80) {
+            utf8 += c;
+        } else {
+            utf8 += static_cast<char>(0xC0U | (byte >> 6U));
+            utf8 += static_cast<char>(0x80U | (byte & 0x3FU));
+        }
+    }
+    return utf8;
+}
+
+}  // namespace
+
+const std::vector<FieldInfo>& Fields() {
+    static const std::vector<FieldInfo> fields = {
+        {"Name", "Name", "--name", "Name in the list, unique in it", &ZQDEVICEINFO::Name},
+        {"DeviceID", "Identifier", "--id", "Identifier, unique in the list", &ZQDEVICEINFO::DeviceID},
+        {"DeviceTypeByName", "Type", "--type", "Device type", &ZQDEVICEINFO::DeviceTypeByName},
+        {"DeviceDesc", "Description", "--desc", "Description", &ZQDEVICEINFO::DeviceDesc},
+        {"UsedScanner", "Scanner", "--scanner", "Scanner that finds the device", &ZQDEVICEINFO::UsedScanner},
+        {"UsedAddress", "Address", "--address", "Address under which the scanner finds it",
+         &ZQDEVICEINFO::UsedAddress},
+        {"CCM", "Control module", "--ccm", "Camera control module", &ZQDEVICEINFO::CCM},
+        {"CCMAddress", "  its address", "--ccm-address", "Address for that module",
+         &ZQDEVICEINFO::CCMAddress},
+        {"IAM", "Image module", "--iam", "Image acquisition module", &ZQDEVICEINFO::IAM},
+        {"IAMAddress", "  its address", "--iam-address", "Address for that module",
+         &ZQDEVICEINFO::IAMAddress},
+        {"FirmwareVersion", "Firmware", "--firmware", "Firmware version", &ZQDEVICEINFO::FirmwareVersion},
+    };
+    return fields;
+}
+
+Json ToJson(std::string_view text) {
+    return IsUtf8(text) ? std::string(text) : Latin1ToUtf8(text);
+}
+
+Json ToJson(const ZQDEVICEINFO& device) {
+    Json json;
+    for (const FieldInfo& field : Fields()) {
+        json[field.name] = ToJson(device::Text(device.*field.member));
+    }
+    return json;
+}
+
+Json ToJson(const std::vector<ZQDEVICEINFO>& devices) {
+    Json json = Json::array();
+    for (const ZQDEVICEINFO& device : devices) {
+        json.push_back(ToJson(device));
+    }
+    return json;
+}
+
+std::string ToTable(const std::vector<ZQDEVICEINFO>& devices) {
+    Table table({{"NAME"}, {"ID", true}, {"TYPE"}, {"SCANNER"}, {"ADDRESS"}, {"FIRMWARE"}});
+    for (const ZQDEVICEINFO& device : devices) {
+        table.AddRow(
+            {Printable(device::Text(device.Name)), Printable(device::Text(device.DeviceID)),
+             Printable(device::Text(device.DeviceTypeByName)), Printable(device::Text(device.UsedScanner)),
+             Printable(device::Text(device.UsedAddress)), Printable(device::Text(device.FirmwareVersion))});
+    }
+    return table.ToText();
+}
+
+std::string ToText(const ZQDEVICEINFO& device) {
+    constexpr std::size_t kTitleWidth = 16;
+    std::string text;
+    for (const FieldInfo& field : Fields()) {
+        std::string title = field.title;
+        title.resize(kTitleWidth, ' ');
+        text += title + Printable(device::Text(device.*field.member)) + "\n";
+    }
+    return text;
+}
+
+std::string CountText(std::size_t count) {
+    return std::to_string(count) + (count == 1 ? " device" : " devices");
+}
+
+const ZQDEVICEINFO* FindById(const std::vector<ZQDEVICEINFO>& devices, std::string_view id) {
+    const auto found = std::find_if(devices.begin(), devices.end(), [&](const ZQDEVICEINFO& device) {
+        return device::Text(device.DeviceID) == id;
+    });
+    return found == devices.end() ? nullptr : &*found;
+}
+
+std::vector<std::string> EmptyFields(const ZQDEVICEINFO& device) {
+    std::vector<std::string> options;
+    for (const FieldInfo& field : Fields()) {
+        if (device::Text(device.*field.member).empty()) {
+            options.emplace_back(field.option);
+        }
+    }
+    return options;
+}
+
+std::optional<device::Scanner> ParseScanner(const std::string& text) {
+    for (int number = 0; number < ZQDEV_NOF_SCANNERS; ++number) {
+        if (text == std::to_string(number)) {
+            return static_cast<device::Scanner>(number);
+        }
+    }
+    const CZQString name = CZQString(text).MakeUpper();
+    const auto scanner = device::ScannerFromName(name.view());
+    return scanner ? scanner : device::ScannerFromName(("SCANNER_" + name).view());
+}
+
+std::string CheckScanner(const std::string& text) {
+    return ParseScanner(text) ? std::string() : "there is no scanner '" + text + "'";
+}
+
+}  // namespace ZQAPI::zqdev

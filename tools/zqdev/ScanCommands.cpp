@@ -1,0 +1,133 @@
+#include <chrono>
+#include <cstdio>
+#include <future>
+
+#include "Commands.h"
+#include "Text.h"
+
+namespace ZQAPI::zqdev {
+
+namespace {
+
+struct ScanOptions {
+    std::string scanner;  // empty: the configured ones
+    bool save = false;
+    bool allowEmpty = false;
+};
+
+struct RescanOptions {
+    std::string id;
+    bool save = false;
+};
+
+std::string Seconds(std::chrono::milliseconds time) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%.1f s", static_cast<double>(time.count()) / 1000);
+    return text;
+}
+
+// The call runs on a thread of its own, while this one shows how long it has taken. Returns that time.
+template <class Call>
+std::chrono::milliseconds WithProgress(Session& session, const std::string& what, Call call) {
+    const auto start = std::chrono::steady_clock::now();
+    const auto elapsed = [&] {
+        return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() -
+                                                                     start);
+    };
+    const std::future<void> done = std::async(std::launch::async, call);
+    while (done.wait_for(std::chrono::milliseconds(100)) != std::future_status::ready) {
+        session.GetConsole().ShowProgress(what + ", " + Seconds(elapsed()));
+    }
+    session.GetConsole().ShowProgress("");
+    return elapsed();
+}
+
+std::string ScannerList() {
+    std::string list = "Scanners, by number and name (\"SCANNER_\" may be left out):\n";
+    for (int number = 0; number < ZQDEV_NOF_SCANNERS; ++number) {
+        list += (number < 10 ? "   " : "  ") + std::to_string(number) + "  " +
+                std::string(device::kScannerNames[number]) + "\n";
+    }
+    return list;
+}
+
+ExitStatus Scan(Session& session, const ScanOptions& options) {
+    const auto scanner = options.scanner.empty() ? std::nullopt : ParseScanner(options.scanner);
+    device::Library& library = session.GetLibrary();
+    std::error_code error;
+    const auto time = WithProgress(session, "Scanning", [&] {
+        if (scanner) {
+            library.Scan(*scanner, error);
+        } else {
+            library.Scan(error);
+        }
+    });
+    session.Check(error, "the scan failed", scanner ? Subject::kOneScanner : Subject::kScan);
+
+    const std::vector<ZQDEVICEINFO> devices = library.Devices();
+    if (options.save && !devices.empty()) {
+        session.Save(options.allowEmpty);
+    }
+    const bool saved = options.save && !devices.empty();
+    const std::string summary = CountText(devices.size()) + " found in " + Seconds(time) + "; " +
+                                (saved ? "saved" : "nothing was saved") + ".\n";
+    session.Show({{"devices", ToJson(devices)}, {"elapsedMs", time.count()}, {"saved", saved}},
+                 devices.empty() ? summary : ToTable(devices) + summary);
+    if (devices.empty()) {
+        throw Failure(options.save
+                          ? "nothing was found, and nothing was saved: an empty list can't be loaded again; "
+                            "the saved list is as it was"
+                          : "nothing was found; check that the devices are on and connected; -v shows what "
+                            "the scanners say",
+                      ExitStatus::kNothingFound);
+    }
+    return ExitStatus::kDone;
+}
+
+ExitStatus Rescan(Session& session, const RescanOptions& options) {
+    ZQDEVICEINFO device = session.GetDevice(options.id);
+    std::error_code error;
+    WithProgress(session, "Asking for " + Printable(options.id),
+                 [&] { session.GetLibrary().Rescan(device, error); });
+    session.Check(error, "can't re-check device '" + options.id + "'", Subject::kRescan, {},
+                  error == ZQ_ERR_DEVICE_NOT_FOUND ? ExitStatus::kNothingFound : ExitStatus::kFailed);
+    if (options.save) {
+        session.GetLibrary().Modify(device, error);
+        session.Check(error, "can't change device '" + options.id + "'", Subject::kRecord);
+        session.Save(false);
+    }
+    session.Show(ToJson(device), ToText(device) + (options.save ? "Saved.\n" : "Nothing was saved.\n"));
+    return ExitStatus::kDone;
+}
+
+}  // namespace
+
+void AddScanCommands(CLI::App& app, Session& session) {
+    AddCommand<ScanOptions>(
+        app, session, "scan", "Look for devices; takes as long as ZQAPI.ini says, 30 s at most",
+        [](CLI::App& command, ScanOptions& options) {
+            command
+                .add_option("--scanner", options.scanner, "Only this scanner instead of the configured ones")
+                ->check(CheckScanner)
+                ->type_name("NAME|NUMBER");
+            auto* save =
+                command.add_flag("--save", options.save,
+                                 "Replace the saved list by the devices found; when none is found, the saved "
+                                 "list stays, since an empty one can't be loaded again");
+            command
+                .add_flag("--allow-empty", options.allowEmpty,
+                          "Save also when a device has an empty field, which makes the list unreadable")
+                ->needs(save);
+            command.footer(ScannerList());
+        },
+        Scan);
+    AddCommand<RescanOptions>(
+        app, session, "rescan", "Ask the scanner of one device for its addresses and firmware version now",
+        [](CLI::App& command, RescanOptions& options) {
+            command.add_option("ID", options.id, "Identifier of the device")->required();
+            command.add_flag("--save", options.save, "Keep the answer in the saved list");
+        },
+        Rescan);
+}
+
+}  // namespace ZQAPI::zqdev

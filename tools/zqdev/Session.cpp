@@ -1,0 +1,100 @@
+#include "Session.h"
+
+#include "Text.h"
+#include "foundation/ZQSystem.h"
+
+namespace ZQAPI::zqdev {
+
+Session::~Session() {
+    m_library.reset();
+    m_kitLibrary.reset();
+    m_console.SetErrorStream(stderr);
+    m_capture.reset();
+}
+
+ExitStatus Session::Run() {
+    if (m_options.verbose) {
+        platform::SystemErrorCode error = 0;
+        m_capture = platform::DebugCapture::Start(
+            [this](std::string_view line) { m_console.PrintDebug(line); }, error);
+        if (m_capture == nullptr) {
+            throw Failure("can't listen to the debug output (" + FormatSystemError(error).str() +
+                          "); leave -v out");
+        }
+        m_console.SetErrorStream(m_capture->StandardError());
+    }
+    const ExitStatus status = m_action();
+    m_console.FlushResults();
+    return status;
+}
+
+const Kit& Session::GetKit() {
+    if (!m_kit) {
+        m_kit.emplace(m_options.kitFolder);
+    }
+    return *m_kit;
+}
+
+device::Library& Session::GetLibrary() {
+    if (!m_library) {
+        m_kitLibrary.emplace(GetKit().LibraryFile());
+        std::error_code error;
+        m_library.emplace(error);
+        Check(error, "can't load the device list", Subject::kLoading);
+    }
+    return *m_library;
+}
+
+std::string Session::FileOf(Subject subject) {
+    switch (subject) {
+        case Subject::kLoading:
+        case Subject::kSaving:
+            return GetKit().DevicesIni();
+        default:
+            return GetKit().ApiIni();
+    }
+}
+
+void Session::Check(const std::error_code& error, const std::string& what, Subject subject,
+                    const std::string& file, ExitStatus status) {
+    if (error) {
+        const std::string advice =
+            Advice(subject, error.value(), GetKit(), file.empty() ? FileOf(subject) : file);
+        throw Failure(FailureLine(what, error.value(), advice), status);
+    }
+}
+
+ZQDEVICEINFO Session::GetDevice(const std::string& id) {
+    const std::vector<ZQDEVICEINFO> devices = GetLibrary().Devices();
+    const ZQDEVICEINFO* device = FindById(devices, id);
+    if (device == nullptr) {
+        throw Failure("there is no device '" + id + "' in the list; \"" + GetKit().Command("list") +
+                      "\" shows the identifiers");
+    }
+    return *device;
+}
+
+void Session::Save(bool allowEmpty) {
+    const std::vector<ZQDEVICEINFO> devices = GetLibrary().Devices();
+    if (devices.empty()) {
+        throw Failure("the list is empty and was not saved: an empty list can't be loaded again");
+    }
+    for (const ZQDEVICEINFO& device : devices) {
+        const std::vector<std::string> empty = EmptyFields(device);
+        if (!allowEmpty && !empty.empty()) {
+            throw Failure("not saved: device '" + std::string(device::Text(device.DeviceID)) +
+                          "' has nothing for " + Enumerate(empty) +
+                          ", and a list with an empty field can't be loaded again; --allow-empty saves it "
+                          "all the same");
+        }
+    }
+    std::error_code error;
+    GetLibrary().Save(error);
+    Check(error, "can't save the device list", Subject::kSaving);
+}
+
+void Session::Show(const Json& json, const std::string& text) {
+    m_console.Print(m_options.json ? json.dump(2) + "\n" : text);
+}
+
+}  // namespace ZQAPI::zqdev

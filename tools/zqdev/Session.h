@@ -1,0 +1,77 @@
+// What a command works with.
+#pragma once
+
+#include <ZQAPI/ZQDevice.hpp>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <system_error>
+
+#include "Advice.h"
+#include "Console.h"
+#include "Failure.h"
+#include "Kit.h"
+#include "KitLibrary.h"
+#include "Records.h"
+#include "platform/DebugCapture.h"
+
+namespace ZQAPI::zqdev {
+
+// One run of the tool: the options that every command has, the console, and the kit and its library, each
+// brought up when a command first asks for it. Used by one thread.
+class Session {
+public:
+    using Action = std::function<ExitStatus()>;
+
+    struct Options {
+        std::string kitFolder;  // empty: the tool's own
+        bool json = false;
+        bool verbose = false;
+    };
+
+    explicit Session(Console& console) : m_console(console) {}
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+    ~Session();
+
+    Options& GetOptions() noexcept { return m_options; }
+    Console& GetConsole() noexcept { return m_console; }
+
+    // What the command line asks for; a command sets it while the command line is parsed.
+    void SetAction(Action action) { m_action = std::move(action); }
+    ExitStatus Run();
+
+    const Kit& GetKit();
+    // The kit's library, initialised. Throws Failure.
+    device::Library& GetLibrary();
+
+    // Throws Failure when there is an error: `what` could not be done, with the error's number, its meaning
+    // and the advice for it. `file` as Advice takes it, by default the one that belongs to the subject.
+    void Check(const std::error_code& error, const std::string& what, Subject subject,
+               const std::string& file = {}, ExitStatus status = ExitStatus::kFailed);
+
+    // The device with this identifier in the library's list. Throws Failure when there is none.
+    ZQDEVICEINFO GetDevice(const std::string& id);
+
+    // Saves the library's list, unless that would leave a file that can't be loaded again; `allowEmpty` lets
+    // devices with empty fields pass all the same.
+    void Save(bool allowEmpty);
+
+    // Shows the result: the JSON or, for people, the text.
+    void Show(const Json& json, const std::string& text);
+
+private:
+    std::string FileOf(Subject subject);
+
+    Console& m_console;
+    Options m_options;
+    Action m_action;
+    // Taken down from the last to the first, so that the debug output of unloading is still heard.
+    std::unique_ptr<platform::DebugCapture> m_capture;
+    std::optional<Kit> m_kit;
+    std::optional<KitLibrary> m_kitLibrary;
+    std::optional<device::Library> m_library;
+};
+
+}  // namespace ZQAPI::zqdev

@@ -1,0 +1,195 @@
+#include "Text.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstdio>
+#include <numeric>
+
+namespace ZQAPI::zqdev {
+
+namespace {
+
+constexpr std::size_t kGap = 2;         // columns between two cells
+constexpr std::size_t kNarrowest = 10;  // a column is not broken to less than this
+
+// Length in bytes of the UTF-8 character at the text's start; 0 when there is none.
+std::size_t CharacterLength(std::string_view text) {
+    const auto byte = [&](std::size_t index) { return static_cast<std::uint8_t>(text[index]); };
+    const std::uint8_t first = byte(0);
+    if (first < 0x80) {
+        return 1;
+    }
+    const std::size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
+    if (first < 0xC2 || first > 0xF4 || text.size() < length) {
+        return 0;
+    }
+    for (std::size_t i = 1; i < length; ++i) {
+        if ((byte(i) & 0xC0U) != 0x80) {
+            return 0;
+        }
+    }
+    // Overlong forms, surrogates, and what lies past the last character.
+    const bool bad = (first == 0xE0 && byte(1) < 0xA0) || (first == 0xED && byte(1) > 0x9F) ||
+                     (first == 0xF0 && byte(1) < 0x90) || (first == 0xF4 && byte(1) > 0x8F);
+    return bad ? 0 : length;
+}
+
+bool IsContinuation(char c) {
+    return (static_cast<std::uint8_t>(c) & 0xC0U) == 0x80;
+}
+
+std::string Escaped(char c) {
+    switch (c) {
+        case '\n':
+            return "\\n";
+        case '\r':
+            return "\\r";
+        case '\t':
+            return "\\t";
+        default: {
+            std::array<char, 8> text{};
+            std::snprintf(text.data(), text.size(), "\\x%02X",
+                          static_cast<unsigned>(static_cast<std::uint8_t>(c)));
+            return text.data();
+        }
+    }
+}
+
+bool IsControl(std::string_view character) {
+    const auto first = static_cast<std::uint8_t>(character[0]);
+    return first < 0x20 || first == 0x7F ||
+           (first == 0xC2 && character.size() == 2 && static_cast<std::uint8_t>(character[1]) < 0xA0);
+}
+
+// Takes at most `width` columns off the text's start, up to a blank where there is one.
+std::string_view TakeLine(std::string_view& text, std::size_t width) {
+    std::size_t end = 0;
+    for (std::size_t columns = 0; end < text.size(); ++end) {
+        columns += IsContinuation(text[end]) ? 0 : 1;
+        if (columns > width) {
+            break;
+        }
+    }
+    std::size_t next = end;
+    if (end < text.size()) {
+        const std::size_t blank = text.substr(0, end + 1).rfind(' ');
+        if (blank != std::string_view::npos && blank > 0) {
+            end = blank;
+            next = blank + 1;
+        }
+    }
+    const std::string_view line = text.substr(0, end);
+    text.remove_prefix(next);
+    return line;
+}
+
+void AppendLine(std::string& text, const std::vector<std::string_view>& cells,
+                const std::vector<std::size_t>& widths) {
+    std::size_t blanks = 0;
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+        if (!cells[i].empty()) {
+            text.append(blanks, ' ').append(cells[i]);
+            blanks = 0;
+        }
+        blanks += widths[i] - ColumnsOf(cells[i]) + kGap;
+    }
+    text += '\n';
+}
+
+}  // namespace
+
+std::string Printable(std::string_view text) {
+    std::string printable;
+    while (!text.empty()) {
+        const std::size_t length = CharacterLength(text);
+        const std::string_view character = text.substr(0, std::max<std::size_t>(length, 1));
+        if (length == 0 || IsControl(character)) {
+            for (const char c : character) {
+                printable += Escaped(c);
+            }
+        } else {
+            printable += character;
+        }
+        text.remove_prefix(character.size());
+    }
+    return printable;
+}
+
+bool IsUtf8(std::string_view text) {
+    while (!text.empty()) {
+        const std::size_t length = CharacterLength(text);
+        if (length == 0) {
+            return false;
+        }
+        text.remove_prefix(length);
+    }
+    return true;
+}
+
+std::size_t ColumnsOf(std::string_view printable) {
+    return static_cast<std::size_t>(
+        std::count_if(printable.begin(), printable.end(), [](char c) { return !IsContinuation(c); }));
+}
+
+std::string Enumerate(const std::vector<std::string>& words) {
+    std::string text;
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        text += (i == 0 ? "" : i + 1 == words.size() ? " and " : ", ") + words[i];
+    }
+    return text;
+}
+
+Table::Table(std::vector<Column> columns) : m_columns(std::move(columns)) {
+    std::vector<std::string> headings;
+    for (const Column& column : m_columns) {
+        headings.push_back(column.heading);
+    }
+    m_rows.push_back(std::move(headings));
+}
+
+void Table::AddRow(const std::vector<std::string>& cells) {
+    m_rows.push_back(cells);
+}
+
+std::vector<std::size_t> Table::Widths(std::size_t limit) const {
+    std::vector<std::size_t> widths(m_columns.size(), 0);
+    for (const auto& row : m_rows) {
+        for (std::size_t i = 0; i < row.size(); ++i) {
+            widths[i] = std::max(widths[i], ColumnsOf(row[i]));
+        }
+    }
+    const std::size_t gaps = kGap * (widths.size() - 1);
+    while (std::accumulate(widths.begin(), widths.end(), gaps) > limit) {
+        std::size_t* widest = nullptr;
+        for (std::size_t i = 0; i < widths.size(); ++i) {
+            const std::size_t narrowest = std::max(kNarrowest, ColumnsOf(m_columns[i].heading));
+            if (!m_columns[i].whole && widths[i] > narrowest && (widest == nullptr || widths[i] > *widest)) {
+                widest = &widths[i];
+            }
+        }
+        if (widest == nullptr) {
+            break;
+        }
+        --*widest;
+    }
+    return widths;
+}
+
+std::string Table::ToText(std::size_t width) const {
+    const std::vector<std::size_t> widths = Widths(width);
+    std::string text;
+    for (const auto& row : m_rows) {
+        std::vector<std::string_view> rest(row.begin(), row.end());
+        do {
+            std::vector<std::string_view> line(rest.size());
+            for (std::size_t i = 0; i < rest.size(); ++i) {
+                line[i] = TakeLine(rest[i], widths[i]);
+            }
+            AppendLine(text, line, widths);
+        } while (std::any_of(rest.begin(), rest.end(), [](std::string_view cell) { return !cell.empty(); }));
+    }
+    return text;
+}
+
+}  // namespace ZQAPI::zqdev

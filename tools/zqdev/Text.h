@@ -1,0 +1,48 @@
+// Texts for people.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace ZQAPI::zqdev {
+
+// Text from a device or a file, safe to print: control characters and bytes that are no UTF-8 become \n, \t
+// or \xNN.
+std::string Printable(std::string_view text);
+
+// Whether the bytes are well-formed UTF-8.
+bool IsUtf8(std::string_view text);
+
+// The columns that a printable text takes: one for each character.
+std::size_t ColumnsOf(std::string_view printable);
+
+// "a, b and c"
+std::string Enumerate(const std::vector<std::string>& words);
+
+// A table of printable texts with a heading for each column.
+class Table {
+public:
+    struct Column {
+        std::string heading;
+        bool whole = false;  // never broken, so that it can be copied
+    };
+
+    explicit Table(std::vector<Column> columns);
+
+    // One cell per column.
+    void AddRow(const std::vector<std::string>& cells);
+
+    // Not wider than `width` columns where breaking the cells of breakable columns over several lines can do
+    // it.
+    std::string ToText(std::size_t width = 100) const;
+
+private:
+    std::vector<std::size_t> Widths(std::size_t limit) const;
+
+    std::vector<Column> m_columns;
+    std::vector<std::vector<std::string>> m_rows;
+};
+
+}  // namespace ZQAPI::zqdev
