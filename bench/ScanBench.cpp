@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "ZQSimUdpServer.h"
-#include "support/FileContent.h"
+#include "support/FileBytes.h"
 #include "support/KitCopy.h"
 
 namespace ZQAPI::bench {
@@ -16,6 +16,7 @@ using Milliseconds = std::chrono::duration<double, std::milli>;
 
 constexpr int kListeningMs = 500;
 constexpr int kRepetitions = 5;
+constexpr double kNotFound = -1e9;
 constexpr std::uint32_t kFirstAddress = 0x7F010001;  // 127.1.0.1
 
 void Configure(const test::KitCopy& kit) {
@@ -25,14 +26,26 @@ void Configure(const test::KitCopy& kit) {
                           std::to_string(kListeningMs) + "\r\n");
 }
 
-// Time of one scan beyond its listening time; negative when it does not find what is there.
+// Time of one scan beyond its listening time; kNotFound when it does not find what is there.
 double OverheadMs(test::KitCopy& kit, std::size_t cameras) {
     const auto start = std::chrono::steady_clock::now();
     const int result = ZQ_CALL(kit, ZQDEV_ScanForDevices);
     const Milliseconds took = std::chrono::steady_clock::now() - start;
     unsigned count = 0;
     ZQ_CALL(kit, ZQDEV_GetNofDevices, &count);
-    return result == ZQ_OK && count == cameras ? took.count() - kListeningMs : -1;
+    return result == ZQ_OK && count == cameras ? took.count() - kListeningMs : kNotFound;
+}
+
+// The scans' overheads as one line of the table; false when one did not find every camera.
+bool Measure(test::KitCopy& kit, std::size_t cameras, const char* latency) {
+    std::vector<double> overheads;
+    for (int i = 0; i < kRepetitions; ++i) {
+        overheads.push_back(OverheadMs(kit, cameras));
+    }
+    std::sort(overheads.begin(), overheads.end());
+    std::printf("%8zu %12s %12.2f %12.2f %12.2f\n", cameras, latency, overheads.front(),
+                overheads[overheads.size() / 2], overheads.back());
+    return overheads.front() != kNotFound;
 }
 
 bool Measure(test::KitCopy& kit, std::size_t cameras, std::chrono::milliseconds latency) {
@@ -40,15 +53,7 @@ bool Measure(test::KitCopy& kit, std::size_t cameras, std::chrono::milliseconds 
     sim::CZQSimFaults faults;
     faults.command.delay = {latency, latency};
     server.SetFaults(faults);
-
-    std::vector<double> overheads;
-    for (int i = 0; i < kRepetitions; ++i) {
-        overheads.push_back(OverheadMs(kit, cameras));
-    }
-    std::sort(overheads.begin(), overheads.end());
-    std::printf("%8zu %12lld %12.2f %12.2f %12.2f\n", cameras, static_cast<long long>(latency.count()),
-                overheads.front(), overheads[overheads.size() / 2], overheads.back());
-    return overheads.front() >= 0;
+    return Measure(kit, cameras, std::to_string(latency.count()).c_str());
 }
 
 int Main() {
@@ -62,8 +67,7 @@ int Main() {
                 kRepetitions);
     std::printf("%8s %12s %12s %12s %12s\n", "cameras", "latency [ms]", "min [ms]", "median [ms]",
                 "max [ms]");
-    std::printf("%8d %12s %12.2f\n", 0, "-", OverheadMs(kit, 0));
-    bool allFound = true;
+    bool allFound = Measure(kit, 0, "-");
     for (const std::size_t cameras : {1, 16, 64, 256}) {
         for (const int latencyMs : {1, 20}) {
             allFound = Measure(kit, cameras, std::chrono::milliseconds(latencyMs)) && allFound;

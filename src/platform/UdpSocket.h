@@ -7,6 +7,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/SystemError.h"
@@ -45,8 +46,11 @@ class UdpSocket {
 public:
     UdpSocket() = default;
     ~UdpSocket() { Close(); }
-    UdpSocket(UdpSocket&& other) noexcept;
-    UdpSocket& operator=(UdpSocket&& other) noexcept;
+    UdpSocket(UdpSocket&& other) noexcept : m_handle(std::exchange(other.m_handle, kInvalid)) {}
+    UdpSocket& operator=(UdpSocket&& other) noexcept {
+        std::swap(m_handle, other.m_handle);
+        return *this;
+    }
     UdpSocket(const UdpSocket&) = delete;
     UdpSocket& operator=(const UdpSocket&) = delete;
 

@@ -11,7 +11,7 @@
 #include "foundation/ZQException.h"
 #include "scanners/ZQNetAddressChange.h"
 #include "support/ExpectError.h"
-#include "support/FileContent.h"
+#include "support/FileBytes.h"
 #include "support/RecordingLogger.h"
 #include "support/SampleDevices.h"
 #include "support/TempFolder.h"

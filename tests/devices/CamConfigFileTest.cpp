@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "support/ExpectError.h"
-#include "support/FileContent.h"
+#include "support/FileBytes.h"
 #include "support/TempFolder.h"
 
 namespace ZQAPI::test {
@@ -31,7 +31,7 @@ TEST(CamConfigFile, MissingListDamagedAndMissingFile) {
 
     std::string content = ContentOf(folder.File("t.ccf"));
     content[1] = 'i';
-    WriteContent(folder.File("t.ccf"), content);
+    WriteBytes(folder.File("t.ccf"), content);
     EXPECT_ZQ_ERROR(CZQCamConfigFile(folder.File("t.ccf")), ZQ_ERR_SEAL_MISMATCH);
     EXPECT_ZQ_ERROR(CZQCamConfigFile(folder.File("none.ccf")), ZQ_ERR_SEAL_READ);
 }

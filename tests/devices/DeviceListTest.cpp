@@ -7,7 +7,7 @@
 #include <functional>
 
 #include "support/ExpectError.h"
-#include "support/FileContent.h"
+#include "support/FileBytes.h"
 #include "support/SampleDevices.h"
 #include "support/TempFolder.h"
 
@@ -191,7 +191,7 @@ TEST(DeviceListFile, DamageIsNoticed) {
     SampleList(1).SaveToFile(path);
     std::string content = ContentOf(path);
     content[content.find("1.2.3")] = '9';
-    WriteContent(path, content);
+    WriteBytes(path.str(), content);
     CZQDeviceList list;
     EXPECT_ZQ_ERROR(list.LoadFromFile(path), ZQ_ERR_SEAL_MISMATCH);
     EXPECT_ZQ_ERROR(list.LoadFromFile(folder.File("none.ini")), ZQ_ERR_SEAL_READ);

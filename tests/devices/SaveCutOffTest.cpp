@@ -10,7 +10,7 @@
 
 #include "devices/ZQDeviceList.h"
 #include "support/ExpectError.h"
-#include "support/FileContent.h"
+#include "support/FileBytes.h"
 #include "support/SampleDevices.h"
 #include "support/TempFolder.h"
 
@@ -62,7 +62,7 @@ TEST_F(SaveCutOff, KilledProcessLeavesTheOldListOrTheNewOne) {
             ASSERT_EQ(content, m_before) << size;
         } else {
             ASSERT_EQ(content, m_after) << size;
-            WriteContent(m_path, m_before);
+            WriteBytes(m_path.str(), m_before);
         }
     }
     EXPECT_GT(killed, 20);

@@ -5,7 +5,7 @@
 #include "foundation/ZQSystem.h"
 #include "platform/Files.h"
 #include "support/ExpectError.h"
-#include "support/FileContent.h"
+#include "support/FileBytes.h"
 #include "support/TempFolder.h"
 
 namespace ZQAPI::test {
@@ -44,12 +44,12 @@ TEST(SdkPaths, MarkerFileChoosesTheConfigurationRoot) {
     EXPECT_EQ(CZQSdkPaths(bin).GetSdkConfigRoot(), machineWide + Native("/Valdremonix/ZQSDK 2/"));
 
     const CZQString marker = bin + "USE_LOCAL_SDK_CONFIG";
-    WriteContent(marker, "[Paths]\r\n");
+    WriteBytes(marker.str(), "[Paths]\r\n");
     EXPECT_EQ(CZQSdkPaths(bin).GetSdkConfigRoot(), bin + "AppData" + separator);
 
     const CZQString elsewhere = Native("/Cfg Of Mine");
     for (const CZQString& written : {elsewhere, elsewhere + separator}) {
-        WriteContent(marker, "[Paths]\r\nAppDataPath=" + written.str() + "\r\n");
+        WriteBytes(marker.str(), "[Paths]\r\nAppDataPath=" + written.str() + "\r\n");
         const CZQSdkPaths paths(bin);
         EXPECT_EQ(paths.GetConfigFilesPath(), elsewhere + Native("/config/"));
         EXPECT_EQ(paths.GetApiIniPath(), elsewhere + Native("/config//ZQAPI.ini"));

@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "foundation/Io/ZQConfigFile.h"
-#include "support/FileContent.h"
+#include "support/FileBytes.h"
 #include "support/KitCopy.h"
 
 extern "C" int RecordSizeInC(void);

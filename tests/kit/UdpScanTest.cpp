@@ -7,7 +7,7 @@
 #include <thread>
 
 #include "ZQSimUdpServer.h"
-#include "support/FileContent.h"
+#include "support/FileBytes.h"
 #include "support/KitCopy.h"
 
 namespace ZQAPI::test {

@@ -7,6 +7,8 @@
 #include <optional>
 #include <string>
 
+#include "foundation/Io/ZQConfigFile.h"
+
 namespace ZQAPI::test {
 
 inline void WriteBytes(const std::filesystem::path& path, const std::string& bytes) {
@@ -23,6 +25,17 @@ inline std::optional<std::string> ReadBytes(const std::filesystem::path& path) {
         return std::nullopt;
     }
     return std::string(std::istreambuf_iterator<char>(file), {});
+}
+
+// A file that should be there.
+inline std::string ContentOf(const CZQString& path) {
+    return ReadBytes(path.str()).value_or("(no file)");
+}
+
+// Writes the content and seals it.
+inline void WriteSealed(const CZQString& path, const std::string& content) {
+    WriteBytes(path.str(), content);
+    CZQConfigFile(path, CZQConfigFile::Mode::kRead, false).CreateFileChecksum();
 }
 
 }  // namespace ZQAPI::test

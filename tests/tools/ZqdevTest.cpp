@@ -7,7 +7,7 @@
 #include <nlohmann/json.hpp>
 
 #include "devices/ZQDeviceList.h"
-#include "support/FileContent.h"
+#include "support/FileBytes.h"
 #include "support/KitCopy.h"
 #include "support/SampleDevices.h"
 
@@ -181,9 +181,9 @@ TEST_F(Zqdev, DamageIsReportedAndNeverTouchedUnasked) {
     const std::string shipped = ContentOf(m_kit.DevicesIni());
     std::string edited = shipped;
     edited.replace(edited.find("Virtual camera"), 14, "Edited camera.");
-    WriteContent(m_kit.DevicesIni(), edited);
+    WriteBytes(m_kit.DevicesIni(), edited);
     const std::string unsealed = "[DeviceScanner]\r\nActiveScanners=SCANNER_ZQ_UDP\r\n";
-    WriteContent(m_kit.ApiIni(), unsealed);
+    WriteBytes(m_kit.ApiIni(), unsealed);
 
     ExpectFailure({"list"}, 1, {"-220004", "edited by hand", "config seal", "restore"});
     const Outcome check = Run({"config", "check"});
@@ -201,7 +201,7 @@ TEST_F(Zqdev, DamageIsReportedAndNeverTouchedUnasked) {
     EXPECT_EQ(RunJson({"show", "VirtualCamera:1"})["DeviceDesc"], "Edited camera.");
     ExpectFailure({"config", "seal", m_kit.File("AppData")}, 1, {"-220001", "AppData"});
 
-    WriteContent(m_kit.DevicesIni(), "cut");
+    WriteBytes(m_kit.DevicesIni(), "cut");
     ExpectFailure({"list"}, 1, {"-220002", "cut off", "config init --force"});
     ExpectDone({"config", "init", "--force"});
     EXPECT_EQ(ContentOf(m_kit.DevicesIni()), shipped);

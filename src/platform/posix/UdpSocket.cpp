@@ -82,16 +82,6 @@ bool StartSocketLibrary(std::uint8_t& low, std::uint8_t& high, SystemErrorCode& 
 
 void StopSocketLibrary() noexcept {}
 
-UdpSocket::UdpSocket(UdpSocket&& other) noexcept : m_handle(std::exchange(other.m_handle, kInvalid)) {}
-
-UdpSocket& UdpSocket::operator=(UdpSocket&& other) noexcept {
-    if (this != &other) {
-        Close();
-        m_handle = std::exchange(other.m_handle, kInvalid);
-    }
-    return *this;
-}
-
 bool UdpSocket::Open(SystemErrorCode& error) noexcept {
     Close();
     const int descriptor = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);

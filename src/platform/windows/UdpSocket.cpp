@@ -112,16 +112,6 @@ void StopSocketLibrary() noexcept {
     WSACleanup();
 }
 
-UdpSocket::UdpSocket(UdpSocket&& other) noexcept : m_handle(std::exchange(other.m_handle, kInvalid)) {}
-
-UdpSocket& UdpSocket::operator=(UdpSocket&& other) noexcept {
-    if (this != &other) {
-        Close();
-        m_handle = std::exchange(other.m_handle, kInvalid);
-    }
-    return *this;
-}
-
 bool UdpSocket::Open(SystemErrorCode& error) noexcept {
     Close();
     const SOCKET opened = socket(AF_INET, SOCK_DGRAM, 0);
