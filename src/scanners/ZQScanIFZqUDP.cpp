@@ -19,7 +19,7 @@ namespace {
 constexpr const char* kName = ZQDEV_SCANNER_NAME_ZQ_UDP;
 
 // Cameras asked at the same time: their latencies add up otherwise.
-constexpr std::size_t kMaxParallelCameras = 64;
+constexpr std::size_t kMaxParallelCameras = 128;
 
 void ReadCount(CZQIniFile& ini, const char* key, std::uint32_t& value) {
     if (ini.KeyExists(key)) {

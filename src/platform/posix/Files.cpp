@@ -50,17 +50,6 @@ std::int64_t Nanoseconds(const timespec& time) noexcept {
     return static_cast<std::int64_t>(time.tv_sec) * 1'000'000'000 + time.tv_nsec;
 }
 
-// Makes a rename durable. The rename itself has happened already, so a file system that cannot do it changes
-// nothing.
-void SyncParentFolder(const std::string& path) {
-    const std::size_t separator = path.rfind('/');
-    const std::string folder = separator == std::string::npos ? "." : path.substr(0, separator + 1);
-    const Descriptor descriptor(folder, O_RDONLY | O_DIRECTORY);
-    if (descriptor.IsOpen()) {
-        ::fsync(descriptor.Get());
-    }
-}
-
 bool RenameWithoutReplacing(const char* source, const char* destination) noexcept {
     if (::renameat2(AT_FDCWD, source, AT_FDCWD, destination, RENAME_NOREPLACE) == 0) {
         return true;
@@ -103,11 +92,7 @@ bool MoveFileTo(const std::string& source, const std::string& destination, bool 
                 SystemErrorCode& error) noexcept {
     const bool moved = replace ? ::rename(source.c_str(), destination.c_str()) == 0
                                : RenameWithoutReplacing(source.c_str(), destination.c_str());
-    if (!moved) {
-        return Fail(error);
-    }
-    SyncParentFolder(destination);
-    return Succeed(error);
+    return Check(moved, error);
 }
 
 bool RemoveFile(const std::string& path, SystemErrorCode& error) noexcept {
