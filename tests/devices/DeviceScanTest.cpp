@@ -139,7 +139,7 @@ TEST_F(DeviceScan, TimeLimitTakesWhatIsThereAndLateScannersDoNoHarm) {
     });
     Finds("SCANNER_ZQ_UDP", {"u"});
     Logged().Take();
-    const CZQDeviceList merged = Run({"SCANNER_MV", "SCANNER_ZQ_UDP"}, 200);
+    const CZQDeviceList merged = Run({"SCANNER_MV", "SCANNER_ZQ_UDP"}, 2000);
     EXPECT_EQ(NamesAndIds(merged), "Camera1=early;Camera2=u;");
     const auto logged = Logged().Take();
     ASSERT_EQ(logged.size(), 1U);
@@ -159,7 +159,7 @@ TEST_F(DeviceScan, OnlyBroadcastingScannersExcludeEachOther) {
             if (now > most->load()) {
                 *most = now;
             }
-            const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(300);
+            const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(1000);
             while (most->load() < 2 && std::chrono::steady_clock::now() < deadline) {
                 std::this_thread::yield();
             }

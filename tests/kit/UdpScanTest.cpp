@@ -19,7 +19,7 @@ constexpr std::uint32_t kMask = 0xFF000000;
 class UdpScan : public ::testing::Test {
 protected:
     UdpScan() {
-        Configure("NofScanCycles=2\r\nScanTimeMs=300\r\n");
+        Configure("NofScanCycles=2\r\nScanTimeMs=600\r\n");
         EXPECT_EQ(ZQ_CALL(m_kit, ZQDEV_InitLibrary), ZQ_OK);
     }
 
