@@ -69,12 +69,22 @@
     X(ZQ_ERR_BAD_NEW_ADDRESS, -300104, "the new address is not a usable IPv4 host address")              \
     X(ZQ_ERR_SOCKETS_START, -300110, "the socket library or the echo service could not be started")      \
     X(ZQ_ERR_SOCKETS_VERSION, -300111, "the socket library is of the wrong version")                     \
+    X(ZQ_ERR_RS232_MODE_TEXT, -310000, "a serial port's mode text is not understood")                    \
+    X(ZQ_ERR_RS232_OPEN, -310003, "a serial port could not be opened")                                   \
+    X(ZQ_ERR_RS232_QUEUES, -310004, "a serial port's queue sizes were refused")                          \
+    X(ZQ_ERR_RS232_SETTINGS, -310005, "a serial port's line settings were refused")                      \
+    X(ZQ_ERR_RS232_READ_SETTINGS, -310006, "a serial port's line settings could not be read")            \
+    X(ZQ_ERR_SERIAL_CLOSED, -310007, "using a serial port that is not open")                             \
+    X(ZQ_ERR_RS232_FLUSH, -310009, "a serial port's queues could not be emptied")                        \
+    X(ZQ_ERR_RS232_TIMEOUTS, -310010, "a serial port's time limits were refused")                        \
     X(ZQ_ERR_UDP_SEND_CLOSED, -320004, "sending on a UDP channel that is not open")                      \
     X(ZQ_ERR_SOCKET_CREATE, -330002, "a socket could not be created or bound")                           \
     X(ZQ_ERR_SOCKET_OPTION, -330003, "a socket option could not be set, or the interfaces not listed")   \
     X(ZQ_ERR_UDP_RECV_CLOSED, -330004, "receiving on a UDP channel that is not open")                    \
+    X(ZQ_ERR_UNKNOWN_MODEL, -500000, "a camera's model is not one of the known ones")                    \
     X(ZQ_ERR_DEVICE_NOT_FOUND, -500003, "the device's scanner does not find it any more")                \
-    X(ZQ_ERR_CONNECTION_NOT_OPEN, -510006, "no connection is open")
+    X(ZQ_ERR_CONNECTION_NOT_OPEN, -510006, "no connection is open, or a library gave none")              \
+    X(ZQ_ERR_VENDOR_LIBRARY, -521000, "a camera vendor's library failed")
 
 #define ZQ_OK 1
 
