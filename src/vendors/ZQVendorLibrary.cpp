@@ -1,0 +1,42 @@
+#include "vendors/ZQVendorLibrary.h"
+
+#include <algorithm>
+#include <optional>
+
+namespace ZQAPI {
+
+void CZQVendorLibrary::OpenFirst(const CZQString& folder, std::initializer_list<const char*> fileNames,
+                                 const char* const* names, void** slots) {
+    std::optional<CZQException> first;
+    for (const char* const fileName : fileNames) {
+        for (const CZQString& file : {folder + fileName, CZQString(fileName)}) {
+            try {
+                OpenLibrary(file, names, slots);
+                return;
+            } catch (const CZQException& failure) {
+                if (failure.GetErrorNumber() != ZQ_ERR_LIBRARY_NOT_LOADED) {
+                    throw;
+                }
+                first = first.value_or(failure);
+            }
+        }
+    }
+    throw *first;
+}
+
+void CZQVendorLibrary::Check(const SourceLocation& here, const char* function, std::int32_t status) {
+    if (status != 0) {
+        throw CZQException(here, ZQ_ERR_VENDOR_LIBRARY, "Function=%s; Status=%ld", function,
+                           static_cast<long>(status));
+    }
+}
+
+CZQString CZQVendorLibrary::FieldText(const SourceLocation& here, std::span<const char> field) {
+    CZQString text(std::string(field.begin(), std::find(field.begin(), field.end(), '\0')));
+    if (text.HasControlCharacter()) {
+        throw CZQException(here, ZQ_ERR_BAD_VALUE, "A text of the library has a control character");
+    }
+    return text;
+}
+
+}  // namespace ZQAPI

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstdint>
+#include <initializer_list>
+#include <span>
+
+#include "foundation/ZQDynamicDLL.h"
+#include "foundation/ZQException.h"
+
+namespace ZQAPI {
+
+// A camera vendor's library: base of the adapters. Bound to one thread.
+class CZQVendorLibrary : public CZQDynamicDLL {
+protected:
+    // Loads the first of the files that can be loaded: each is looked for in the folder (the kit's bin path),
+    // then where the system looks for libraries. None: ZQ_ERR_LIBRARY_NOT_LOADED, for the first file. A
+    // library that lacks an entry point ends the search: ZQ_ERR_ENTRY_POINT_MISSING.
+    void OpenFirst(const CZQString& folder, std::initializer_list<const char*> fileNames,
+                   const char* const* names, void** slots);
+
+    // For functions whose status 0 is success: any other is ZQ_ERR_VENDOR_LIBRARY, "Function=%s; Status=%ld".
+    static void Check(const SourceLocation& here, const char* function, std::int32_t status);
+
+    // A text in a field of fixed size, with or without a NUL. A control character: ZQ_ERR_BAD_VALUE.
+    static CZQString FieldText(const SourceLocation& here, std::span<const char> field);
+};
+
+}  // namespace ZQAPI
