@@ -20,7 +20,11 @@ function(zq_add_module name folder)
   target_link_libraries(${name} PRIVATE zq_options)
   set_target_properties(${name} PROPERTIES PREFIX "")
   zq_stage(${name} "${folder}")
+  add_dependencies(zq_kit_modules ${name})
 endfunction()
+
+# All of them, for whoever runs the kit.
+add_custom_target(zq_kit_modules)
 
 # Everything in the source tree's kit/ goes into the staged kit as it stands: those files are sealed, every
 # byte counts.

@@ -17,20 +17,16 @@ constexpr const char* kAnyCamera = "FFFFFFFFFFFF";
 constexpr int kTries = 3;
 constexpr std::chrono::milliseconds kTimePerTry{1000};
 
-bool IsOneLine(std::string_view command) {
-    return command.size() > 1 && command.find('\n') == command.size() - 1;
-}
-
 }  // namespace
+
+std::shared_ptr<CZQCommandConnection> OpenCommandConnection(const CZQString& commandAddress) {
+    return std::make_shared<CZQUdpConnection>(commandAddress);
+}
 
 CZQUdpConnection::CZQUdpConnection(const CZQString& cameraAddress)
     : m_camera(cameraAddress), m_latest(OpenSocket()) {}
 
 std::string CZQUdpConnection::SendCommand(std::string_view command) {
-    if (!IsOneLine(command)) {
-        throw CZQException(ZQ_HERE("CZQUdpConnection::SendCommand"), ZQ_ERR_BAD_VALUE,
-                           "The command is not one line with a line feed at its end");
-    }
     std::string request = m_camera.IsBroadcast() ? m_camera.hardwareAddress : kAnyCamera;
     request.append(":").append(command);
 

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "ZQCommandConnection.h"
 #include "ZQUdpCameraAddress.h"
 #include "communication/ZQComWs2DllInit.h"
 #include "platform/UdpSocket.h"
@@ -17,14 +18,14 @@ namespace ZQAPI {
 //
 // Answers carry nothing that says which command they belong to. Each command therefore has a socket of its
 // own, with a port that no command had whose answer may still come.
-class CZQUdpConnection {
+class CZQUdpConnection : public CZQCommandConnection {
 public:
     // Nothing is sent. ZQ_ERR_SOCKET_CREATE when the address's interface is not one of this machine's.
     explicit CZQUdpConnection(const CZQString& cameraAddress);
 
-    // The answer, its line feed included. The command is one line with its line feed: else ZQ_ERR_BAD_VALUE.
-    // It is sent up to three times, 1000 ms apart, until an answer comes: ZQ_ERR_COM_TIMEOUT after that.
-    std::string SendCommand(std::string_view command);
+    // The command is sent up to three times, 1000 ms apart, until an answer comes: ZQ_ERR_COM_TIMEOUT after
+    // that.
+    std::string SendCommand(std::string_view command) override;
 
 private:
     using Clock = std::chrono::steady_clock;

@@ -11,6 +11,7 @@
 #include "scanners/ZQOrderedTasks.h"
 #include "scanners/ZQScannerErrors.h"
 #include "scanners/ZQTextCommandCamera.h"
+#include "scanners/ZQUpdateByScan.h"
 
 namespace ZQAPI {
 
@@ -102,19 +103,7 @@ void CZQScanIFZqUDP::Scan(CZQDeviceList& found) {
 }
 
 void CZQScanIFZqUDP::Update(CZQDeviceInfo& device) {
-    CZQDeviceList list;
-    Scan(list);
-    const std::int32_t index = list.FindDeviceByID(device.GetDeviceID());
-    if (index < 0) {
-        throw DeviceGone(ZQ_HERE("CZQScanIFZqUDP::Update"), device);
-    }
-    const CZQDeviceInfo now = list.GetDevice(static_cast<std::uint32_t>(index));
-    device.SetUsedAddress(now.GetUsedAddress());
-    device.SetCCMAddress(now.GetCCMAddress());
-    if (device.GetIAM() == ZQDEV_IAM_ZQ_UDP || device.GetIAM() == ZQDEV_IAM_ZQ_TCPIP) {
-        device.SetIAMAddress(now.GetIAMAddress());
-    }
-    device.SetFirmwareVersion(now.GetFirmwareVersion());
+    UpdateByScan(*this, device, ZQ_HERE("CZQScanIFZqUDP::Update"));
 }
 
 }  // namespace ZQAPI

@@ -4,6 +4,8 @@
 #include <iterator>
 
 #include "foundation/ZQException.h"
+#include "scanners/ZQScanIFZqImaqRS232.h"
+#include "scanners/ZQScanIFZqRS232.h"
 #include "scanners/ZQScanIFZqUDP.h"
 
 namespace ZQAPI {
@@ -37,8 +39,9 @@ struct Row {
 constexpr Row kRows[] = {
     {ZQDEV_SCANNER_MANUAL, ZQDEV_SCANNER_NAME_MANUAL, 13, Network::kNo, MakeNone},
     {ZQDEV_SCANNER_ZQ_UDP, ZQDEV_SCANNER_NAME_ZQ_UDP, 10, Network::kLocked, Make<CZQScanIFZqUDP>},
-    {ZQDEV_SCANNER_ZQ_RS232, ZQDEV_SCANNER_NAME_ZQ_RS232, 11, Network::kNo, kNotBuiltIn},
-    {ZQDEV_SCANNER_ZQ_IMAQ_RS232, ZQDEV_SCANNER_NAME_ZQ_IMAQ_RS232, 9, Network::kNo, kNotBuiltIn},
+    {ZQDEV_SCANNER_ZQ_RS232, ZQDEV_SCANNER_NAME_ZQ_RS232, 11, Network::kNo, Make<CZQScanIFZqRS232>},
+    {ZQDEV_SCANNER_ZQ_IMAQ_RS232, ZQDEV_SCANNER_NAME_ZQ_IMAQ_RS232, 9, Network::kNo,
+     Make<CZQScanIFZqImaqRS232>},
     {ZQDEV_SCANNER_SISO_USB2, ZQDEV_SCANNER_NAME_SISO_USB2, 6, Network::kNo, kNotBuiltIn},
     {ZQDEV_SCANNER_PLEORA_IPORT, ZQDEV_SCANNER_NAME_PLEORA_IPORT, 7, Network::kLocked, kNotBuiltIn},
     {ZQDEV_SCANNER_BO_FX, ZQDEV_SCANNER_NAME_BO_FX, 2, Network::kNo, kNotBuiltIn},

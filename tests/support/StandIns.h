@@ -49,4 +49,24 @@ private:
     TempFolder m_folder;
 };
 
+// While it lives, the stand-ins' folder is the first one in PATH, where their libraries are found by name.
+class StandInPath {
+public:
+    StandInPath() {
+        platform::GetEnvironmentText("PATH", m_before);
+        Set(StandIns::Folder() + platform::SearchPathSeparator() + m_before);
+    }
+    StandInPath(const StandInPath&) = delete;
+    StandInPath& operator=(const StandInPath&) = delete;
+    ~StandInPath() { Set(m_before); }
+
+private:
+    static void Set(const std::string& path) {
+        platform::SystemErrorCode error = 0;
+        EXPECT_TRUE(platform::SetEnvironmentText("PATH", path, error)) << error;
+    }
+
+    std::string m_before;
+};
+
 }  // namespace ZQAPI::test

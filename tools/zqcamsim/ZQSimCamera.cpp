@@ -22,10 +22,12 @@ struct DeviceType {
     const char* description;
     const char* firmwareVersion;
 };
+// The network cameras first.
 constexpr DeviceType kDeviceTypes[] = {
     {"ZQNetCam-2M", "Valdremonix NetCam 2M network camera", "1.4.2"},
     {"ZQNetCam-5M", "Valdremonix NetCam 5M network camera", "2.0.7"},
     {"ZQNetCam-FG", "Valdremonix NetCam FG for frame grabbers", "1.1.0"},
+    {kSerialCameraType, "Valdremonix SerCam 1M serial camera", "3.0.1"},
 };
 
 CZQSimIdentity MakeIdentity(const std::string& deviceType, std::uint64_t hardwareAddress) {
@@ -44,6 +46,8 @@ CZQSimIdentity MakeIdentity(const std::string& deviceType, std::uint64_t hardwar
     identity.firmwareVersion = type.firmwareVersion;
     return identity;
 }
+
+constexpr std::size_t kNofNetworkTypes = 3;
 
 }  // namespace
 
@@ -113,8 +117,7 @@ std::vector<CZQSimCamera> MakeCameras(std::size_t count, std::uint32_t firstAddr
     std::vector<CZQSimCamera> cameras;
     cameras.reserve(count);
     for (std::size_t i = 0; i < count; ++i) {
-        const std::string type =
-            deviceType.empty() ? kDeviceTypes[i % std::size(kDeviceTypes)].name : deviceType;
+        const std::string type = deviceType.empty() ? kDeviceTypes[i % kNofNetworkTypes].name : deviceType;
         cameras.emplace_back(MakeIdentity(type, firstHardwareAddress + i),
                              firstAddress + static_cast<std::uint32_t>(i), mask);
     }

@@ -50,11 +50,13 @@ private:
 // The device types that the kit has camera configuration files for.
 std::vector<std::string> KnownDeviceTypes();
 
+inline constexpr const char* kSerialCameraType = "ZQSerCam-1M";
+
 // A locally administered address: no maker's.
 inline constexpr std::uint64_t kFirstHardwareAddress = 0x025A51000001;
 
 // `count` cameras with addresses and hardware addresses counted up from the first ones. The serial number
-// follows the hardware address. An empty type: the known ones in turn.
+// follows the hardware address. An empty type: the network cameras' in turn.
 std::vector<CZQSimCamera> MakeCameras(std::size_t count, std::uint32_t firstAddress, std::uint32_t mask,
                                       const std::string& deviceType = {},
                                       std::uint64_t firstHardwareAddress = kFirstHardwareAddress);

@@ -14,26 +14,29 @@ struct CZQSimDelay {
     std::chrono::microseconds maximum{0};
 };
 
-// What an answer looks like on the wire.
+// What an answer looks like on the wire: in a datagram, "<hardware address>:<answer>\n" when it is proper,
+// and on a serial line, "<answer>\n".
 enum class EAnswerForm {
-    kProper,             // "<hardware address>:<answer>\n"
-    kNoColon,            // a space in the colon's place
-    kTooShort,           // ends within the hardware address
+    kProper,
+    kNoColon,            // a space in the colon's place; on a line, proper
+    kTooShort,           // ends within the hardware address; on a line, within the answer
     kTooLong,            // proper, but filled up to longAnswerBytes
-    kEmpty,              // a datagram of 0 bytes
-    kWrongAddress,       // proper, with another camera's hardware address
+    kEmpty,              // a datagram of 0 bytes; a line of none
+    kWrongAddress,       // proper, with another camera's hardware address; on a line, of another maker
     kControlCharacters,  // proper, with a bell and an escape in the answer
+    kNoLineFeed,         // filled up to longAnswerBytes, and nothing at the end
 };
 
-// Faults of one of a camera's ports. Shares are 0 (never) to 1 (always).
+// Faults of one of a camera's ports, network or serial. Shares are 0 (never) to 1 (always).
 struct CZQSimPortFaults {
     CZQSimDelay delay;
-    double requestLoss = 0;  // share of the requests that the camera does not hear
-    double answerLoss = 0;   // share of the answers that get lost
-    double duplicates = 0;   // share of the answers that are sent twice
+    std::chrono::microseconds byteDelay{0};  // on a line: each byte comes so long after the one before
+    double requestLoss = 0;                  // share of the requests that the camera does not hear
+    double answerLoss = 0;                   // share of the answers that get lost
+    double duplicates = 0;                   // share of the answers that are sent twice
     EAnswerForm form = EAnswerForm::kProper;
     bool properFollows = false;        // a proper answer comes right behind one of another form
-    std::size_t longAnswerBytes = 64;  // size of a datagram of the form kTooLong
+    std::size_t longAnswerBytes = 64;  // size of an answer of the forms kTooLong and kNoLineFeed
     bool silent = false;               // hears everything, answers nothing and does nothing
 };
 
@@ -49,5 +52,8 @@ inline constexpr std::chrono::milliseconds kLateAnswerDelay{3200};
 // The datagram that carries an answer, in the form that the faults ask for.
 std::string FormAnswer(EAnswerForm form, std::string_view hardwareAddress, std::string_view answer,
                        std::size_t longAnswerBytes);
+
+// The bytes that carry an answer over a serial line.
+std::string FormLine(EAnswerForm form, std::string_view answer, std::size_t longAnswerBytes);
 
 }  // namespace ZQAPI::sim

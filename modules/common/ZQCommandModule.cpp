@@ -1,4 +1,5 @@
-// The module's three functions: they check, find the connection, call it and turn exceptions into numbers.
+// A command module's three functions: they check, find the connection, call it and turn exceptions into
+// numbers.
 #include <cstring>
 #include <memory>
 #include <mutex>
@@ -6,9 +7,8 @@
 #include <unordered_map>
 
 #include "ZQAPI/ZQCommandModule.h"
-#include "ZQUdpConnection.h"
+#include "ZQCommandConnection.h"
 #include "foundation/ZQException.h"
-#include "platform/Process.h"
 
 namespace ZQAPI {
 
@@ -17,13 +17,13 @@ namespace {
 // The open connections. A connection that is in use lives on until that use is over. Thread-safe.
 class Connections {
 public:
-    ZQCCM_HANDLE Add(std::shared_ptr<CZQUdpConnection> connection) {
+    ZQCCM_HANDLE Add(std::shared_ptr<CZQCommandConnection> connection) {
         const std::lock_guard lock(m_mutex);
         m_connections.emplace(++m_lastHandle, std::move(connection));
         return m_lastHandle;
     }
 
-    std::shared_ptr<CZQUdpConnection> Find(ZQCCM_HANDLE handle) const {
+    std::shared_ptr<CZQCommandConnection> Find(ZQCCM_HANDLE handle) const {
         const std::lock_guard lock(m_mutex);
         const auto found = m_connections.find(handle);
         if (found == m_connections.end()) {
@@ -41,7 +41,7 @@ public:
 
 private:
     mutable std::mutex m_mutex;
-    std::unordered_map<ZQCCM_HANDLE, std::shared_ptr<CZQUdpConnection>> m_connections;
+    std::unordered_map<ZQCCM_HANDLE, std::shared_ptr<CZQCommandConnection>> m_connections;
     ZQCCM_HANDLE m_lastHandle = 0;
 };
 
@@ -59,6 +59,14 @@ void RequireInput(const void* input) {
 void RequireOutput(const void* output) {
     if (output == nullptr) {
         throw CZQException(ZQ_HERE("RequireOutput"), ZQ_ERR_NULL_OUTPUT);
+    }
+}
+
+// A module takes one line at a time: what follows a line feed would be a command of its own to the camera.
+void RequireOneLine(std::string_view command) {
+    if (command.size() < 2 || command.find('\n') != command.size() - 1) {
+        throw CZQException(ZQ_HERE("RequireOneLine"), ZQ_ERR_BAD_VALUE,
+                           "The command is not one line with a line feed at its end");
     }
 }
 
@@ -83,10 +91,10 @@ std::int32_t ResultOf(Body&& body) noexcept {
 
 std::int32_t ZQCCM_OpenCCM(const char* parameter, const char* address, ZQCCM_HANDLE* handle) {
     return ZQAPI::ResultOf([&] {
-        ZQAPI::RequireInput(parameter);  // not used by this module
+        ZQAPI::RequireInput(parameter);  // used by no module of the kit
         ZQAPI::RequireInput(address);
         ZQAPI::RequireOutput(handle);
-        *handle = ZQAPI::OpenConnections().Add(std::make_shared<ZQAPI::CZQUdpConnection>(address));
+        *handle = ZQAPI::OpenConnections().Add(ZQAPI::OpenCommandConnection(address));
     });
 }
 
@@ -101,7 +109,9 @@ std::int32_t ZQCCM_SendCmd(ZQCCM_HANDLE handle, const char* command, char* answe
         if (answerSize > 0) {
             *answer = '\0';
         }
-        const std::string text = ZQAPI::OpenConnections().Find(handle)->SendCommand(command);
+        const auto connection = ZQAPI::OpenConnections().Find(handle);
+        ZQAPI::RequireOneLine(command);
+        const std::string text = connection->SendCommand(command);
         if (text.size() >= answerSize) {
             throw ZQAPI::CZQException(ZQ_HERE("ZQCCM_SendCmd"), ZQ_ERR_BUFFER_TOO_SMALL,
                                       "NeededBytes=%zu, BufferSize=%u", text.size() + 1, answerSize);

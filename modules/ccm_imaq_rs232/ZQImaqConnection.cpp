@@ -1,0 +1,14 @@
+// The command module for cameras on the serial lines of NI-IMAQ frame grabbers. The command address is the
+// interface's name, "img0".
+#include "ZQSerialConnection.h"
+#include "communication/ZQComImaqRS232.h"
+
+namespace ZQAPI {
+
+std::shared_ptr<CZQCommandConnection> OpenCommandConnection(const CZQString& commandAddress) {
+    auto channel = std::make_unique<CZQComImaqRS232>();
+    channel->Open(CZQComImaqRS232Config(commandAddress, ""));
+    return std::make_shared<CZQSerialConnection>(std::move(channel));
+}
+
+}  // namespace ZQAPI

@@ -1,0 +1,28 @@
+// What makes one command module different from another: its kind of connection.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "foundation/ZQString.h"
+
+namespace ZQAPI {
+
+// An open connection to one camera. Thread-safe. Failures are thrown as CZQException; the module's functions
+// turn them into numbers.
+class CZQCommandConnection {
+public:
+    CZQCommandConnection() = default;
+    CZQCommandConnection(const CZQCommandConnection&) = delete;
+    CZQCommandConnection& operator=(const CZQCommandConnection&) = delete;
+    virtual ~CZQCommandConnection() = default;
+
+    // The answer, its line feed included. The command is one line with its line feed.
+    virtual std::string SendCommand(std::string_view command) = 0;
+};
+
+// Each module defines this for its own kind.
+std::shared_ptr<CZQCommandConnection> OpenCommandConnection(const CZQString& commandAddress);
+
+}  // namespace ZQAPI

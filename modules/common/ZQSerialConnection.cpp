@@ -1,0 +1,41 @@
+#include "ZQSerialConnection.h"
+
+#include "foundation/ZQException.h"
+#include "foundation/ZQStopWatch.h"
+
+namespace ZQAPI {
+
+namespace {
+
+constexpr std::uint64_t kAnswerTimeMs = 1000;
+constexpr std::size_t kMaxAnswerLength = 1023;  // what the library takes at most
+
+}  // namespace
+
+std::string CZQSerialConnection::SendCommand(std::string_view command) {
+    const SourceLocation here = ZQ_HERE("CZQSerialConnection::SendCommand");
+    const std::lock_guard lock(m_mutex);
+    m_channel->Flush();
+    m_channel->Send(command.data(), static_cast<std::uint32_t>(command.size()));
+    const CZQStopWatch watch(true);
+    std::string answer;
+    while (!answer.ends_with('\n')) {
+        const std::uint64_t elapsed = watch.GetElapsed();
+        if (elapsed > kAnswerTimeMs) {
+            throw CZQException(here, ZQ_ERR_COM_TIMEOUT);
+        }
+        if (answer.size() == kMaxAnswerLength) {
+            throw CZQException(here, ZQ_ERR_BUFFER_TOO_SMALL);
+        }
+        char byte = 0;
+        m_channel->Recv(&byte, 1, static_cast<std::uint32_t>(kAnswerTimeMs - elapsed), false);
+        // A NUL would end the answer early for whoever reads it as a text.
+        if (byte == '\0') {
+            throw CZQException(here, ZQ_ERR_BAD_VALUE, "The answer holds a NUL");
+        }
+        answer += byte;
+    }
+    return answer;
+}
+
+}  // namespace ZQAPI

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <mutex>
+
+#include "ZQCommandConnection.h"
+#include "communication/ZQComBase.h"
+
+namespace ZQAPI {
+
+// Carries commands to the camera on a serial line: each is sent as it stands and answered by one line. One
+// command at a time; the others wait.
+class CZQSerialConnection : public CZQCommandConnection {
+public:
+    // A channel that is open already.
+    explicit CZQSerialConnection(std::unique_ptr<CZQComBase> channel) : m_channel(std::move(channel)) {}
+
+    // What arrived before the command is discarded. The whole line within 1000 ms: else ZQ_ERR_COM_TIMEOUT; a
+    // line of more than 1023 bytes: ZQ_ERR_BUFFER_TOO_SMALL.
+    std::string SendCommand(std::string_view command) override;
+
+private:
+    std::mutex m_mutex;
+    const std::unique_ptr<CZQComBase> m_channel;
+};
+
+}  // namespace ZQAPI

@@ -1,0 +1,140 @@
+#include "communication/ZQComImaqRS232.h"
+
+#include <algorithm>
+#include <span>
+#include <utility>
+
+#include "foundation/ZQException.h"
+#include "foundation/ZQStopWatch.h"
+#include "foundation/ZQSystem.h"
+
+namespace ZQAPI {
+
+namespace {
+
+constexpr std::uint32_t kWriteTimeoutMs = 1000;
+
+// An abort is noticed within this time.
+constexpr std::uint64_t kMaxWaitMs = 100;
+
+}  // namespace
+
+CZQComImaqRS232::~CZQComImaqRS232() {
+    CZQComImaqRS232::Close();
+}
+
+void CZQComImaqRS232::Open(const CZQString& fileName, const CZQString& section) {
+    CZQComImaqRS232Config config;
+    config.LoadFromFile(fileName, section);
+    Open(config);
+}
+
+void CZQComImaqRS232::Open(const CZQComConfigBase& config) {
+    m_config = CastConfig<CZQComImaqRS232Config>(config, ZQ_HERE("CZQComImaqRS232::Open"));
+    Close();
+    try {
+        OpenLine();
+        Flush();
+    } catch (const CZQException&) {
+        Close();
+        throw;
+    }
+    m_abort.exchange(false);
+}
+
+void CZQComImaqRS232::OpenLine() {
+    m_library.emplace();
+    CZQImaqLibrary::Status status = m_library->OpenInterface(m_config.GetInterfaceName(), m_interface);
+    if (status == 0) {
+        status = m_library->OpenSession(m_interface, m_session);
+    }
+    if (status != 0) {
+        throw CZQException(ZQ_HERE("CZQComImaqRS232::Open"), ZQ_ERR_RS232_OPEN, "%s: %s",
+                           m_config.GetInterfaceName().c_str(), m_library->FormatStatus(status).c_str());
+    }
+}
+
+void CZQComImaqRS232::Close() noexcept {
+    for (CZQImaqLibrary::Id* const id : {&m_session, &m_interface}) {
+        if (*id != 0 && m_library->CloseId(std::exchange(*id, 0)) != 0) {
+            DebugOutput("ZQSDK: !! (IMAQ RS232) %s could not be closed", m_config.GetInterfaceName().c_str());
+        }
+    }
+    m_library.reset();
+}
+
+void CZQComImaqRS232::CheckOpen(const SourceLocation& here) const {
+    if (!IsOpen()) {
+        throw CZQException(here, ZQ_ERR_SERIAL_CLOSED);
+    }
+}
+
+void CZQComImaqRS232::Flush() {
+    const SourceLocation here = ZQ_HERE("CZQComImaqRS232::Flush");
+    CheckOpen(here);
+    const CZQImaqLibrary::Status status = m_library->Flush(m_session);
+    if (status != 0) {
+        throw CZQException(here, ZQ_ERR_RS232_FLUSH, "%s", m_library->FormatStatus(status).c_str());
+    }
+}
+
+std::uint32_t CZQComImaqRS232::Send(const void* buffer, std::uint32_t length) {
+    const SourceLocation here = ZQ_HERE("CZQComImaqRS232::Send");
+    CheckOpen(here);
+    if (buffer == nullptr) {
+        throw CZQException(here, ZQ_ERR_NULL_INPUT);
+    }
+    if (length == 0) {
+        return 0;
+    }
+    std::uint32_t written = 0;
+    const CZQImaqLibrary::Status status =
+        m_library->Write(m_session, {static_cast<const char*>(buffer), length}, written, kWriteTimeoutMs);
+    if (status != 0 || written < length) {
+        throw CZQException(here, ZQ_ERR_COM_SEND, "%s", m_library->FormatStatus(status).c_str());
+    }
+    return length;
+}
+
+std::uint32_t CZQComImaqRS232::Recv(void* buffer, std::uint32_t size, std::uint32_t timeoutMs,
+                                    bool returnOnFirstData) {
+    const SourceLocation here = ZQ_HERE("CZQComImaqRS232::Recv");
+    if (returnOnFirstData) {
+        throw CZQException(here, ZQ_ERR_NOT_SUPPORTED);
+    }
+    CheckOpen(here);
+    if (buffer == nullptr) {
+        throw CZQException(here, ZQ_ERR_NULL_OUTPUT);
+    }
+    m_abort.exchange(false);
+    const std::uint64_t deadlineMs = CZQStopWatch(false).GetElapsed() + timeoutMs;
+    for (char& byte : std::span(static_cast<char*>(buffer), size)) {
+        RecvByte(byte, deadlineMs);
+    }
+    return size;
+}
+
+void CZQComImaqRS232::RecvByte(char& byte, std::uint64_t deadlineMs) {
+    const SourceLocation here = ZQ_HERE("CZQComImaqRS232::Recv");
+    const CZQStopWatch clock(false);  // counts from the clock's zero
+    for (;;) {
+        const std::uint64_t now = clock.GetElapsed();
+        const std::uint64_t left = deadlineMs > now ? deadlineMs - now : 0;
+        const CZQImaqLibrary::Status status =
+            m_library->ReadByte(m_session, byte, static_cast<std::uint32_t>(std::min(left, kMaxWaitMs)));
+        if (status != 0 && !CZQImaqLibrary::IsReadTimeout(status)) {
+            throw CZQException(here, ZQ_ERR_COM_RECV, "%s", m_library->FormatStatus(status).c_str());
+        }
+        if (clock.GetElapsed() > deadlineMs || (status != 0 && left == 0)) {
+            throw CZQException(here, ZQ_ERR_COM_TIMEOUT);
+        }
+        if (m_abort.load()) {
+            throw CZQException(here, ZQ_ERR_COM_ABORTED);
+        }
+        if (status == 0) {
+            return;
+        }
+    }
+}
+
+}  // namespace ZQAPI

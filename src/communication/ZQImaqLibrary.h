@@ -1,0 +1,55 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <span>
+
+#include "foundation/ZQDynamicDLL.h"
+#include "foundation/ZQExceptionLocationInfo.h"
+#include "foundation/ZQStringArray.h"
+
+namespace ZQAPI {
+
+// The NI-IMAQ library ("imaq.dll"), as far as serial lines of frame grabbers need it. Its functions return 0
+// for success. Bound to one thread.
+class CZQImaqLibrary : public CZQDynamicDLL {
+public:
+    using Status = std::int32_t;
+    using Id = std::uint32_t;  // of an interface or a session; 0: none
+
+    // ZQ_ERR_LIBRARY_NOT_LOADED, ZQ_ERR_ENTRY_POINT_MISSING
+    CZQImaqLibrary();
+
+    // The names of the frame grabbers' interfaces ("img0"), in the library's order; 64 at most.
+    CZQStringArray QueryInterfaceNames() const;
+
+    Status OpenInterface(const CZQString& name, Id& interfaceId) const;
+    Status OpenSession(Id interfaceId, Id& sessionId) const;
+    Status CloseId(Id id) const;
+    // `size` becomes the number of bytes written.
+    Status Write(Id sessionId, std::span<const char> data, std::uint32_t& size,
+                 std::uint32_t timeoutMs) const;
+    Status ReadByte(Id sessionId, char& byte, std::uint32_t timeoutMs) const;
+    Status Flush(Id sessionId) const;
+
+    // "ImaqError (0x%08X): %s" with the library's own text.
+    CZQString FormatStatus(Status status) const;
+
+    static bool IsReadTimeout(Status status) noexcept;
+
+private:
+    enum Function {
+        kQueryNames,
+        kInterfaceOpen,
+        kSessionOpen,
+        kClose,
+        kWrite,
+        kReadBytes,
+        kFlush,
+        kShowError
+    };
+
+    std::array<void*, kShowError + 1> m_functions{};
+};
+
+}  // namespace ZQAPI

@@ -1,0 +1,301 @@
+#include "platform/SerialPort.h"
+
+// The kernel's own terminal interface rather than <termios.h>, which knows no baud rates but the classic
+// ones.
+#include <asm/termbits.h>
+#include <fcntl.h>
+#include <linux/serial.h>
+#include <poll.h>
+#include <sys/file.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <charconv>
+#include <filesystem>
+#include <string_view>
+
+#include "platform/Files.h"
+#include "platform/Process.h"
+#include "platform/posix/SerialModeText.h"
+
+// NOLINTBEGIN(cppcoreguidelines-pro-type-vararg): open and ioctl are
+
+namespace ZQAPI::platform {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using std::chrono::milliseconds;
+namespace fs = std::filesystem;
+
+constexpr const char* kPortFolderVariable = "ZQSDK_COM_PORT_DIR";
+constexpr std::string_view kPrefix = "COM";
+
+int Descriptor(std::uintptr_t handle) noexcept {
+    return static_cast<int>(handle);
+}
+
+bool Result(bool succeeded, SystemErrorCode& error) noexcept {
+    error = succeeded ? 0 : LastSystemError();
+    return succeeded;
+}
+
+bool Reject(SystemErrorCode& error, int code) noexcept {
+    error = static_cast<SystemErrorCode>(code);
+    return false;
+}
+
+// The number behind the prefix; 0 when there is none.
+std::uint32_t PortNumber(std::string_view name, std::string_view prefix) {
+    std::uint32_t number = 0;
+    if (!name.starts_with(prefix)) {
+        return 0;
+    }
+    const char* const end = name.data() + name.size();
+    const auto parsed = std::from_chars(name.data() + prefix.size(), end, number);
+    return parsed.ec == std::errc() && parsed.ptr == end ? number : 0;
+}
+
+std::string DeviceFile(const std::string& name) {
+    std::string folder;
+    if (GetEnvironmentText(kPortFolderVariable, folder)) {
+        return folder + "/" + name;
+    }
+    std::string device = "/dev/" + name;
+    const std::uint32_t number = PortNumber(name, kPrefix);
+    return PathExists(device) || number == 0 ? device : "/dev/ttyS" + std::to_string(number - 1);
+}
+
+// The system has files for more ports than it has hardware for.
+bool IsRealPort(const std::string& device) {
+    const int file = ::open(device.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+    if (file < 0) {
+        return errno == EBUSY || errno == EACCES;
+    }
+    serial_struct hardware{};
+    const bool isReal = ::ioctl(file, TIOCGSERIAL, &hardware) != 0 || hardware.type != PORT_UNKNOWN;
+    ::close(file);
+    return isReal;
+}
+
+void AddPorts(const std::string& folder, std::string_view prefix, std::uint32_t firstNumber,
+              std::vector<SerialPortName>& ports) {
+    std::error_code ignored;
+    for (const auto& entry : fs::directory_iterator(folder, ignored)) {
+        const std::string name = entry.path().filename().string();
+        const std::uint32_t number = name == std::string(prefix) + "0" ? 0 : PortNumber(name, prefix);
+        const bool isNumbered = number != 0 || (firstNumber != 0 && name.ends_with("S0"));
+        const auto isSame = [&](const auto& port) { return port.number == number + firstNumber; };
+        if (isNumbered && std::none_of(ports.begin(), ports.end(), isSame) &&
+            IsRealPort(entry.path().string())) {
+            ports.push_back({number + firstNumber, entry.path().string()});
+        }
+    }
+}
+
+void SetFlag(tcflag_t& flags, tcflag_t flag, bool on) noexcept {
+    flags = on ? flags | flag : flags & ~flag;
+}
+
+bool SetFormat(const SerialControl& control, termios2& block) noexcept {
+    constexpr tcflag_t kSizes[] = {CS5, CS6, CS7, CS8};
+    constexpr std::uint8_t kMark = 3;
+    if (control.dataBits < 5 || control.dataBits > 8 || control.parity > kMark + 1 || control.stopBits > 2 ||
+        control.baudRate == 0) {
+        return false;
+    }
+    block.c_cflag &= ~static_cast<tcflag_t>(CSIZE | CSTOPB | PARENB | PARODD | CMSPAR | CBAUD);
+    block.c_cflag |= kSizes[control.dataBits - 5] | BOTHER;
+    SetFlag(block.c_cflag, CSTOPB, control.stopBits != kOneStopBit);
+    SetFlag(block.c_cflag, PARENB, control.parity != 0);
+    SetFlag(block.c_cflag, PARODD, control.parity == 1 || control.parity == kMark);
+    SetFlag(block.c_cflag, CMSPAR, control.parity >= kMark);
+    block.c_ispeed = control.baudRate;
+    block.c_ospeed = control.baudRate;
+    return true;
+}
+
+// A line without modem signals, such as a pseudo-terminal, has nothing to switch.
+void SwitchModemLine(int file, int line, SerialControl::Line state) noexcept {
+    ::ioctl(file, state == SerialControl::Line::kDisabled ? TIOCMBIC : TIOCMBIS, &line);
+}
+
+// Waits until the file is ready; false when the time is up first.
+bool WaitReady(int file, short events, Clock::time_point deadline) noexcept {
+    pollfd entry{file, events, 0};
+    int ready = 0;
+    do {
+        const auto left = std::chrono::ceil<milliseconds>(deadline - Clock::now());
+        ready = ::poll(&entry, 1, static_cast<int>(std::max(left, milliseconds::zero()).count()));
+    } while (ready < 0 && errno == EINTR);
+    return ready != 0;
+}
+
+bool IsTransient() noexcept {
+    return errno == EAGAIN || errno == EINTR;
+}
+
+}  // namespace
+
+bool ParseModeText(const std::string& text, SerialControl& control, SystemErrorCode& error) {
+    error = 0;
+    return ParseSerialModeText(text, control) || Reject(error, EINVAL);
+}
+
+std::vector<SerialPortName> ListSerialPorts() {
+    std::vector<SerialPortName> ports;
+    std::string folder;
+    if (GetEnvironmentText(kPortFolderVariable, folder)) {
+        AddPorts(folder, kPrefix, 0, ports);
+    } else {
+        AddPorts("/dev", kPrefix, 0, ports);
+        AddPorts("/dev", "ttyS", 1, ports);
+    }
+    std::sort(ports.begin(), ports.end(),
+              [](const auto& left, const auto& right) { return left.number < right.number; });
+    return ports;
+}
+
+bool SerialPort::Open(const std::string& name, SystemErrorCode& error) {
+    Close();
+    const int file = ::open(DeviceFile(name).c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+    if (!Result(file >= 0, error)) {
+        return false;
+    }
+    m_handle = static_cast<std::uintptr_t>(file);
+    // The lock keeps out whoever locks as well, root too; the exclusive mode everybody else but root.
+    termios2 block{};
+    if (!Result(::ioctl(file, TCGETS2, &block) == 0 && ::flock(file, LOCK_EX | LOCK_NB) == 0 &&
+                    ::ioctl(file, TIOCEXCL) == 0,
+                error)) {
+        error = error == EWOULDBLOCK ? EBUSY : error;
+        Close();
+        return false;
+    }
+    return true;
+}
+
+void SerialPort::Close() noexcept {
+    if (IsOpen()) {
+        const int file = Descriptor(std::exchange(m_handle, kInvalid));
+        ::ioctl(file, TIOCNXCL);
+        ::close(file);
+    }
+}
+
+bool SerialPort::SetQueues(std::uint32_t /*input*/, std::uint32_t /*output*/,
+                           SystemErrorCode& error) noexcept {
+    error = 0;  // the system's queues are larger, and fixed
+    return true;
+}
+
+bool SerialPort::ReadControl(SerialControl& control, SystemErrorCode& error) noexcept {
+    termios2 block{};
+    if (!Result(::ioctl(Descriptor(m_handle), TCGETS2, &block) == 0, error)) {
+        return false;
+    }
+    constexpr std::uint8_t kMark = 3;
+    constexpr std::uint8_t kSpace = 4;
+    const bool isOdd = (block.c_cflag & PARODD) != 0;
+    const bool isFixed = (block.c_cflag & CMSPAR) != 0;
+    control.baudRate = block.c_ospeed;
+    control.dataBits = static_cast<std::uint8_t>(5 + ((block.c_cflag & CSIZE) / CS6));
+    control.stopBits = (block.c_cflag & CSTOPB) != 0 ? kTwoStopBits : kOneStopBit;
+    control.parity = 0;
+    if ((block.c_cflag & PARENB) != 0) {
+        control.parity = isFixed ? (isOdd ? kMark : kSpace) : (isOdd ? 1 : 2);
+    }
+    control.outputWaitsForCts = (block.c_cflag & CRTSCTS) != 0;
+    control.outputWaitsForDsr = false;
+    control.xonXoffOutput = (block.c_iflag & IXON) != 0;
+    control.xonXoffInput = (block.c_iflag & IXOFF) != 0;
+    return true;
+}
+
+bool SerialPort::WriteControl(const SerialControl& control, SystemErrorCode& error) noexcept {
+    const int file = Descriptor(m_handle);
+    termios2 block{};
+    if (!Result(::ioctl(file, TCGETS2, &block) == 0, error)) {
+        return false;
+    }
+    if (!SetFormat(control, block)) {
+        return Reject(error, EINVAL);
+    }
+    // Raw bytes, whatever the terminal was used for before.
+    block.c_iflag = 0;
+    block.c_oflag = 0;
+    block.c_lflag = 0;
+    block.c_cc[VMIN] = 1;
+    block.c_cc[VTIME] = 0;
+    block.c_cflag |= CREAD | CLOCAL;
+    // There is no flow control by DSR here: CTS stands for both.
+    SetFlag(block.c_cflag, CRTSCTS, control.outputWaitsForCts || control.outputWaitsForDsr);
+    SetFlag(block.c_iflag, IXON, control.xonXoffOutput);
+    SetFlag(block.c_iflag, IXOFF, control.xonXoffInput);
+    if (!Result(::ioctl(file, TCSETS2, &block) == 0, error)) {
+        return false;
+    }
+    SwitchModemLine(file, TIOCM_DTR, control.dtr);
+    if ((block.c_cflag & CRTSCTS) == 0) {
+        SwitchModemLine(file, TIOCM_RTS, control.rts);
+    }
+    return true;
+}
+
+bool SerialPort::SetTimeouts(const SerialTimeouts& timeouts, SystemErrorCode& error) noexcept {
+    m_timeouts = timeouts;
+    error = 0;
+    return true;
+}
+
+bool SerialPort::Purge(SystemErrorCode& error) noexcept {
+    return Result(::ioctl(Descriptor(m_handle), TCFLSH, TCIOFLUSH) == 0, error);
+}
+
+std::optional<std::size_t> SerialPort::Write(std::span<const std::byte> data,
+                                             SystemErrorCode& error) noexcept {
+    const int file = Descriptor(m_handle);
+    const auto size = static_cast<std::int64_t>(data.size());
+    const auto deadline = Clock::now() + m_timeouts.writeConstant + size * m_timeouts.writePerByte;
+    std::size_t written = 0;
+    error = 0;
+    while (written < data.size() && WaitReady(file, POLLOUT, deadline)) {
+        const ::ssize_t count = ::write(file, data.data() + written, data.size() - written);
+        if (count < 0 && !IsTransient()) {
+            error = LastSystemError();
+            return std::nullopt;
+        }
+        written += static_cast<std::size_t>(std::max<::ssize_t>(count, 0));
+    }
+    if (written < data.size()) {
+        error = ETIMEDOUT;
+    }
+    return written;
+}
+
+std::optional<std::size_t> SerialPort::Read(std::span<std::byte> buffer, SystemErrorCode& error) noexcept {
+    const int file = Descriptor(m_handle);
+    const auto size = static_cast<std::int64_t>(buffer.size());
+    const auto total = Clock::now() + m_timeouts.readConstant + size * m_timeouts.readPerByte;
+    auto deadline = total;
+    std::size_t received = 0;
+    error = 0;
+    while (received < buffer.size() && WaitReady(file, POLLIN, deadline)) {
+        const ::ssize_t count = ::read(file, buffer.data() + received, buffer.size() - received);
+        if (count == 0 || (count < 0 && !IsTransient())) {
+            error = count == 0 ? EIO : LastSystemError();  // the line was hung up
+            return std::nullopt;
+        }
+        if (count > 0) {
+            received += static_cast<std::size_t>(count);
+            deadline = std::min(total, Clock::now() + m_timeouts.readInterval);
+        }
+    }
+    return received;
+}
+
+}  // namespace ZQAPI::platform
+
+// NOLINTEND(cppcoreguidelines-pro-type-vararg)

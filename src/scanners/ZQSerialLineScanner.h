@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "communication/ZQComBase.h"
+#include "devices/ZQScanIFBase.h"
+#include "foundation/ZQStringArray.h"
+
+namespace ZQAPI {
+
+// The names of one kind of serial line.
+struct SSerialScannerNames {
+    const char* scanner;
+    const char* ccm;
+    const char* commandModule;  // its file in the kit's module folder
+    const char* scanMethod;     // "CZQScanIFZqRS232::Scan"
+    const char* updateMethod;
+};
+
+// Finds the maker's cameras on serial lines: asks each line for its identification in turn, takes those whose
+// answer names the maker, and identifies the camera through the line's command module.
+class CZQSerialLineScanner : public CZQScanIFBase {
+public:
+    // A line that can't be opened or stays silent is passed over without a word; a camera that can't be
+    // identified is logged, handed to the error reporter and left out.
+    void Scan(CZQDeviceList& found) final;
+    void Update(CZQDeviceInfo& device) final;
+
+protected:
+    // `byteTimeoutMs`: how long each byte of a line's answer may take.
+    CZQSerialLineScanner(const SSerialScannerNames& names, std::uint32_t byteTimeoutMs)
+        : m_names(names), m_byteTimeoutMs(byteTimeoutMs) {}
+
+    void SetByteTimeout(std::uint32_t byteTimeoutMs) noexcept { m_byteTimeoutMs = byteTimeoutMs; }
+
+    // The lines to try, as they are written in a record's addresses.
+    virtual CZQStringArray ListLines() = 0;
+    // The channel to a line, open. Whatever it throws passes the line over.
+    virtual std::unique_ptr<CZQComBase> OpenLine(const CZQString& line) = 0;
+    // Sets IAM and IAMAddress of a record whose device type is known.
+    virtual void ChooseIAM(CZQDeviceInfo& device, const CZQString& line) const = 0;
+
+private:
+    bool IsCameraOn(const CZQString& line);
+    CZQString ReadAnswer(CZQComBase& channel) const;
+    CZQDeviceInfo Identify(const CZQString& line, std::uint32_t index) const;
+
+    const SSerialScannerNames m_names;
+    std::uint32_t m_byteTimeoutMs;
+};
+
+}  // namespace ZQAPI
