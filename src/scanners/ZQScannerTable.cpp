@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "foundation/ZQException.h"
+#include "scanners/ZQScanAdimecCL.h"
 #include "scanners/ZQScanIFZqImaqRS232.h"
 #include "scanners/ZQScanIFZqRS232.h"
 #include "scanners/ZQScanIFZqUDP.h"
@@ -50,7 +51,7 @@ constexpr Row kRows[] = {
     {ZQDEV_SCANNER_IDS_UEYE, ZQDEV_SCANNER_NAME_IDS_UEYE, 5, Network::kNo, kNotBuiltIn},
     {ZQDEV_SCANNER_ZQ_GIGE, ZQDEV_SCANNER_NAME_ZQ_GIGE, 8, Network::kNo, kNotBuiltIn},
     {ZQDEV_SCANNER_ZQ_IC, ZQDEV_SCANNER_NAME_ZQ_IC, 12, Network::kNo, kNotBuiltIn},
-    {ZQDEV_SCANNER_ADIMEC_CL, ZQDEV_SCANNER_NAME_ADIMEC_CL, 1, Network::kNo, kNotBuiltIn},
+    {ZQDEV_SCANNER_ADIMEC_CL, ZQDEV_SCANNER_NAME_ADIMEC_CL, 1, Network::kNo, Make<CZQScanAdimecCL>},
     {ZQDEV_SCANNER_MV, ZQDEV_SCANNER_NAME_MV, 0, Network::kNo, kNotBuiltIn},
 };
 static_assert(std::size(kRows) == ZQDEV_NOF_SCANNERS);

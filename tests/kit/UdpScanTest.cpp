@@ -7,8 +7,7 @@
 #include <thread>
 
 #include "ZQSimUdpServer.h"
-#include "support/FileBytes.h"
-#include "support/KitCopy.h"
+#include "support/KitScan.h"
 
 namespace ZQAPI::test {
 namespace {
@@ -16,33 +15,12 @@ namespace {
 constexpr std::uint32_t kFirstAddress = 0x7F00010B;  // 127.0.1.11
 constexpr std::uint32_t kMask = 0xFF000000;
 
-class UdpScan : public ::testing::Test {
+class UdpScan : public ::testing::Test, public KitScan {
 protected:
-    UdpScan() {
-        Configure("NofScanCycles=2\r\nScanTimeMs=600\r\n");
-        EXPECT_EQ(ZQ_CALL(m_kit, ZQDEV_InitLibrary), ZQ_OK);
-    }
+    UdpScan() { Configure("NofScanCycles=2\r\nScanTimeMs=600\r\n"); }
 
     void Configure(const std::string& settings) {
-        WriteSealed(m_kit.ApiIni(),
-                    "[DeviceScanner]\r\nActiveScanners=SCANNER_ZQ_UDP\r\n"
-                    "[DeviceScanner.SCANNER_ZQ_UDP]\r\n" +
-                        settings);
-    }
-
-    std::vector<ZQDEVICEINFO> Devices() {
-        unsigned count = 0;
-        EXPECT_EQ(ZQ_CALL(m_kit, ZQDEV_GetNofDevices, &count), ZQ_OK);
-        std::vector<ZQDEVICEINFO> devices(count);
-        for (unsigned i = 0; i < count; ++i) {
-            EXPECT_EQ(ZQ_CALL(m_kit, ZQDEV_GetDevice, i, &devices[i]), ZQ_OK);
-        }
-        return devices;
-    }
-
-    std::vector<ZQDEVICEINFO> Scan() {
-        EXPECT_EQ(ZQ_CALL(m_kit, ZQDEV_ScanForDevices), ZQ_OK);
-        return Devices();
+        KitScan::Configure("SCANNER_ZQ_UDP", "[DeviceScanner.SCANNER_ZQ_UDP]\r\n" + settings);
     }
 
     // How many different devices a scan finds; each must be listed once.
@@ -53,8 +31,6 @@ protected:
         }
         return ids.size();
     }
-
-    KitCopy m_kit;
 };
 
 TEST_F(UdpScan, FindsCamerasOfEveryTypeAndTellsWhatTheyAre) {
@@ -82,8 +58,8 @@ TEST_F(UdpScan, FindsCamerasOfEveryTypeAndTellsWhatTheyAre) {
     EXPECT_TRUE(iams.contains("IAM_ZQ_FG_IMAQ@img0"));
 
     // What was found can be saved and is there in the next process.
-    ASSERT_EQ(ZQ_CALL(m_kit, ZQDEV_SaveDeviceConfig), ZQ_OK);
-    ASSERT_EQ(ZQ_CALL(m_kit, ZQDEV_LoadDeviceConfig), ZQ_OK);
+    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_SaveDeviceConfig), ZQ_OK);
+    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_LoadDeviceConfig), ZQ_OK);
     EXPECT_EQ(Devices().size(), 3U);
 }
 
@@ -161,14 +137,14 @@ TEST_F(UdpScan, RescanFollowsACameraAndMissesOneThatIsGone) {
     }
     std::strcpy(device.FirmwareVersion, "old");
     const ZQDEVICEINFO before = device;
-    EXPECT_EQ(ZQ_CALL(m_kit, ZQDEV_RescanDevice, &device), ZQ_ERR_DEVICE_NOT_FOUND);
+    EXPECT_EQ(ZQ_CALL(kit, ZQDEV_RescanDevice, &device), ZQ_ERR_DEVICE_NOT_FOUND);
     EXPECT_EQ(std::memcmp(&device, &before, sizeof device), 0);
 
     // The same camera at another address.
     std::vector<sim::CZQSimCamera> cameras = sim::MakeCameras(1, kFirstAddress, kMask);
     cameras[0] = sim::CZQSimCamera(cameras[0].GetIdentity(), kFirstAddress + 99, kMask);
     const sim::CZQSimUdpServer server(std::move(cameras), {});
-    EXPECT_EQ(ZQ_CALL(m_kit, ZQDEV_RescanDevice, &device), ZQ_OK);
+    EXPECT_EQ(ZQ_CALL(kit, ZQDEV_RescanDevice, &device), ZQ_OK);
     EXPECT_STREQ(device.UsedAddress, "127.0.1.110");
     EXPECT_STREQ(device.CCMAddress, "127.0.1.110");
     EXPECT_STRNE(device.FirmwareVersion, "old");
@@ -176,7 +152,7 @@ TEST_F(UdpScan, RescanFollowsACameraAndMissesOneThatIsGone) {
 
 TEST_F(UdpScan, SettingsThatCannotBeReadFailTheScanAndChangeNothing) {
     Configure("BindToNetworkCard=maybe\r\n");
-    EXPECT_EQ(ZQ_CALL(m_kit, ZQDEV_ScanForDevices), ZQ_ERR_INI_BAD_BOOL);
+    EXPECT_EQ(ZQ_CALL(kit, ZQDEV_ScanForDevices), ZQ_ERR_INI_BAD_BOOL);
     EXPECT_EQ(Devices().size(), 1U);
     Configure("NofScanCycles=0\r\n");
     EXPECT_EQ(Scan().size(), 0U);
@@ -185,11 +161,11 @@ TEST_F(UdpScan, SettingsThatCannotBeReadFailTheScanAndChangeNothing) {
 TEST_F(UdpScan, OtherCallsProceedMeanwhile) {
     Configure("NofScanCycles=1\r\nScanTimeMs=1000\r\n");
     const auto start = std::chrono::steady_clock::now();
-    std::jthread scan([this] { EXPECT_EQ(ZQ_CALL(m_kit, ZQDEV_ScanForDevices), ZQ_OK); });
+    std::jthread scan([this] { EXPECT_EQ(ZQ_CALL(kit, ZQDEV_ScanForDevices), ZQ_OK); });
     int answered = 0;
     while (std::chrono::steady_clock::now() - start < std::chrono::milliseconds(300)) {
         unsigned count = 0;
-        ASSERT_EQ(ZQ_CALL(m_kit, ZQDEV_GetNofDevices, &count), ZQ_OK);
+        ASSERT_EQ(ZQ_CALL(kit, ZQDEV_GetNofDevices, &count), ZQ_OK);
         answered += static_cast<int>(count);
     }
     EXPECT_GT(answered, 10);

@@ -1,0 +1,173 @@
+#include "camera_link/ZQAdimecSerialProtocol.h"
+
+#include <algorithm>
+#include <array>
+
+#include "camera_link/ZQAdimecDataParser.h"
+#include "foundation/ZQStopWatch.h"
+
+namespace ZQAPI {
+
+namespace {
+
+constexpr char kStart = '@';
+constexpr char kEnd = '\r';
+constexpr char kAck = 0x06;
+constexpr char kNak = 0x15;
+
+constexpr int kMaxAttempts = 3;
+constexpr std::uint32_t kPurgeTimeoutMs = 200;
+constexpr std::uint32_t kWriteTimeoutMs = 0xFFFFFFFF;
+constexpr std::uint32_t kAnswerTimeoutMs = 300;
+
+}  // namespace
+
+CZQAdimecSerialProtocol::CZQAdimecSerialProtocol(CZQSerialBase& port) : m_port(port) {
+    if (!m_port.IsOpen()) {
+        throw CZQException(ZQ_HERE("CZQAdimecSerialProtocol::CZQAdimecSerialProtocol"), ZQ_ERR_SERIAL_CLOSED);
+    }
+}
+
+void CZQAdimecSerialProtocol::SendCmd(const char* cmd, const char* cmdData) {
+    if (cmd == nullptr) {
+        throw CZQException(ZQ_HERE("CZQAdimecSerialProtocol::SendCmd"), ZQ_ERR_NULL_INPUT);
+    }
+    SendAndRecv(cmd, cmdData, nullptr, 0);
+}
+
+void CZQAdimecSerialProtocol::GetData(const char* cmd, char* buffer, std::uint32_t bufferSize) {
+    const SourceLocation here = ZQ_HERE("CZQAdimecSerialProtocol::GetData");
+    if (cmd == nullptr) {
+        throw CZQException(here, ZQ_ERR_NULL_INPUT);
+    }
+    if (buffer == nullptr || bufferSize == 0) {
+        throw CZQException(here, ZQ_ERR_NULL_OUTPUT);
+    }
+    SendAndRecv(cmd, {}, buffer, bufferSize);
+}
+
+std::vector<std::uint8_t> CZQAdimecSerialProtocol::CreateTelegram(const CZQString& cmd,
+                                                                  const CZQString& cmdData) {
+    if (cmd.IsEmpty()) {
+        throw CZQException(ZQ_HERE("CZQAdimecSerialProtocol::CreateTelegram"), ZQ_ERR_BAD_VALUE);
+    }
+    const std::string text = kStart + cmd.str() + cmdData.str() + kEnd;
+    return {text.begin(), text.end()};
+}
+
+void CZQAdimecSerialProtocol::SendAndRecv(const CZQString& cmd, const CZQString& cmdData, char* buffer,
+                                          std::uint32_t size) {
+    const std::lock_guard lock(m_exchange);
+    const std::vector<std::uint8_t> telegram = CreateTelegram(cmd, cmdData);
+    for (int attempt = 1;; ++attempt) {
+        try {
+            PurgeInput();
+            SendTelegram(telegram);
+            RecvAcknowledgement(kAnswerTimeoutMs);
+            if (buffer != nullptr) {
+                RecvData(buffer, size, kAnswerTimeoutMs);
+            }
+            const std::int32_t errorStatus = QueryErrorStatus();
+            if (errorStatus != 0) {
+                throw CZQException(ZQ_HERE("CZQAdimecSerialProtocol::SendAndRecv"), ZQ_ERR_COM_SEND,
+                                   "pszCmd=%s | pszCmdData=%s | errorStatus=%d", cmd.c_str(), cmdData.c_str(),
+                                   errorStatus);
+            }
+            return;
+        } catch (const CZQException&) {
+            if (attempt == kMaxAttempts) {
+                throw;
+            }
+        }
+    }
+}
+
+void CZQAdimecSerialProtocol::PurgeInput() {
+    std::array<char, 4096> discarded{};
+    const CZQStopWatch watch(true);
+    std::uint32_t left = m_port.GetNofBytesAvail();
+    // The count is the port's word: it neither sizes memory nor keeps the exchange from beginning.
+    while (left > 0 && watch.GetElapsed() <= kPurgeTimeoutMs) {
+        const std::uint32_t size = std::min(left, static_cast<std::uint32_t>(discarded.size()));
+        m_port.Read(discarded.data(), size, kPurgeTimeoutMs);
+        left -= size;
+    }
+}
+
+void CZQAdimecSerialProtocol::SendTelegram(const std::vector<std::uint8_t>& telegram) {
+    const auto size = static_cast<std::uint32_t>(telegram.size());
+    if (m_port.Write(telegram.data(), size, kWriteTimeoutMs) < size) {
+        throw CZQException(ZQ_HERE("CZQAdimecSerialProtocol::SendTelegram"), ZQ_ERR_COM_SEND);
+    }
+}
+
+void CZQAdimecSerialProtocol::RecvAcknowledgement(std::uint32_t timeoutMs) {
+    const SourceLocation here = ZQ_HERE("CZQAdimecSerialProtocol::RecvAcknowledgement");
+    const CZQStopWatch watch(true);
+    do {
+        const std::optional<char> byte = ReadByte(here, timeoutMs);
+        if (byte == kAck) {
+            return;
+        }
+        if (byte == kNak) {
+            throw CZQException(here, ZQ_ERR_COM_SEND);
+        }
+    } while (watch.GetElapsed() <= timeoutMs);
+    throw CZQException(here, ZQ_ERR_COM_TIMEOUT);
+}
+
+void CZQAdimecSerialProtocol::RecvData(char* buffer, std::uint32_t size, std::uint32_t timeoutMs) {
+    const SourceLocation here = ZQ_HERE("CZQAdimecSerialProtocol::RecvData");
+    buffer[0] = '\0';
+    std::string data;
+    bool isStarted = false;
+    bool isEnded = false;
+    const CZQStopWatch watch(true);
+    while (!isEnded) {
+        const std::optional<char> byte = ReadByte(here, timeoutMs);
+        if (byte && !isStarted) {
+            isStarted = byte == kStart;
+        } else if (byte == kEnd) {
+            isEnded = true;
+        } else if (byte) {
+            if (data.size() + 1 >= size) {
+                throw CZQException(here, ZQ_ERR_BUFFER_TOO_SMALL);
+            }
+            data += *byte;
+        }
+        // Too late is too late, even when the last byte has just come.
+        if (watch.GetElapsed() > timeoutMs) {
+            throw CZQException(here, ZQ_ERR_COM_TIMEOUT);
+        }
+    }
+    std::copy_n(data.c_str(), data.size() + 1, buffer);
+}
+
+std::int32_t CZQAdimecSerialProtocol::QueryErrorStatus() {
+    // The camera has already accepted the command, which therefore does not fail for want of a status.
+    try {
+        std::array<char, 16> answer{};
+        SendTelegram(CreateTelegram("ERR?", {}));
+        RecvAcknowledgement(kAnswerTimeoutMs);
+        RecvData(answer.data(), static_cast<std::uint32_t>(answer.size()), kAnswerTimeoutMs);
+        return CZQAdimecDataParser::ParseInt(answer.data());
+    } catch (const CZQException&) {
+        return 0;
+    } catch (const std::exception&) {
+        return 0;
+    }
+}
+
+std::optional<char> CZQAdimecSerialProtocol::ReadByte(const SourceLocation& here, std::uint32_t timeoutMs) {
+    char byte = 0;
+    try {
+        if (m_port.Read(&byte, 1, timeoutMs) == 0) {
+            return std::nullopt;
+        }
+    } catch (const CZQException& cause) {
+        throw CZQException(here, ZQ_ERR_COM_RECV).CausedBy(cause);
+    }
+    return byte;
+}
+
+}  // namespace ZQAPI

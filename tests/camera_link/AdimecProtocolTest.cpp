@@ -1,0 +1,163 @@
+// The Adimec protocol over a port that each test scripts. A time-out is what the port answers, not a wait.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <functional>
+#include <thread>
+
+#include "camera_link/ZQAdimecDataParser.h"
+#include "camera_link/ZQAdimecSerialProtocol.h"
+#include "support/ExpectError.h"
+
+namespace ZQAPI::test {
+namespace {
+
+const std::string kErr = "@ERR?\r";
+const std::string kWell = "\x06@0\r";
+
+class ScriptedPort : public CZQSerialBase {
+public:
+    using Script = std::function<std::string(const std::string& telegram)>;
+    explicit ScriptedPort(Script script) : m_script(std::move(script)) {}
+
+    std::string arrived;     // and not read
+    char endless = '\0';     // comes for ever behind what has arrived
+    std::uint32_t lost = 0;  // of the bytes of each write
+    bool fails = true;       // when there is too little to read; else it gives what there is
+    bool isOpen = true;
+    std::vector<std::string> written;
+
+    void Open(std::uint32_t /*port*/, std::uint32_t /*baudRate*/) override {}
+    void Close() override {}
+    bool IsOpen() const noexcept override { return isOpen; }
+    void Flush() override {}
+    std::uint32_t Write(const void* buffer, std::uint32_t size, std::uint32_t /*timeoutMs*/) override {
+        written.emplace_back(static_cast<const char*>(buffer), size);
+        arrived += m_script(written.back());
+        return size - lost;
+    }
+    std::uint32_t Read(void* buffer, std::uint32_t size, std::uint32_t /*timeoutMs*/) override {
+        if (arrived.size() < size && endless != '\0') {
+            arrived.resize(size, endless);
+        }
+        if (arrived.size() < size && fails) {
+            throw CZQException(ZQ_HERE("ScriptedPort::Read"), ZQ_ERR_UNEXPECTED);
+        }
+        const std::size_t count = arrived.copy(static_cast<char*>(buffer), size);
+        arrived.erase(0, count);
+        return static_cast<std::uint32_t>(count);
+    }
+    std::uint32_t GetNofBytesAvail() override {
+        return endless != '\0' ? 0xFFFFFFFF : static_cast<std::uint32_t>(arrived.size());
+    }
+
+private:
+    const Script m_script;
+};
+
+void MakeEndless(ScriptedPort& port) {
+    port.endless = 'z';
+}
+
+const std::string kGood = "\x06@\"A\r";
+
+struct Case {
+    const char* what;
+    std::vector<std::string> answers;  // to each try; the last one again and again
+    std::string status;                // what ERR? is answered with
+    std::int32_t error;
+    std::string data;
+    std::ptrdiff_t tries;
+    void (*arrange)(ScriptedPort& port) = [](ScriptedPort&) {};
+};
+
+const Case kCases[] = {
+    {"plain", {kGood}, kWell, 0, "\"A", 1},
+    {"noise before everything", {"zz\x06yy@\"A\r"}, "z\x06z@0\r", 0, "\"A", 1},
+    {"start mark in the data", {"\x06@a@b\r"}, kWell, 0, "a@b", 1},
+    {"no data", {"\x06@\r"}, kWell, 0, "", 1},
+    {"15 characters", {"\x06@123456789012345\r"}, kWell, 0, "123456789012345", 1},
+    {"16 characters", {"\x06@1234567890123456\r"}, kWell, ZQ_ERR_BUFFER_TOO_SMALL, "", 3},
+    {"refused", {"\x15"}, kWell, ZQ_ERR_COM_SEND, "", 3},
+    {"silent, then refused", {"", "\x15", kGood}, kWell, 0, "\"A", 3},
+    {"silent", {""}, kWell, ZQ_ERR_COM_RECV, "", 3},
+    {"no end", {"\x06@\"A"}, kWell, ZQ_ERR_COM_RECV, "", 3},
+    {"error status", {kGood}, "\x06@7\r", ZQ_ERR_COM_SEND, "", 3},
+    {"status is no number", {kGood}, "\x06@well\r", 0, "\"A", 1},
+    {"status refused", {kGood}, "\x15", 0, "\"A", 1},
+    {"status silent", {kGood}, "", 0, "\"A", 1},
+    {"status too long", {kGood}, "\x06@7777777777777777\r", 0, "\"A", 1},
+    {"left over", {kGood}, kWell, 0, "\"A", 1, [](auto& port) { port.arrived = "\x15@\r"; }},
+    {"cut short", {kGood}, kWell, ZQ_ERR_COM_SEND, "", 3, [](auto& port) { port.lost = 1; }},
+    {"reads of nothing", {""}, kWell, ZQ_ERR_COM_TIMEOUT, "", 3, [](auto& port) { port.fails = false; }},
+    {"endless noise", {""}, kWell, ZQ_ERR_COM_TIMEOUT, "", 3, &MakeEndless},
+    {"no start mark", {"\x06"}, kWell, ZQ_ERR_COM_TIMEOUT, "", 3, &MakeEndless},
+    {"endless data", {"\x06@"}, kWell, ZQ_ERR_BUFFER_TOO_SMALL, "", 3, &MakeEndless},
+};
+
+TEST(AdimecProtocol, AnswersOfEveryKind) {
+    for (const Case& test : kCases) {
+        SCOPED_TRACE(test.what);
+        std::size_t tries = 0;
+        ScriptedPort port([&](const std::string& telegram) {
+            return telegram == kErr ? test.status : test.answers[std::min(tries++, test.answers.size() - 1)];
+        });
+        test.arrange(port);
+        CZQAdimecSerialProtocol protocol(port);
+        char data[16];
+        const auto begin = std::chrono::steady_clock::now();
+        const auto failure = ThrownBy([&] { protocol.GetData("ID?", data, sizeof data); });
+        EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(10));
+        EXPECT_EQ(failure ? failure->GetErrorNumber() : 0, test.error);
+        EXPECT_EQ(std::count(port.written.begin(), port.written.end(), "@ID?\r"), test.tries);
+        EXPECT_TRUE(failure || data == test.data) << data;
+        EXPECT_EQ(failure && failure->GetInnerException() != nullptr, test.error == ZQ_ERR_COM_RECV);
+    }
+}
+
+TEST(AdimecProtocol, CommandsAndWhatIsNoCommand) {
+    ScriptedPort port([](const std::string& telegram) { return telegram == kErr ? "\x06@3\r" : "\x06"; });
+    CZQAdimecSerialProtocol protocol(port);
+    const auto failure = ThrownBy([&] { protocol.SendCmd("GA", "12"); });
+    ASSERT_TRUE(failure.has_value());
+    EXPECT_EQ(failure->GetExtraText(), "pszCmd=GA | pszCmdData=12 | errorStatus=3");
+    EXPECT_EQ(port.written, (std::vector<std::string>{"@GA12\r", kErr, "@GA12\r", kErr, "@GA12\r", kErr}));
+
+    char data[1];
+    EXPECT_ZQ_ERROR(protocol.SendCmd(nullptr, "1"), ZQ_ERR_NULL_INPUT);
+    EXPECT_ZQ_ERROR(protocol.SendCmd("", "1"), ZQ_ERR_BAD_VALUE);
+    EXPECT_ZQ_ERROR(protocol.GetData("ID?", data, 0), ZQ_ERR_NULL_OUTPUT);
+    EXPECT_EQ(port.written.size(), 6U);
+    port.isOpen = false;
+    EXPECT_ZQ_ERROR(CZQAdimecSerialProtocol{port}, ZQ_ERR_SERIAL_CLOSED);
+}
+
+TEST(AdimecProtocol, ExchangesOfTwoThreadsStayWhole) {
+    ScriptedPort port(
+        [](const std::string& telegram) { return telegram == kErr ? kWell : "\x06" + telegram; });
+    CZQAdimecSerialProtocol protocol(port);
+    const auto ask = [&protocol](const char* query) {
+        for (int i = 0; i < 500; ++i) {
+            char data[16];
+            protocol.GetData(query, data, sizeof data);
+            ASSERT_STREQ(data, query);
+        }
+    };
+    std::thread other(ask, "ID?");
+    ask("SN?");
+    other.join();
+    EXPECT_EQ(port.written.size(), 2000U);
+}
+
+TEST(AdimecDataParser, TextsAndNumbers) {
+    EXPECT_EQ(CZQAdimecDataParser::ParseString("\"ABC\""), "ABC\"");
+    EXPECT_EQ(CZQAdimecDataParser::ParseString("\""), "");
+    EXPECT_ZQ_ERROR(CZQAdimecDataParser::ParseString("ABC"), ZQ_ERR_BAD_VALUE);
+    EXPECT_EQ(CZQAdimecDataParser::ParseInt(" -12x"), -12);
+    EXPECT_EQ(CZQAdimecDataParser::ParseInt("4294967296"), 2147483647);
+    EXPECT_ZQ_ERROR(CZQAdimecDataParser::ParseString(nullptr), ZQ_ERR_NULL_INPUT);
+}
+
+}  // namespace
+}  // namespace ZQAPI::test

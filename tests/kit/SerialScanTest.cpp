@@ -1,0 +1,197 @@
+// Scans of serial lines through the exported functions, against simulated cameras.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstring>
+
+#include "ZQSimSerialServer.h"
+#include "communication/ZQComRS232.h"
+#include "support/ComPorts.h"
+#include "support/KitScan.h"
+#include "support/StandIns.h"
+
+namespace ZQAPI::test {
+namespace {
+
+using namespace std::chrono_literals;
+using sim::EAnswerForm;
+
+constexpr const char* kType = sim::kSerialCameraType;
+
+std::string IdOf(std::uint64_t number) {
+    return std::string(kType) + ":" + sim::MakeCameras(1, 0, 0, kType, number)[0].GetIdentity().serialNumber;
+}
+
+// Some cameras on COM1 and up.
+class RS232Scan : public ::testing::Test, public KitScan {
+protected:
+    void SetUp() override {
+        if (!ComPort::AreThere()) {
+            GTEST_SKIP() << "no pseudo-terminals";
+        }
+    }
+
+    // Line settings of the shipped file; further keys of the section come first.
+    void Configure(const std::string& ports) {
+        KitScan::Configure("SCANNER_ZQ_RS232", "[DeviceScanner.SCANNER_ZQ_RS232]\r\nScanCOMPorts=" + ports +
+                                                   "\r\nCOMPort=1\r\nBaudrate=9600\r\nDatabits=8\r\n"
+                                                   "StopBits=1\r\nParity=NO\r\nHandshake=NO\r\n");
+    }
+    void Connect(std::size_t count) {
+        cameras = std::make_unique<sim::CZQSimSerialServer>(sim::MakeCameras(count, 0, 0, kType, 1));
+        for (std::size_t i = 0; i < count; ++i) {
+            ComPortFolder::Link(static_cast<std::uint32_t>(i + 1), cameras->GetPort(i));
+        }
+    }
+    void SetFaults(std::size_t camera, const sim::CZQSimPortFaults& faults) const {
+        cameras->SetFaults(camera, faults);
+    }
+
+    std::unique_ptr<sim::CZQSimSerialServer> cameras;
+};
+
+TEST_F(RS232Scan, FindsACameraAndChecksItAgainUntilItIsUnplugged) {
+    Connect(2);
+    Configure("nonsense; 2;;77;0");
+    const std::vector<ZQDEVICEINFO> found = Scan();
+    ASSERT_EQ(found.size(), 1U);
+    ZQDEVICEINFO device = found.front();
+    EXPECT_STREQ(device.Name, "Camera1");
+    EXPECT_STREQ(device.DeviceTypeByName, kType);
+    EXPECT_EQ(device.DeviceID, IdOf(2));
+    EXPECT_STREQ(device.DeviceDesc, "Valdremonix SerCam 1M serial camera");
+    EXPECT_STREQ(device.UsedScanner, ZQDEV_SCANNER_NAME_ZQ_RS232);
+    EXPECT_STREQ(device.UsedAddress, "2");
+    EXPECT_STREQ(device.CCM, ZQDEV_CCM_ZQ_RS232);
+    EXPECT_STREQ(device.CCMAddress, "2");
+    EXPECT_STREQ(device.IAM, ZQDEV_IAM_ZQ_FG_IMAQ);
+    EXPECT_STREQ(device.IAMAddress, "img0");
+    EXPECT_STREQ(device.FirmwareVersion, "3.0.1");
+
+    // Moved to another port.
+    Configure("5;2");
+    ComPortFolder::Link(5, cameras->GetPort(1));
+    std::strcpy(device.IAMAddress, "img7");
+    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_RescanDevice, &device), ZQ_OK);
+    EXPECT_STREQ(device.UsedAddress, "5");
+    EXPECT_STREQ(device.CCMAddress, "5");
+    EXPECT_STREQ(device.IAMAddress, "img7");
+
+    cameras->Unplug(1);
+    EXPECT_EQ(ZQ_CALL(kit, ZQDEV_RescanDevice, &device), ZQ_ERR_DEVICE_NOT_FOUND);
+    EXPECT_EQ(ScanForAddresses(), "");
+}
+
+TEST_F(RS232Scan, NoPortsNoDevices) {
+    Configure("");
+    EXPECT_EQ(ScanForAddresses(), "");
+    // A port listed twice is asked twice; the list has the camera once.
+    Connect(1);
+    Configure("1;1");
+    EXPECT_EQ(ScanForAddresses(), "1=" + IdOf(1) + ";");
+    EXPECT_EQ(cameras->GetNofCommands(0), 10U);
+}
+
+// Line settings are needed, wrong ones are told.
+TEST_F(RS232Scan, SettingsThatCanNotBeReadFailTheScan) {
+    KitScan::Configure("SCANNER_ZQ_RS232", "[DeviceScanner.SCANNER_ZQ_RS232]\r\nScanCOMPorts=1\r\n");
+    EXPECT_EQ(ZQ_CALL(kit, ZQDEV_ScanForDevices), ZQ_ERR_COM_CONFIG_LOAD);
+}
+
+// Bad cameras on all ports but the last: whatever they do, that one is found. A camera whose answer names the
+// maker is asked on and left out when it then fails.
+TEST_F(RS232Scan, BadCamerasDoNotHideTheGoodOne) {
+    Connect(7);
+    sim::CZQSimPortFaults faults;
+    faults.silent = true;
+    SetFaults(0, faults);
+    faults = {};
+    faults.byteDelay = 60ms;  // in time for the probe, too slow for a whole answer
+    SetFaults(1, faults);
+    faults = {};
+    faults.form = EAnswerForm::kNoLineFeed;
+    faults.longAnswerBytes = 200;
+    SetFaults(2, faults);
+    faults = {};
+    faults.form = EAnswerForm::kWrongAddress;  // another maker's
+    SetFaults(3, faults);
+    faults = {};
+    faults.form = EAnswerForm::kControlCharacters;
+    SetFaults(4, faults);
+    CZQComRS232 holder;
+    CZQComRS232Config held;
+    held.SetPortNumber(6);
+    holder.Open(held);
+
+    Configure("1;2;3;4;5;6;7");
+    EXPECT_EQ(ScanForAddresses(), "7=" + IdOf(7) + ";");
+    EXPECT_EQ(cameras->GetNofCommands(0), 1U);
+    EXPECT_EQ(cameras->GetNofCommands(2), 2U);  // cut at 64 characters and accepted, then given up
+    EXPECT_EQ(cameras->GetNofCommands(3), 1U);
+    EXPECT_EQ(cameras->GetNofCommands(5), 0U);
+
+    holder.Close();
+    Configure("6");
+    EXPECT_EQ(ScanForAddresses(), "6=" + IdOf(6) + ";");
+}
+
+class ImaqScan : public ::testing::Test, public KitScan {
+protected:
+    ImaqScan() { KitScan::Configure("SCANNER_ZQ_IMAQ_RS232", "[DeviceScanner.SCANNER_ZQ_IMAQ_RS232]\r\n"); }
+
+    StandIns standIns;
+};
+
+TEST_F(ImaqScan, FindsCamerasOnFrameGrabbers) {
+    const StandInPath path;
+    const auto play = [this](const std::string& general, const char* second) {
+        standIns.Play("[imaq]\nTraceFile=" + standIns.TraceFile() + "\n" + general +
+                      "[imaq.0]\nModel=none\n"
+                      "[imaq.1]\nModel=ZQSerCam-1M\nName=" +
+                      second +
+                      "\nSerial=7\n"
+                      "[imaq.2]\nModel=ZQSerCam-1M\nOtherMaker=1\n"
+                      "[imaq.3]\nModel=ZQSerCam-1M\nNoLineFeed=1\n"
+                      "[imaq.4]\nModel=ZQSerCam-1M\nSerial=8\n");
+    };
+    play("", "img1");
+    const std::vector<ZQDEVICEINFO> found = Scan();
+    ASSERT_EQ(found.size(), 2U);
+    EXPECT_STREQ(found[1].UsedAddress, "img4");
+    ZQDEVICEINFO device = found[0];
+    EXPECT_STREQ(device.UsedScanner, ZQDEV_SCANNER_NAME_ZQ_IMAQ_RS232);
+    EXPECT_STREQ(device.UsedAddress, "img1");
+    EXPECT_STREQ(device.CCM, ZQDEV_CCM_ZQ_IMAQ_RS232);
+    EXPECT_STREQ(device.CCMAddress, "img1");
+    EXPECT_STREQ(device.IAM, ZQDEV_IAM_ZQ_FG_IMAQ);
+    EXPECT_STREQ(device.IAMAddress, "img1");
+    EXPECT_STREQ(device.FirmwareVersion, "3.0.1");
+
+    play("", "img1::1");
+    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_RescanDevice, &device), ZQ_OK);
+    EXPECT_STREQ(device.UsedAddress, "img1::1");
+
+    // Each failing step is one line without a camera, and what was opened is closed again, in reverse order.
+    for (const char* const call :
+         {"imgSessionOpen", "imgSessionSerialFlush", "imgSessionSerialWrite", "imgSessionSerialReadBytes"}) {
+        play(std::string("FailingCall=") + call + "\nFailingStatus=-1074397125\n", "img1");
+        const std::size_t before = standIns.Traced().size();
+        EXPECT_EQ(ScanForAddresses(), "") << call;
+        const std::string trace = standIns.Traced().substr(before);
+        const bool hasSession = std::strcmp(call, "imgSessionOpen") != 0;
+        EXPECT_EQ(trace.find("imgClose session") != std::string::npos, hasSession) << call;
+        EXPECT_TRUE(trace.ends_with("imgClose interface\n")) << call;
+        EXPECT_LT(hasSession ? trace.rfind("imgClose session") : 0, trace.rfind("imgClose interface"))
+            << call;
+    }
+}
+
+TEST_F(ImaqScan, WithoutTheLibraryNobodyElseNotices) {
+    EXPECT_EQ(ScanForAddresses(), "");
+    ZQDEVICEINFO device{};
+    std::strcpy(device.UsedScanner, ZQDEV_SCANNER_NAME_ZQ_IMAQ_RS232);
+    EXPECT_EQ(ZQ_CALL(kit, ZQDEV_RescanDevice, &device), ZQ_ERR_LIBRARY_NOT_LOADED);
+}
+
+}  // namespace
+}  // namespace ZQAPI::test
