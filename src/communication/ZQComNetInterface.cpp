@@ -30,6 +30,12 @@ CZQString CZQComNetInterface::GetAddressText() const {
     return GetAddress(m_record.address);
 }
 
+CZQString CZQComNetInterface::GetDirectedBroadcastText() const {
+    platform::Ipv4SocketAddress broadcast = m_record.address;
+    broadcast.addressBe |= ~m_record.netMask.addressBe;
+    return GetAddress(broadcast);
+}
+
 CZQString CZQComNetInterface::GetAddress(const platform::Ipv4SocketAddress& address) {
     return CZQComIPAddr::GetAddressString(address);
 }

@@ -29,6 +29,9 @@ public:
     const platform::Ipv4SocketAddress& GetSocketAddress() const noexcept { return m_record.address; }
     // Dotted decimal. ZQ_ERR_ADDRESS_TO_TEXT.
     CZQString GetAddressText() const;
+    CZQString GetMaskText() const { return GetAddress(m_record.netMask); }
+    // Of the interface's network, computed: what the system reports may be 255.255.255.255.
+    CZQString GetDirectedBroadcastText() const;
     static CZQString GetAddress(const platform::Ipv4SocketAddress& address);
 
     // "IPAddr: %s BroadcastAddr: %s NetMask: %s IsUp: %d IsLoopback: %d SupportsBroadcast: %d"

@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "ZQSimUdpServer.h"
+#include "communication/ZQComICMPPing.h"
 #include "support/KitScan.h"
 
 namespace ZQAPI::test {
@@ -169,6 +170,35 @@ TEST_F(UdpScan, OtherCallsProceedMeanwhile) {
         answered += static_cast<int>(count);
     }
     EXPECT_GT(answered, 10);
+}
+
+// In a foreign class, so that the mask changes with it.
+TEST_F(UdpScan, ACameraTakesANewAddressAndAnswersThere) {
+    sim::CZQSimUdpSettings settings;
+    settings.interfaceName = "lo";
+    const sim::CZQSimUdpServer server(sim::MakeCameras(2, 0x0A01000B, kMask), settings);  // 10.1.0.11
+    ZQDEVICEINFO device = Scan().at(0);
+    const auto commands = server.GetCounts(0).commands;
+    for (const char* const bad : {"127.0.0.1", "0.1.2.3", "224.0.0.1", "10.1.2", "10.1.2.3.4",
+                                  "10.1.2.3\nSYST:NET:ENABLE", "10.1.2.3 ", "192.168.1.255", "192.168.1.0",
+                                  "10.0.0.0", "172.16.255.255", "300.1.1.1", "010.1.2.3", ""}) {
+        EXPECT_EQ(ZQ_CALL(kit, ZQDEV_ChangeDeviceNetAddr, device, bad), ZQ_ERR_BAD_NEW_ADDRESS) << bad;
+    }
+    EXPECT_EQ(ZQ_CALL(kit, ZQDEV_ChangeDeviceNetAddr, device, nullptr), ZQ_ERR_NULL_INPUT);
+    EXPECT_EQ(server.GetCounts(0).commands, commands);
+
+    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_ChangeDeviceNetAddr, device, "172.16.0.5"), ZQ_OK);
+    EXPECT_EQ(server.GetCamera(0).GetAddress(), 0xAC100005U);
+    EXPECT_EQ(server.GetCamera(0).GetMask(), 0xFFFF0000U);
+    EXPECT_GE(CZQComICMPPing().Ping("172.16.0.5", 1000), 0);
+    EXPECT_STREQ(device.UsedAddress, "10.1.0.11");  // the caller's record is not touched
+    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_RescanDevice, &device), ZQ_OK);
+    EXPECT_STREQ(device.UsedAddress, "172.16.0.5");
+    EXPECT_STREQ(device.CCMAddress, "172.16.0.5");
+
+    // A camera that does not answer its first command keeps its address.
+    std::strcpy(device.CCMAddress, "10.1.0.99");
+    EXPECT_EQ(ZQ_CALL(kit, ZQDEV_ChangeDeviceNetAddr, device, "10.1.0.5"), ZQ_ERR_COM_TIMEOUT);
 }
 
 }  // namespace

@@ -63,6 +63,17 @@ constexpr Row kRows[] = {
      "\"{zqdev modify ID --scanner NAME}\""},
     {Subject::kRescan, 0, nullptr, "check the settings in {file} and the network; -v shows what was tried"},
 
+    {Subject::kAddress, ZQ_ERR_BAD_NEW_ADDRESS, nullptr,
+     "give a whole address such as 192.168.1.20, below 224.0.0.0, not of 127.x.x.x, and neither the first "
+     "nor "
+     "the last of its network"},
+    {Subject::kAddress, ZQ_ERR_COM_TIMEOUT, nullptr,
+     "the camera does not answer: check that it is on and that \"{zqdev scan}\" finds it"},
+    {Subject::kAddress, ZQ_ERR_LIBRARY_NOT_LOADED, nullptr,
+     "what carries the change to this kind of camera is missing from the kit; -v shows its name"},
+    {Subject::kAddress, 0, nullptr,
+     "-v shows what was tried; \"{zqdev scan}\" shows where the camera is now"},
+
     {Subject::kRecord, ZQ_ERR_BAD_VALUE, nullptr,
      "a text holds a control character, or the name is one that the file can't hold (';', ']', blanks at an "
      "end)"},

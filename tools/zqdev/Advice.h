@@ -14,6 +14,7 @@ enum class Subject {
     kScan,        // a scan with the scanners in ZQAPI.ini
     kOneScanner,  // a scan with a given one
     kRescan,      // asking for one device
+    kAddress,     // changing a camera's network address
     kRecord,      // adding or changing a device
     kModules,     // a device type's camera configuration file
     kFile,        // checking or sealing any file

@@ -7,17 +7,19 @@
 
 namespace ZQAPI::zqdev {
 
-void AddListCommands(CLI::App& app, Session& session);    // list, show
-void AddScanCommands(CLI::App& app, Session& session);    // scan, rescan
-void AddEditCommands(CLI::App& app, Session& session);    // add, modify, remove
-void AddModuleCommands(CLI::App& app, Session& session);  // modules
-void AddConfigCommands(CLI::App& app, Session& session);  // config init|show|check|seal
-void AddVersionCommand(CLI::App& app, Session& session);  // version
+void AddListCommands(CLI::App& app, Session& session);     // list, show
+void AddScanCommands(CLI::App& app, Session& session);     // scan, rescan
+void AddEditCommands(CLI::App& app, Session& session);     // add, modify, remove
+void AddAddressCommands(CLI::App& app, Session& session);  // set-ip
+void AddMachineCommands(CLI::App& app, Session& session);  // interfaces, ports
+void AddModuleCommands(CLI::App& app, Session& session);   // modules
+void AddConfigCommands(CLI::App& app, Session& session);   // config init|show|check|seal
+void AddVersionCommand(CLI::App& app, Session& session);   // version
 
 // In the order in which the help lists them.
 inline constexpr void (*kCommandGroups[])(CLI::App&, Session&) = {
-    AddListCommands,   AddScanCommands,   AddEditCommands,
-    AddModuleCommands, AddConfigCommands, AddVersionCommand,
+    AddListCommands,    AddScanCommands,   AddEditCommands,   AddAddressCommands,
+    AddMachineCommands, AddModuleCommands, AddConfigCommands, AddVersionCommand,
 };
 
 // Adds a command whose options are kept in an object of type Options. `declare` is given the command and the

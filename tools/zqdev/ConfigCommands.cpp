@@ -79,6 +79,9 @@ struct ScannerSettings {
 const std::vector<ScannerSettings>& KnownSettings() {
     static const std::vector<ScannerSettings> settings = {
         {ZQDEV_SCANNER_NAME_ZQ_UDP, {"IPPort", "NofScanCycles", "ScanTimeMs", "BindToNetworkCard"}},
+        {ZQDEV_SCANNER_NAME_ZQ_RS232,
+         {"ScanCOMPorts", "COMPort", "Baudrate", "Databits", "StopBits", "Parity", "Handshake"}},
+        {ZQDEV_SCANNER_NAME_ZQ_IMAQ_RS232, {"CameraFile", "CommandTimeoutMs"}},
     };
     return settings;
 }

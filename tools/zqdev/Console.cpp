@@ -1,5 +1,7 @@
 #include "Console.h"
 
+#include <iostream>
+
 #include "Failure.h"
 #include "Text.h"
 #include "platform/Terminal.h"
@@ -26,6 +28,20 @@ void Console::FlushResults() {
 
 void Console::PrintError(std::string_view text) {
     PrintLine("zqdev: " + Printable(text) + "\n");
+}
+
+void Console::PrintNote(std::string_view text) {
+    PrintLine(Printable(text) + "\n");
+}
+
+bool Console::Confirm(const std::string& question) {
+    if (!platform::IsTerminal(stdin)) {
+        throw Failure("nobody is there to ask; give --yes to go on without", ExitStatus::kWrongUsage);
+    }
+    PrintLine(question + " [y/N] ");
+    std::string answer;
+    std::getline(std::cin, answer);
+    return answer == "y" || answer == "Y" || answer == "yes";
 }
 
 void Console::PrintDebug(std::string_view line) {

@@ -22,6 +22,10 @@ public:
 
     // "zqdev: " and the text in one line, whatever is in it.
     void PrintError(std::string_view text);
+    // A line for people that is no result.
+    void PrintNote(std::string_view text);
+    // Asks on the terminal and waits for the answer. Throws Failure when standard input is none.
+    bool Confirm(const std::string& question);
     // One line of the library's debug output.
     void PrintDebug(std::string_view line);
 

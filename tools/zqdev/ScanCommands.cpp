@@ -1,8 +1,5 @@
-#include <chrono>
-#include <cstdio>
-#include <future>
-
 #include "Commands.h"
+#include "Progress.h"
 #include "Text.h"
 
 namespace ZQAPI::zqdev {
@@ -20,28 +17,6 @@ struct RescanOptions {
     bool save = false;
 };
 
-std::string Seconds(std::chrono::milliseconds time) {
-    char text[32];
-    std::snprintf(text, sizeof text, "%.1f s", static_cast<double>(time.count()) / 1000);
-    return text;
-}
-
-// The call runs on a thread of its own, while this one shows how long it has taken. Returns that time.
-template <class Call>
-std::chrono::milliseconds WithProgress(Session& session, const std::string& what, Call call) {
-    const auto start = std::chrono::steady_clock::now();
-    const auto elapsed = [&] {
-        return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() -
-                                                                     start);
-    };
-    const std::future<void> done = std::async(std::launch::async, call);
-    while (done.wait_for(std::chrono::milliseconds(100)) != std::future_status::ready) {
-        session.GetConsole().ShowProgress(what + ", " + Seconds(elapsed()));
-    }
-    session.GetConsole().ShowProgress("");
-    return elapsed();
-}
-
 std::string ScannerList() {
     std::string list = "Scanners, by number and name (\"SCANNER_\" may be left out):\n";
     for (int number = 0; number < ZQDEV_NOF_SCANNERS; ++number) {
@@ -55,7 +30,7 @@ ExitStatus Scan(Session& session, const ScanOptions& options) {
     const auto scanner = options.scanner.empty() ? std::nullopt : ParseScanner(options.scanner);
     device::Library& library = session.GetLibrary();
     std::error_code error;
-    const auto time = WithProgress(session, "Scanning", [&] {
+    const auto time = WithProgress(session.GetConsole(), "Scanning", [&] {
         if (scanner) {
             library.Scan(*scanner, error);
         } else {
@@ -87,7 +62,7 @@ ExitStatus Scan(Session& session, const ScanOptions& options) {
 ExitStatus Rescan(Session& session, const RescanOptions& options) {
     ZQDEVICEINFO device = session.GetDevice(options.id);
     std::error_code error;
-    WithProgress(session, "Asking for " + Printable(options.id),
+    WithProgress(session.GetConsole(), "Asking for " + Printable(options.id),
                  [&] { session.GetLibrary().Rescan(device, error); });
     session.Check(error, "can't re-check device '" + options.id + "'", Subject::kRescan, {},
                   error == ZQ_ERR_DEVICE_NOT_FOUND ? ExitStatus::kNothingFound : ExitStatus::kFailed);
