@@ -17,7 +17,8 @@ install(TARGETS ZQDeviceAPI EXPORT ZQDeviceAPITargets
 install(TARGETS ZQAPI_headers EXPORT ZQDeviceAPITargets)
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/include/ZQAPI" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
 install(TARGETS zqdev zqcamsim RUNTIME DESTINATION "${kit}")
-install(TARGETS ZQCCMUdpAPI LIBRARY DESTINATION "${kit}/CCMs" RUNTIME DESTINATION "${kit}/CCMs")
+get_target_property(modules zq_kit_modules MANUALLY_ADDED_DEPENDENCIES)
+install(TARGETS ${modules} LIBRARY DESTINATION "${kit}/CCMs" RUNTIME DESTINATION "${kit}/CCMs")
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/kit/CameraConfig" DESTINATION "${kit}")
 
 if(NOT WIN32)

@@ -87,7 +87,7 @@ const SModelRow& CZQModelTable::Get(const CZQString& model) const {
     if (row == nullptr) {
         const CZQException unknown(ZQ_HERE(m_method), ZQ_ERR_UNKNOWN_MODEL, "%s=%s", m_label, model.c_str());
         LogException(kLogLevel, unknown);
-        throw unknown;
+        throw CZQException(unknown);
     }
     return *row;
 }

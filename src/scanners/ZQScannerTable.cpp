@@ -5,6 +5,9 @@
 
 #include "foundation/ZQException.h"
 #include "scanners/ZQScanAdimecCL.h"
+#include "scanners/ZQScanIFIDSUEye.h"
+#include "scanners/ZQScanIFMatrixVision.h"
+#include "scanners/ZQScanIFPGRFly.h"
 #include "scanners/ZQScanIFZqImaqRS232.h"
 #include "scanners/ZQScanIFZqRS232.h"
 #include "scanners/ZQScanIFZqUDP.h"
@@ -46,13 +49,13 @@ constexpr Row kRows[] = {
     {ZQDEV_SCANNER_SISO_USB2, ZQDEV_SCANNER_NAME_SISO_USB2, 6, Network::kNo, kNotBuiltIn},
     {ZQDEV_SCANNER_PLEORA_IPORT, ZQDEV_SCANNER_NAME_PLEORA_IPORT, 7, Network::kLocked, kNotBuiltIn},
     {ZQDEV_SCANNER_BO_FX, ZQDEV_SCANNER_NAME_BO_FX, 2, Network::kNo, kNotBuiltIn},
-    {ZQDEV_SCANNER_PGR_FLY, ZQDEV_SCANNER_NAME_PGR_FLY, 3, Network::kNo, kNotBuiltIn},
+    {ZQDEV_SCANNER_PGR_FLY, ZQDEV_SCANNER_NAME_PGR_FLY, 3, Network::kNo, Make<CZQScanIFPGRFly>},
     {ZQDEV_SCANNER_TAVI, ZQDEV_SCANNER_NAME_TAVI, 4, Network::kNo, kNotBuiltIn},
-    {ZQDEV_SCANNER_IDS_UEYE, ZQDEV_SCANNER_NAME_IDS_UEYE, 5, Network::kNo, kNotBuiltIn},
+    {ZQDEV_SCANNER_IDS_UEYE, ZQDEV_SCANNER_NAME_IDS_UEYE, 5, Network::kNo, Make<CZQScanIFIDSUEye>},
     {ZQDEV_SCANNER_ZQ_GIGE, ZQDEV_SCANNER_NAME_ZQ_GIGE, 8, Network::kNo, kNotBuiltIn},
     {ZQDEV_SCANNER_ZQ_IC, ZQDEV_SCANNER_NAME_ZQ_IC, 12, Network::kNo, kNotBuiltIn},
     {ZQDEV_SCANNER_ADIMEC_CL, ZQDEV_SCANNER_NAME_ADIMEC_CL, 1, Network::kNo, Make<CZQScanAdimecCL>},
-    {ZQDEV_SCANNER_MV, ZQDEV_SCANNER_NAME_MV, 0, Network::kNo, kNotBuiltIn},
+    {ZQDEV_SCANNER_MV, ZQDEV_SCANNER_NAME_MV, 0, Network::kNo, Make<CZQScanIFMatrixVision>},
 };
 static_assert(std::size(kRows) == ZQDEV_NOF_SCANNERS);
 

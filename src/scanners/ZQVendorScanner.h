@@ -96,6 +96,10 @@ private:
     CZQDeviceInfo MakeRecord(std::uint32_t index, const Info& camera) const {
         const SVendorIdentity identity = Identify(camera);
         const SVendorProduct product = ProductOf(camera);
+        if (identity.address.IsEmpty()) {
+            throw CZQException(ZQ_HERE(m_names.scanMethod), ZQ_ERR_VENDOR_LIBRARY,
+                               "DeviceID=%s; the camera has no address", identity.deviceId.c_str());
+        }
         CZQDeviceInfo device;
         device.SetName(CZQString::Formatted("_%s.%u", m_names.scanner, index));
         device.SetDeviceID(identity.deviceId);

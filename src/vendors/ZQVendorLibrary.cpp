@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <optional>
 
+#include "foundation/ZQSystem.h"
+
 namespace ZQAPI {
 
 void CZQVendorLibrary::OpenFirst(const CZQString& folder, std::initializer_list<const char*> fileNames,
@@ -21,7 +23,7 @@ void CZQVendorLibrary::OpenFirst(const CZQString& folder, std::initializer_list<
             }
         }
     }
-    throw *first;
+    throw CZQException(*first);
 }
 
 void CZQVendorLibrary::Check(const SourceLocation& here, const char* function, std::int32_t status) {
@@ -29,6 +31,21 @@ void CZQVendorLibrary::Check(const SourceLocation& here, const char* function, s
         throw CZQException(here, ZQ_ERR_VENDOR_LIBRARY, "Function=%s; Status=%ld", function,
                            static_cast<long>(status));
     }
+}
+
+void CZQVendorLibrary::CheckRelease(const char* function, std::int32_t status) noexcept {
+    if (status != 0) {
+        DebugOutput("ZQSDK: !! Function=%s; Status=%ld", function, static_cast<long>(status));
+    }
+}
+
+std::uint32_t CZQVendorLibrary::CheckCount(const SourceLocation& here, const char* function,
+                                           std::uint32_t count) {
+    if (count > kMaxCameras) {
+        throw CZQException(here, ZQ_ERR_VENDOR_LIBRARY, "Function=%s; NofCameras=%lu", function,
+                           static_cast<unsigned long>(count));
+    }
+    return count;
 }
 
 CZQString CZQVendorLibrary::FieldText(const SourceLocation& here, std::span<const char> field) {

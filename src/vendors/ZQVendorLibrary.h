@@ -21,6 +21,13 @@ protected:
     // For functions whose status 0 is success: any other is ZQ_ERR_VENDOR_LIBRARY, "Function=%s; Status=%ld".
     static void Check(const SourceLocation& here, const char* function, std::int32_t status);
 
+    // The same for destructors: a failure goes to the debug output.
+    static void CheckRelease(const char* function, std::int32_t status) noexcept;
+
+    // For counts: one above kMaxCameras is ZQ_ERR_VENDOR_LIBRARY, "Function=%s; NofCameras=%lu".
+    static constexpr std::uint32_t kMaxCameras = 1024;
+    static std::uint32_t CheckCount(const SourceLocation& here, const char* function, std::uint32_t count);
+
     // A text in a field of fixed size, with or without a NUL. A control character: ZQ_ERR_BAD_VALUE.
     static CZQString FieldText(const SourceLocation& here, std::span<const char> field);
 };

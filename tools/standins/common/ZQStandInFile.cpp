@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstring>
 #include <fstream>
 #include <mutex>
 #include <thread>
@@ -46,6 +45,15 @@ std::uint32_t CZQStandInFile::NofClaimedCameras() {
     return static_cast<std::uint32_t>(Number(m_library, "NofCameras", played));
 }
 
+bool CZQStandInFile::IsThere(std::uint32_t index) {
+    return index < NofPlayedCameras() && Number(Camera(index), "Vanishes", 0) == 0;
+}
+
+void CZQStandInFile::CopyCameraText(std::uint32_t index, const char* key, char* field, std::size_t size) {
+    const std::string section = Camera(index);
+    CopyText(field, size, Text(section, key), Number(section, "FillBuffers", 0) != 0);
+}
+
 std::string CZQStandInFile::Text(const std::string& section, const char* key,
                                  const std::string& defaultValue) {
     if (!HasKey(section, key)) {
@@ -86,7 +94,7 @@ void CopyText(char* field, std::size_t size, const std::string& text, bool fill)
     }
     if (!fill) {
         const std::size_t length = std::min(text.size(), size);
-        std::memcpy(field, text.data(), length);
+        std::copy_n(text.begin(), length, field);
         std::fill(field + length, field + size, '\0');
     }
 }

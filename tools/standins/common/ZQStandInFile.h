@@ -19,8 +19,10 @@ namespace ZQAPI::standin {
 //     BlockMs=60000                        so many milliseconds
 //     NofCameras=5                       the count that the library claims, when it lies
 //     TraceFile=/tmp/calls               each call's name is appended here, one line each
-//     [ueye.0]                           its cameras, counted from 0 without a gap; the keys are the
-//     library's Model=VX-UE13M
+//     [ueye.0]                           its cameras, counted from 0 without a gap
+//     Model=VX-UE13M                       each has a model, the other keys are the library's
+//     Vanishes=1                           counted, but not there when it is read
+//     FillBuffers=1                        its texts fill their fields, without a NUL
 class CZQStandInFile {
 public:
     // Without the variable, or without the file: a library without cameras and faults.
@@ -38,6 +40,11 @@ public:
     // The section of one camera, "ueye.0".
     std::string Camera(std::uint32_t index) const { return m_library + "." + std::to_string(index); }
 
+    // Whether the camera is there when it is read.
+    bool IsThere(std::uint32_t index);
+    // A text of the camera into a field, as the camera is to give it.
+    void CopyCameraText(std::uint32_t index, const char* key, char* field, std::size_t size);
+
     std::string Text(const std::string& section, const char* key, const std::string& defaultValue = {});
     std::int32_t Number(const std::string& section, const char* key, std::int32_t defaultValue);
     bool HasKey(const std::string& section, const char* key);
@@ -51,6 +58,13 @@ private:
     const std::string m_library;
     CZQIniFile m_ini;
 };
+
+// One call of a function whose status 0 is success: `body`, given the file, does it and returns the status.
+template <class Body>
+std::int32_t PlayCall(const char* library, const char* function, Body&& body) {
+    CZQStandInFile play(library);
+    return play.Enter(function) ? body(play) : play.FailingStatus();
+}
 
 // Copies a text into a field as vendors' libraries do: cut to the field, with a NUL when there is room for
 // one. `fill` repeats the text until the field is full, without a NUL.

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "scanners/ZQVendorScanner.h"
+#include "vendors/ZQMvDeviceManager.h"
+
+namespace ZQAPI {
+
+// Finds the MATRIX VISION cameras.
+class CZQScanIFMatrixVision : public CZQVendorScanner<SMvCamera> {
+public:
+    // Has no settings.
+    CZQScanIFMatrixVision(const CZQString& apiIniPath, const CZQString& section);
+    explicit CZQScanIFMatrixVision(MakeSource makeSource);
+
+protected:
+    SVendorIdentity Identify(const SMvCamera& camera) const override;
+    SVendorProduct ProductOf(const SMvCamera& camera) const override;
+};
+
+}  // namespace ZQAPI

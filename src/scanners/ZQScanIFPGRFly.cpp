@@ -1,0 +1,31 @@
+#include "scanners/ZQScanIFPGRFly.h"
+
+#include "devices/ZQSdkPaths.h"
+#include "scanners/ZQModelTable.h"
+
+namespace ZQAPI {
+
+namespace {
+
+constexpr SVendorScannerNames kNames = {ZQDEV_SCANNER_NAME_PGR_FLY, ZQDEV_CCM_PGR_FLY, ZQDEV_IAM_PGR_FLY,
+                                        "CZQScanIFPGRFly::Scan", "CZQScanIFPGRFly::Update"};
+
+}  // namespace
+
+CZQScanIFPGRFly::CZQScanIFPGRFly(const CZQString& /*apiIniPath*/, const CZQString& /*section*/)
+    : CZQScanIFPGRFly([] { return std::make_unique<CZQFlyCapture2>(GetBinPath()); }) {}
+
+CZQScanIFPGRFly::CZQScanIFPGRFly(MakeSource makeSource) : CZQVendorScanner(kNames, std::move(makeSource)) {}
+
+SVendorIdentity CZQScanIFPGRFly::Identify(const SFlyCapture2Camera& camera) const {
+    const CZQString serialNumber =
+        CZQString::Formatted("%lu", static_cast<unsigned long>(camera.serialNumber));
+    return {camera.model + ":" + serialNumber, serialNumber};
+}
+
+SVendorProduct CZQScanIFPGRFly::ProductOf(const SFlyCapture2Camera& camera) const {
+    const SModelRow& row = kFlyCapture2Models.Get(camera.model);
+    return {row.deviceType, row.description};
+}
+
+}  // namespace ZQAPI

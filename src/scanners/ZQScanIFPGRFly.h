@@ -1,0 +1,20 @@
+#pragma once
+
+#include "scanners/ZQVendorScanner.h"
+#include "vendors/ZQFlyCapture2.h"
+
+namespace ZQAPI {
+
+// Finds the cameras behind the FlyCapture2 library.
+class CZQScanIFPGRFly : public CZQVendorScanner<SFlyCapture2Camera> {
+public:
+    // Has no settings.
+    CZQScanIFPGRFly(const CZQString& apiIniPath, const CZQString& section);
+    explicit CZQScanIFPGRFly(MakeSource makeSource);
+
+protected:
+    SVendorIdentity Identify(const SFlyCapture2Camera& camera) const override;
+    SVendorProduct ProductOf(const SFlyCapture2Camera& camera) const override;
+};
+
+}  // namespace ZQAPI
