@@ -10,6 +10,7 @@
 #include "foundation/ZQException.h"
 #include "scanners/ZQNetAddressChange.h"
 #include "scanners/ZQScannerTable.h"
+#include "vendors/ZQGigE.h"
 
 namespace ZQAPI {
 
@@ -80,6 +81,9 @@ int CZQDeviceAPI::InitCameraLibrary() noexcept {
 int CZQDeviceAPI::DeInitCameraLibrary() noexcept {
     return RunReported(ZQ_HERE("CZQDeviceAPI::DeInitCameraLibrary"), [&] {
         const CZQThreadSync lock(m_lock, CZQThreadSync::kInfinite);
+        if (m_initCount.load() == 1) {
+            CZQGigE::ReleaseShared();
+        }
         m_initCount = std::max(m_initCount.load() - 1, 0);
     });
 }

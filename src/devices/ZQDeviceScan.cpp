@@ -1,5 +1,6 @@
 #include "devices/ZQDeviceScan.h"
 
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <string_view>
@@ -47,6 +48,7 @@ struct ScannerRun {
     std::unique_ptr<CZQScanIFBase> scanner;
     std::shared_ptr<CZQCriticalSection> lock;  // the scan's network lock, or one of its own
     CZQScanResultList found;
+    std::atomic<bool> isRunning{true};
 };
 
 void RunScanner(ScannerRun& run) {
@@ -56,14 +58,26 @@ void RunScanner(ScannerRun& run) {
     DebugOutput("Scanner thread %s FINISHED", run.name.c_str());
 }
 
+// One line for whoever follows the scan: what came of a scanner. zqdev shows it.
+void TellOutcome(const ScannerRun& run, const char* failure) {
+    DebugOutput("ZQSDK: %sScanner %s: %u found%s%s", *failure != '\0' ? "!! " : "", run.name.c_str(),
+                run.found.TakeSnapshot().GetCount(), *failure != '\0' ? ", " : "", failure);
+}
+
 void ScannerThread(ScannerRun& run) noexcept {
     try {
         RunScanner(run);
+        TellOutcome(run, "");
     } catch (const CZQException& exception) {
         DebugOutput("%s", exception.ToString().c_str());
+        TellOutcome(run, CZQString::Formatted("error %d %s", exception.GetErrorNumber(),
+                                              exception.GetExtraText().c_str())
+                             .c_str());
     } catch (...) {
         DebugOutput("ZQSDK: Critical error in ScannerThread");
+        TellOutcome(run, "critical error");
     }
+    run.isRunning = false;
     run.scanner.reset();
 }
 
@@ -117,6 +131,11 @@ CZQDeviceList CZQDeviceScan::Run(const CZQStringArray& names) const {
         CZQException timeout(here, ZQ_ERR_WAIT_FAILED, "TIMEOUT during scan for devices");
         timeout.AddCatchLocation(here);
         LogException(kLogLevel, timeout);
+        for (const auto& run : runs) {
+            if (run->isRunning) {
+                TellOutcome(*run, "not finished in time");
+            }
+        }
     }
 
     std::vector<CZQDeviceList> results;

@@ -11,6 +11,10 @@
 #include "devices/ZQSdkPaths.h"
 #include "foundation/ZQException.h"
 #include "foundation/ZQStopWatch.h"
+#include "scanners/ZQGigEAddressChange.h"
+#include "scanners/ZQScannerErrors.h"
+#include "vendors/ZQGigE.h"
+#include "vendors/ZQPleora.h"
 
 namespace ZQAPI {
 
@@ -90,6 +94,25 @@ void ChangeByTextCommands(const CZQDeviceInfo& device, const CZQString& newAddre
     WaitForCamera(newAddress);
 }
 
+// The library chooses the mask. A camera that can't tell who it is is not the one looked for.
+void ChangeByPleoraLibrary(const CZQDeviceInfo& device, const CZQString& newAddress) {
+    const SourceLocation here = ZQ_HERE("ChangeByPleoraLibrary");
+    CZQPleora library(GetBinPath());
+    const std::uint32_t count = library.GetNofCameras();
+    bool isFound = false;
+    for (std::uint32_t i = 0; i < count && !isFound; ++i) {
+        try {
+            isFound = library.GetCamera(i).GetDeviceID() == device.GetDeviceID();
+        } catch (CZQException& exception) {
+            ReportRecovered(exception, here);
+        }
+    }
+    if (!isFound) {
+        throw DeviceGone(here, device);
+    }
+    library.SetIpAddress(device.GetDeviceID(), newAddress);
+}
+
 }  // namespace
 
 CZQString SubnetMaskOf(const CZQString& address) {
@@ -105,10 +128,13 @@ CZQString SubnetMaskOf(const CZQString& address) {
 void ChangeNetAddress(const CZQDeviceInfo& device, const CZQString& newAddress) {
     const CZQString mask = SubnetMaskOf(newAddress);
     const CZQString scanner = device.GetUsedScanner();
-    if (scanner == ZQDEV_SCANNER_NAME_PLEORA_IPORT || scanner == ZQDEV_SCANNER_NAME_ZQ_GIGE) {
-        // These cameras take their address through the vendor's library alone, and that is not built in.
-        throw CZQException(ZQ_HERE("ChangeNetAddress"), ZQ_ERR_NOT_SUPPORTED, "UsedScanner=%s",
-                           scanner.c_str());
+    if (scanner == ZQDEV_SCANNER_NAME_PLEORA_IPORT) {
+        ChangeByPleoraLibrary(device, newAddress);
+        return;
+    }
+    if (scanner == ZQDEV_SCANNER_NAME_ZQ_GIGE) {
+        ChangeGigEAddress(*CZQGigE::Shared(), device, newAddress, mask);
+        return;
     }
     ChangeByTextCommands(device, newAddress, mask);
 }

@@ -5,11 +5,17 @@
 
 #include "foundation/ZQException.h"
 #include "scanners/ZQScanAdimecCL.h"
+#include "scanners/ZQScanIFBoFX.h"
+#include "scanners/ZQScanIFICImagingSource.h"
 #include "scanners/ZQScanIFIDSUEye.h"
 #include "scanners/ZQScanIFMatrixVision.h"
 #include "scanners/ZQScanIFPGRFly.h"
+#include "scanners/ZQScanIFPleoraIport.h"
+#include "scanners/ZQScanIFTavi.h"
+#include "scanners/ZQScanIFZQGigE.h"
 #include "scanners/ZQScanIFZqImaqRS232.h"
 #include "scanners/ZQScanIFZqRS232.h"
+#include "scanners/ZQScanIFZqSiSoUsb.h"
 #include "scanners/ZQScanIFZqUDP.h"
 
 namespace ZQAPI {
@@ -26,8 +32,6 @@ std::unique_ptr<CZQScanIFBase> Make(const CZQString& apiIniPath, const CZQString
 std::unique_ptr<CZQScanIFBase> MakeNone(const CZQString& /*apiIniPath*/, const CZQString& /*section*/) {
     return nullptr;
 }
-
-constexpr Factory kNotBuiltIn = nullptr;
 
 enum class Network { kNo, kLocked };
 
@@ -46,14 +50,15 @@ constexpr Row kRows[] = {
     {ZQDEV_SCANNER_ZQ_RS232, ZQDEV_SCANNER_NAME_ZQ_RS232, 11, Network::kNo, Make<CZQScanIFZqRS232>},
     {ZQDEV_SCANNER_ZQ_IMAQ_RS232, ZQDEV_SCANNER_NAME_ZQ_IMAQ_RS232, 9, Network::kNo,
      Make<CZQScanIFZqImaqRS232>},
-    {ZQDEV_SCANNER_SISO_USB2, ZQDEV_SCANNER_NAME_SISO_USB2, 6, Network::kNo, kNotBuiltIn},
-    {ZQDEV_SCANNER_PLEORA_IPORT, ZQDEV_SCANNER_NAME_PLEORA_IPORT, 7, Network::kLocked, kNotBuiltIn},
-    {ZQDEV_SCANNER_BO_FX, ZQDEV_SCANNER_NAME_BO_FX, 2, Network::kNo, kNotBuiltIn},
+    {ZQDEV_SCANNER_SISO_USB2, ZQDEV_SCANNER_NAME_SISO_USB2, 6, Network::kNo, Make<CZQScanIFZqSiSoUsb>},
+    {ZQDEV_SCANNER_PLEORA_IPORT, ZQDEV_SCANNER_NAME_PLEORA_IPORT, 7, Network::kLocked,
+     Make<CZQScanIFPleoraIport>},
+    {ZQDEV_SCANNER_BO_FX, ZQDEV_SCANNER_NAME_BO_FX, 2, Network::kNo, Make<CZQScanIFBoFX>},
     {ZQDEV_SCANNER_PGR_FLY, ZQDEV_SCANNER_NAME_PGR_FLY, 3, Network::kNo, Make<CZQScanIFPGRFly>},
-    {ZQDEV_SCANNER_TAVI, ZQDEV_SCANNER_NAME_TAVI, 4, Network::kNo, kNotBuiltIn},
+    {ZQDEV_SCANNER_TAVI, ZQDEV_SCANNER_NAME_TAVI, 4, Network::kNo, Make<CZQScanIFTavi>},
     {ZQDEV_SCANNER_IDS_UEYE, ZQDEV_SCANNER_NAME_IDS_UEYE, 5, Network::kNo, Make<CZQScanIFIDSUEye>},
-    {ZQDEV_SCANNER_ZQ_GIGE, ZQDEV_SCANNER_NAME_ZQ_GIGE, 8, Network::kNo, kNotBuiltIn},
-    {ZQDEV_SCANNER_ZQ_IC, ZQDEV_SCANNER_NAME_ZQ_IC, 12, Network::kNo, kNotBuiltIn},
+    {ZQDEV_SCANNER_ZQ_GIGE, ZQDEV_SCANNER_NAME_ZQ_GIGE, 8, Network::kNo, Make<CZQScanIFZQGigE>},
+    {ZQDEV_SCANNER_ZQ_IC, ZQDEV_SCANNER_NAME_ZQ_IC, 12, Network::kNo, Make<CZQScanIFICImagingSource>},
     {ZQDEV_SCANNER_ADIMEC_CL, ZQDEV_SCANNER_NAME_ADIMEC_CL, 1, Network::kNo, Make<CZQScanAdimecCL>},
     {ZQDEV_SCANNER_MV, ZQDEV_SCANNER_NAME_MV, 0, Network::kNo, Make<CZQScanIFMatrixVision>},
 };
@@ -77,7 +82,7 @@ CZQString ScannerNameOfNumber(std::int32_t number) {
 
 std::unique_ptr<CZQScanIFBase> CreateScanner(const CZQString& name, const CZQString& apiIniPath) {
     const Row* const row = FindRow(name);
-    if (row == nullptr || row->make == kNotBuiltIn) {
+    if (row == nullptr) {
         throw CZQException(ZQ_HERE("CreateScanner"), ZQ_ERR_BAD_VALUE, "Unknown scanner type: '%s'",
                            name.c_str());
     }

@@ -14,8 +14,7 @@ namespace ZQAPI {
 CZQString ScannerNameOfNumber(std::int32_t number);
 
 // A new scanner with the path of ZQAPI.ini and its section there; null for "SCANNER_MANUAL". A text that is
-// no scanner's name, or that of a scanner which is not built in: ZQ_ERR_BAD_VALUE, "Unknown scanner type:
-// '%s'".
+// no scanner's name: ZQ_ERR_BAD_VALUE, "Unknown scanner type: '%s'".
 std::unique_ptr<CZQScanIFBase> CreateScanner(const CZQString& name, const CZQString& apiIniPath);
 
 // Whether the scanner uses the network's broadcast path, which is used by one at a time.

@@ -1,5 +1,7 @@
 #include "vendors/ZQVendorLibrary.h"
 
+#include <ZQAPI/vendors/ZQVendorLibrary.h>
+
 #include <algorithm>
 #include <optional>
 
@@ -41,7 +43,7 @@ void CZQVendorLibrary::CheckRelease(const char* function, std::int32_t status) n
 
 std::uint32_t CZQVendorLibrary::CheckCount(const SourceLocation& here, const char* function,
                                            std::uint32_t count) {
-    if (count > kMaxCameras) {
+    if (count > ZQVENDOR_MAX_CAMERAS) {
         throw CZQException(here, ZQ_ERR_VENDOR_LIBRARY, "Function=%s; NofCameras=%lu", function,
                            static_cast<unsigned long>(count));
     }

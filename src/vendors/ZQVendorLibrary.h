@@ -24,8 +24,7 @@ protected:
     // The same for destructors: a failure goes to the debug output.
     static void CheckRelease(const char* function, std::int32_t status) noexcept;
 
-    // For counts: one above kMaxCameras is ZQ_ERR_VENDOR_LIBRARY, "Function=%s; NofCameras=%lu".
-    static constexpr std::uint32_t kMaxCameras = 1024;
+    // For counts: one above ZQVENDOR_MAX_CAMERAS is ZQ_ERR_VENDOR_LIBRARY, "Function=%s; NofCameras=%lu".
     static std::uint32_t CheckCount(const SourceLocation& here, const char* function, std::uint32_t count);
 
     // A text in a field of fixed size, with or without a NUL. A control character: ZQ_ERR_BAD_VALUE.

@@ -114,7 +114,6 @@ TEST_F(Zqdev, FailuresAreOneLineWithTheirStatusAndLeaveTheListAlone) {
         {{"modify", "VirtualCamera:1", "--desc", tooLong}, 1, {"-100014", "--desc"}},
         {{"modify", "VirtualCamera:1", "--name", "a;b"}, 1, {"-100006"}},
         {{"remove", "VirtualCamera:1"}, 1, {"last device"}},
-        {{"scan", "--scanner", "SCANNER_MV"}, 1, {"-100006", "not one that is allowed", "built in"}},
         {{"modules", "NoSuchType"}, 1, {"-220002", "NoSuchType.ccf", "does not exist"}},
         {{"modules", "../config"}, 1, {"-100006"}},
         {{"--kit", "no-such-folder", "list"}, 1, {"-130000", "no-such-folder", "--kit"}},
@@ -125,6 +124,20 @@ TEST_F(Zqdev, FailuresAreOneLineWithTheirStatusAndLeaveTheListAlone) {
         ExpectFailure(c.arguments, c.status, c.parts);
     }
     EXPECT_EQ(ContentOf(m_kit.DevicesIni()), before);
+}
+
+// Scanners without their libraries: what each failed with is told, and the scan as a whole has found nothing.
+TEST_F(Zqdev, ScanTellsWhatCameOfEachScanner) {
+    WriteSealed(m_kit.ApiIni(),
+                "[DeviceScanner]\r\nActiveScanners=SCANNER_MV;SCANNER_TAVI;SCANNER_MANUAL\r\n");
+    const Outcome outcome = Run({"scan"});
+    EXPECT_EQ(outcome.status, 3);
+    for (const char* const scanner :
+         {"\nSCANNER_MV: 0 found, error -130000 DLLName=", "\nSCANNER_TAVI: 0 found, error -130000 DLLName=",
+          "\nzqdev: nothing was found"}) {
+        EXPECT_NE(("\n" + outcome.err).find(scanner), std::string::npos) << outcome.err;
+    }
+    EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 3) << outcome.err;
 }
 
 TEST_F(Zqdev, EditsAreSavedAtOnce) {

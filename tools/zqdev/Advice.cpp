@@ -47,19 +47,22 @@ constexpr Row kRows[] = {
     {Subject::kScan, ZQ_ERR_INI_KEY_MISSING, nullptr,
      "name at least one scanner in ActiveScanners in {file}, then \"{zqdev config seal FILE}\""},
     {Subject::kScan, ZQ_ERR_BAD_VALUE, nullptr,
-     "ActiveScanners in {file} names a scanner that this library has not built in: take it out, then "
-     "\"{zqdev config seal FILE}\""},
+     "ActiveScanners in {file} names a scanner that there is not, or a scanner's settings are wrong: mend "
+     "it, "
+     "then \"{zqdev config seal FILE}\""},
+    {Subject::kScan, ZQ_ERR_COM_CONFIG_LOAD, nullptr,
+     "a scanner's line settings are missing or wrong in {file} (\"{zqdev config show}\" lists them): mend "
+     "them, "
+     "then \"{zqdev config seal FILE}\""},
     {Subject::kScan, 0, nullptr, "check the settings in {file} and the network; -v shows what the scan did"},
 
-    {Subject::kOneScanner, ZQ_ERR_BAD_VALUE, nullptr,
-     "this library has no such scanner built in: choose another (\"{zqdev scan --help}\" lists them)"},
     {Subject::kOneScanner, 0, nullptr,
      "check the settings in {file} and the network; -v shows what the scan did"},
 
     {Subject::kRescan, ZQ_ERR_DEVICE_NOT_FOUND, nullptr,
      "switch the device on and check its connection; \"{zqdev scan}\" shows what is there"},
     {Subject::kRescan, ZQ_ERR_BAD_VALUE, nullptr,
-     "the device's scanner is none that this library has built in: give it another with "
+     "the device's scanner is none that this library knows: give it another with "
      "\"{zqdev modify ID --scanner NAME}\""},
     {Subject::kRescan, 0, nullptr, "check the settings in {file} and the network; -v shows what was tried"},
 

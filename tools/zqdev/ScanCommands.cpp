@@ -30,12 +30,15 @@ ExitStatus Scan(Session& session, const ScanOptions& options) {
     const auto scanner = options.scanner.empty() ? std::nullopt : ParseScanner(options.scanner);
     device::Library& library = session.GetLibrary();
     std::error_code error;
-    const auto time = WithProgress(session.GetConsole(), "Scanning", [&] {
-        if (scanner) {
-            library.Scan(*scanner, error);
-        } else {
-            library.Scan(error);
-        }
+    std::chrono::milliseconds time{};
+    session.ShowScannersDuring([&] {
+        time = WithProgress(session.GetConsole(), "Scanning", [&] {
+            if (scanner) {
+                library.Scan(*scanner, error);
+            } else {
+                library.Scan(error);
+            }
+        });
     });
     session.Check(error, "the scan failed", scanner ? Subject::kOneScanner : Subject::kScan);
 

@@ -5,27 +5,62 @@
 
 namespace ZQAPI::zqdev {
 
+namespace {
+
+// The scanner's outcome in a line of the library's debug output, for people; nothing in any other line.
+std::optional<std::string> ScannerOutcome(std::string_view line) {
+    for (const std::string_view start : {"ZQSDK: Scanner ", "ZQSDK: !! Scanner "}) {
+        if (line.starts_with(start)) {
+            return Printable(line.substr(start.size()));
+        }
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
 Session::~Session() {
     m_library.reset();
     m_kitLibrary.reset();
+    StopListening();
+}
+
+void Session::StartListening(platform::DebugCapture::LineCallback onLine) {
+    platform::SystemErrorCode error = 0;
+    m_capture = platform::DebugCapture::Start(std::move(onLine), error);
+    if (m_capture == nullptr) {
+        throw Failure("can't listen to the debug output (" + FormatSystemError(error).str() +
+                      "); leave -v out");
+    }
+    m_console.SetErrorStream(m_capture->StandardError());
+}
+
+void Session::StopListening() {
     m_console.SetErrorStream(stderr);
     m_capture.reset();
 }
 
 ExitStatus Session::Run() {
     if (m_options.verbose) {
-        platform::SystemErrorCode error = 0;
-        m_capture = platform::DebugCapture::Start(
-            [this](std::string_view line) { m_console.PrintDebug(line); }, error);
-        if (m_capture == nullptr) {
-            throw Failure("can't listen to the debug output (" + FormatSystemError(error).str() +
-                          "); leave -v out");
-        }
-        m_console.SetErrorStream(m_capture->StandardError());
+        StartListening([this](std::string_view line) { m_console.PrintDebug(line); });
     }
     const ExitStatus status = m_action();
     m_console.FlushResults();
     return status;
+}
+
+void Session::ShowScannersDuring(const std::function<void()>& call) {
+    if (m_options.verbose) {
+        call();  // every line is shown as it is
+        return;
+    }
+    StartListening([this](std::string_view line) {
+        if (const auto outcome = ScannerOutcome(line)) {
+            m_console.PrintNote(*outcome);
+        }
+    });
+    call();
+    StopListening();
 }
 
 const Kit& Session::GetKit() {

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "scanners/ZQVendorScanner.h"
+#include "vendors/ZQFx.h"
+
+namespace ZQAPI {
+
+// Finds the FX cameras on IEEE 1394.
+class CZQScanIFBoFX : public CZQVendorScanner<SFxCamera> {
+public:
+    // Has no settings.
+    CZQScanIFBoFX(const CZQString& apiIniPath, const CZQString& section);
+    explicit CZQScanIFBoFX(MakeSource makeSource);
+
+protected:
+    SVendorIdentity Identify(const SFxCamera& camera) const override;
+    SVendorProduct ProductOf(const SFxCamera& camera) const override;
+};
+
+}  // namespace ZQAPI

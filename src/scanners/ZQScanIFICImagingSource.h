@@ -1,0 +1,20 @@
+#pragma once
+
+#include "scanners/ZQVendorScanner.h"
+#include "vendors/ZQImagingSource.h"
+
+namespace ZQAPI {
+
+// Finds the maker's cameras behind The Imaging Source's library.
+class CZQScanIFICImagingSource : public CZQVendorScanner<SImagingSourceCamera> {
+public:
+    // Has no settings.
+    CZQScanIFICImagingSource(const CZQString& apiIniPath, const CZQString& section);
+    explicit CZQScanIFICImagingSource(MakeSource makeSource);
+
+protected:
+    SVendorIdentity Identify(const SImagingSourceCamera& camera) const override;
+    SVendorProduct ProductOf(const SImagingSourceCamera& camera) const override;
+};
+
+}  // namespace ZQAPI

@@ -1,0 +1,29 @@
+#include "scanners/ZQScanIFPleoraIport.h"
+
+#include "devices/ZQSdkPaths.h"
+
+namespace ZQAPI {
+
+namespace {
+
+constexpr SVendorScannerNames kNames = {ZQDEV_SCANNER_NAME_PLEORA_IPORT, ZQDEV_CCM_PLEORA_IPORT,
+                                        ZQDEV_IAM_PLEORA_IPORT, "CZQScanIFPleoraIport::Scan",
+                                        "CZQScanIFPleoraIport::Update"};
+
+}  // namespace
+
+CZQScanIFPleoraIport::CZQScanIFPleoraIport(const CZQString& /*apiIniPath*/, const CZQString& /*section*/)
+    : CZQScanIFPleoraIport([] { return std::make_unique<CZQPleora>(GetBinPath()); }) {}
+
+CZQScanIFPleoraIport::CZQScanIFPleoraIport(MakeSource makeSource)
+    : CZQVendorScanner(kNames, std::move(makeSource), OnCameraFailure::kSkip) {}
+
+SVendorIdentity CZQScanIFPleoraIport::Identify(const SPleoraCamera& camera) const {
+    return {camera.GetDeviceID(), camera.ipAddress};
+}
+
+SVendorProduct CZQScanIFPleoraIport::ProductOf(const SPleoraCamera& /*camera*/) const {
+    return {"ZQPL-10", "Valdremonix PL 10 camera"};
+}
+
+}  // namespace ZQAPI

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "scanners/ZQVendorScanner.h"
+#include "vendors/ZQPleora.h"
+
+namespace ZQAPI {
+
+// Finds the maker's cameras behind the Pleora library, all of one type. One that fails is left out.
+class CZQScanIFPleoraIport : public CZQVendorScanner<SPleoraCamera> {
+public:
+    // Has no settings.
+    CZQScanIFPleoraIport(const CZQString& apiIniPath, const CZQString& section);
+    explicit CZQScanIFPleoraIport(MakeSource makeSource);
+
+protected:
+    SVendorIdentity Identify(const SPleoraCamera& camera) const override;
+    SVendorProduct ProductOf(const SPleoraCamera& camera) const override;
+};
+
+}  // namespace ZQAPI

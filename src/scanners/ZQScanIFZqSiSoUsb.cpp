@@ -1,0 +1,53 @@
+#include "scanners/ZQScanIFZqSiSoUsb.h"
+
+#include <ZQAPI/vendors/ZQUsb2.h>
+
+#include <algorithm>
+#include <iterator>
+
+#include "devices/ZQSdkPaths.h"
+
+namespace ZQAPI {
+
+namespace {
+
+constexpr SVendorScannerNames kNames = {ZQDEV_SCANNER_NAME_SISO_USB2, ZQDEV_CCM_SI_USB2, ZQDEV_IAM_SI_USB2,
+                                        "CZQScanIFZqSiSoUsb::Scan", "CZQScanIFZqSiSoUsb::Update"};
+
+struct SProduct {
+    std::uint16_t type;
+    const char* deviceType;
+    const char* description;
+};
+
+constexpr SProduct kProducts[] = {
+    {ZQUSB2_TYPE_13M, "ZQUS-13M", "Valdremonix US 1.3M camera"},
+    {ZQUSB2_TYPE_13C, "ZQUS-13C", "Valdremonix US 1.3C camera"},
+    {ZQUSB2_TYPE_50C, "ZQUS-50C", "Valdremonix US 5.0C camera"},
+};
+
+}  // namespace
+
+CZQScanIFZqSiSoUsb::CZQScanIFZqSiSoUsb(const CZQString& /*apiIniPath*/, const CZQString& /*section*/)
+    : CZQScanIFZqSiSoUsb([] { return std::make_unique<CZQUsb2>(GetBinPath()); }) {}
+
+CZQScanIFZqSiSoUsb::CZQScanIFZqSiSoUsb(MakeSource makeSource)
+    : CZQVendorScanner(kNames, std::move(makeSource)) {}
+
+SVendorIdentity CZQScanIFZqSiSoUsb::Identify(const SUsb2Camera& camera) const {
+    // The prefix keeps these identifiers apart from those that other scanners make of two numbers.
+    return {CZQString::Formatted("USB%04X:%lu", camera.type, static_cast<unsigned long>(camera.serialNumber)),
+            camera.location};
+}
+
+SVendorProduct CZQScanIFZqSiSoUsb::ProductOf(const SUsb2Camera& camera) const {
+    const auto* const product = std::find_if(std::begin(kProducts), std::end(kProducts),
+                                             [&](const SProduct& row) { return row.type == camera.type; });
+    if (product == std::end(kProducts)) {
+        throw CZQException(ZQ_HERE("CZQScanIFZqSiSoUsb::ProductOf"), ZQ_ERR_UNKNOWN_MODEL, "CameraType=%04X",
+                           camera.type);
+    }
+    return {product->deviceType, product->description};
+}
+
+}  // namespace ZQAPI

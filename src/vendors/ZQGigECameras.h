@@ -1,0 +1,59 @@
+#pragma once
+
+#include <optional>
+
+#include "vendors/ZQGigE.h"
+
+namespace ZQAPI {
+
+// One camera of a CZQGigECameras, which must outlive it. A text that can't be read is ZQ_ERR_VENDOR_LIBRARY,
+// and so is an empty serial number or address.
+class CZQGigECamera {
+public:
+    CZQGigECamera(const CZQGigE& library, ZQGIGE_CAMERA camera) : m_library(library), m_camera(camera) {}
+
+    CZQString GetModelName() const;
+    CZQString GetSerialNumber() const;
+    CZQString GetMacAddress() const;
+    CZQString GetIPAddress() const;
+    // "-.-" for a camera that tells none.
+    CZQString GetDeviceVersion() const;
+
+    // What it is known by in the device list: model name, a colon, serial number.
+    CZQString GetDeviceID() const { return GetModelName() + ":" + GetSerialNumber(); }
+
+    // Gives the camera a new address and subnet mask. Each step that fails is ZQ_ERR_VENDOR_LIBRARY with a
+    // text of its own; the connection is closed in any case.
+    void ChangeAddress(const CZQString& ipAddress, const CZQString& subnetMask) const;
+
+private:
+    using ReadText = decltype(&Camera_getModelName);
+
+    // A text of at most `size` characters.
+    CZQString Text(const char* function, ReadText read, std::uint32_t size) const;
+    CZQString RequiredText(const char* function, ReadText read, std::uint32_t size) const;
+
+    const CZQGigE& m_library;
+    ZQGIGE_CAMERA m_camera;
+};
+
+// The cameras that containers of one kind see, looked for when the object is made. Bound to one thread; the
+// library must outlive it.
+class CZQGigECameras {
+public:
+    // ZQGIGE_KIND_...; a container that can't be made, a failed discovery: ZQ_ERR_VENDOR_LIBRARY.
+    CZQGigECameras(const CZQGigE& library, std::int32_t kind);
+
+    std::uint32_t GetCount() const;
+    // Nothing for a camera that has gone.
+    std::optional<CZQGigECamera> GetCamera(std::uint32_t index) const;
+
+private:
+    using Container =
+        std::unique_ptr<ZQGIGE_CONTAINER_STATE, decltype(SGigEFunctions::CameraContainer_delete)>;
+
+    const CZQGigE& m_library;
+    const Container m_container;
+};
+
+}  // namespace ZQAPI

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "vendors/ZQICameraSource.h"
+#include "vendors/ZQWrapperLibrary.h"
+
+namespace ZQAPI {
+
+struct SPleoraCamera {
+    CZQString model;
+    CZQString serialNumber;
+    CZQString ipAddress;
+
+    CZQString GetDeviceID() const { return model + ":" + serialNumber; }
+};
+
+// The wrapper over the Pleora library. Bound to one thread.
+class CZQPleora : public CZQWrapperLibrary, public CZQICameraSource<SPleoraCamera> {
+public:
+    // `folder` is where the library is looked for first.
+    explicit CZQPleora(const CZQString& folder);
+
+    std::uint32_t GetNofCameras() override { return CountCameras(); }
+    SPleoraCamera GetCamera(std::uint32_t index) override;
+    // A dotted IPv4 text for the camera of this identifier.
+    void SetIpAddress(const CZQString& deviceId, const CZQString& ipAddress);
+
+private:
+    std::array<void*, 1> m_slots{};
+};
+
+}  // namespace ZQAPI

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "vendors/ZQICameraSource.h"
+#include "vendors/ZQWrapperLibrary.h"
+
+namespace ZQAPI {
+
+struct SUsb2Camera {
+    std::uint16_t type = 0;  // ZQUSB2_TYPE_...
+    std::uint32_t serialNumber = 0;
+    CZQString location;  // place on the bus
+};
+
+// The library of the USB 2 cameras. Bound to one thread.
+class CZQUsb2 : public CZQWrapperLibrary, public CZQICameraSource<SUsb2Camera> {
+public:
+    // `folder` is where the library is looked for first.
+    explicit CZQUsb2(const CZQString& folder);
+
+    std::uint32_t GetNofCameras() override { return CountCameras(); }
+    // Opens the camera for its registers, which takes no images from whoever uses it.
+    SUsb2Camera GetCamera(std::uint32_t index) override;
+
+private:
+    class COpenCamera;
+    enum Slot { kOpen, kClose, kRead, kNofSlots };
+
+    std::array<void*, kNofSlots> m_slots{};
+};
+
+}  // namespace ZQAPI

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <array>
+#include <type_traits>
+
+#include "vendors/ZQVendorLibrary.h"
+
+namespace ZQAPI {
+
+// The four functions that a wrapper library of the kit begins with, by name.
+struct SWrapperFunctions {
+    const char* init;
+    const char* getNofCameras;
+    const char* getCameraInfo;
+    const char* deInit;
+};
+
+// One of the kit's wrapper libraries (see ZQAPI/vendors/ZQVendorLibrary.h): initialised while the object
+// lives. Base of their adapters. Bound to one thread.
+class CZQWrapperLibrary : public CZQVendorLibrary {
+public:
+    CZQWrapperLibrary(const CZQWrapperLibrary&) = delete;
+    CZQWrapperLibrary& operator=(const CZQWrapperLibrary&) = delete;
+    ~CZQWrapperLibrary() override;
+
+protected:
+    CZQWrapperLibrary(const CZQString& folder, const char* fileName, const SWrapperFunctions& functions);
+
+    std::uint32_t CountCameras();
+
+    // A library that is too old for the record, or fills more than it has room for: ZQ_ERR_VENDOR_LIBRARY,
+    // "Function=%s; Size=%lu".
+    template <class Record>
+    Record ReadCameraInfo(std::uint32_t index) {
+        static_assert(std::is_trivially_copyable_v<Record> && std::is_standard_layout_v<Record>);
+        Record record{};
+        record.size = sizeof record;
+        const auto read = reinterpret_cast<std::int32_t (*)(std::uint32_t, Record*)>(m_slots[kGetCameraInfo]);
+        const std::int32_t status = read(index, &record);
+        CheckFilled(status, record.size, sizeof record);
+        return record;
+    }
+
+    // The text of a field that must have one; empty: ZQ_ERR_VENDOR_LIBRARY, "Function=%s; a text is empty".
+    CZQString InfoText(std::span<const char> field) const;
+
+private:
+    enum Slot { kInit, kGetNofCameras, kGetCameraInfo, kDeInit, kNofSlots };
+
+    void CheckFilled(std::int32_t status, std::size_t filled, std::size_t size) const;
+
+    const SWrapperFunctions m_functions;
+    std::array<void*, kNofSlots> m_slots{};
+};
+
+}  // namespace ZQAPI

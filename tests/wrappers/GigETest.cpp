@@ -1,0 +1,115 @@
+// What only the GigE library has: two kinds of container, checks of version and driver, the address change.
+#include <gtest/gtest.h>
+
+#include "scanners/ZQGigEAddressChange.h"
+#include "scanners/ZQScanIFZQGigE.h"
+#include "support/ExpectError.h"
+#include "support/SampleDevices.h"
+#include "support/StandIns.h"
+
+namespace ZQAPI::test {
+namespace {
+
+const std::string kCamera = "Model=Valdremonix GE-40\nMac=02:00:00:00:00:0";
+
+std::string Camera(int index, const std::string& kinds, const std::string& keys = kCamera) {
+    const std::string number = std::to_string(index);
+    return "[gige." + number + "]\n" + keys + number + "\nSerial=" + number + "\nAddress=10.0.0." + number +
+           "\nKinds=" + kinds + "\n";
+}
+
+class GigE : public ::testing::Test {
+protected:
+    void Play(const std::string& keys, const std::string& cameras) const {
+        m_standIns.Play("[gige]\nTraceFile=" + m_standIns.TraceFile() + "\n" + keys + cameras);
+    }
+
+    // "<error> <extra text>", or "" after success.
+    static std::string Outcome(const std::function<void()>& body) {
+        const auto failure = ThrownBy(body);
+        return failure ? std::to_string(failure->GetErrorNumber()) + " " + failure->GetExtraText().str() : "";
+    }
+
+    static void Scan(CZQDeviceList& found) {
+        CZQScanIFZQGigE([] { return std::make_shared<const CZQGigE>(StandIns::Folder()); }).Scan(found);
+    }
+
+    std::string Change(const CZQDeviceInfo& device) const {
+        return Outcome(
+            [&] { ChangeGigEAddress(CZQGigE(StandIns::Folder()), device, "10.1.2.3", "255.0.0.0"); });
+    }
+
+    StandIns m_standIns;
+};
+
+TEST_F(GigE, ListsACameraOnceWhicheverWayItIsSeen) {
+    Play("", Camera(0, "12") + Camera(1, "2") + Camera(2, "1") +
+                 Camera(3, "12", "Model=Another maker's GE-40\nMac=02:00:00:00:00:0") +
+                 Camera(4, "2", "Model=Valdremonix GE-40\nVersion=2.0\nMac=02:00:00:00:00:00\nX="));
+    CZQDeviceList found;
+    Scan(found);
+    std::string listed;
+    for (const CZQDeviceInfo& device : found) {
+        listed += device.GetName().str() + "=" + device.GetDeviceID().str() + "," +
+                  device.GetDeviceDesc().str() + ";";
+    }
+    EXPECT_EQ(listed,
+              "_SCANNER_ZQ_GIGE.0=Valdremonix GE-40:0,Valdremonix GE 4.0 camera *FT*;"
+              "_SCANNER_ZQ_GIGE.1=Valdremonix GE-40:1,Valdremonix GE 4.0 camera;"
+              "_SCANNER_ZQ_GIGE.2=Valdremonix GE-40:2,Valdremonix GE 4.0 camera *FT*;");
+}
+
+TEST_F(GigE, SaysWhatDoesNotWork) {
+    const struct {
+        const char* failing;
+        const char* outcome;
+    } cases[] = {
+        {"isVersionCompliantDLL", "-521000 GigE API: library has not interface version 1"},
+        {"isDriverAvailable", "-521000 GigE API: driver is not available"},
+        {"CameraContainer_create", "-521000 CameraContainer could not be opened"},
+        {"CameraContainer_discovery", "-521000 GigE API: Discovery function failed"},
+        {"Camera_getIPAddress", "-521000 Function=Camera_getIPAddress; Status=-1"},
+    };
+    for (const auto& test : cases) {
+        Play("FailingCall=" + std::string(test.failing) + "\n", Camera(0, "12"));
+        CZQDeviceList found;
+        EXPECT_EQ(Outcome([&] { Scan(found); }), test.outcome);
+        EXPECT_EQ(found.GetCount(), 0U);
+    }
+}
+
+TEST_F(GigE, AddressChangeTellsTheStepThatFailedAndClosesTheConnection) {
+    const CZQDeviceInfo device = SampleDevice("Valdremonix GE-40:1", ZQDEV_SCANNER_NAME_ZQ_GIGE);
+    const struct {
+        const char* failing;
+        const char* outcome;
+        bool closes;
+        bool sets;
+    } cases[] = {
+        {"", "", true, true},
+        {"isDriverAvailable", "-521000 GigE API: driver is not available", false, false},
+        {"CameraContainer_create", "-521000 CameraContainer could not be opened", false, false},
+        {"CameraContainer_discovery", "-521000 GigE API: Discovery function failed", false, false},
+        {"Camera_forceValidNetworkAddress", "-521000 GigE API: force valid network address failed (-9)",
+         false, false},
+        {"Camera_open", "-521000 GigE API: open connection failed (-9)", false, false},
+        {"Camera_setIPAddress", "-521000 GigE API: set IP address failed (-9)", true, false},
+        {"Camera_close", "", true, true},
+    };
+    for (const char* kinds : {"12", "1"}) {
+        for (const auto& test : cases) {
+            const StandIns standIns;
+            standIns.Play("[gige]\nFailingStatus=-9\nFailingCall=" + std::string(test.failing) +
+                          "\nTraceFile=" + standIns.TraceFile() + "\n" + Camera(0, "2") + Camera(1, kinds));
+            EXPECT_EQ(Change(device), test.outcome) << test.failing;
+            const std::string traced = standIns.Traced();
+            EXPECT_EQ(traced.find("Camera_close\n") != std::string::npos, test.closes) << traced;
+            EXPECT_EQ(traced.find("gige.1 10.1.2.3 255.0.0.0\n") != std::string::npos, test.sets) << traced;
+        }
+    }
+    Play("", Camera(0, "12"));
+    EXPECT_EQ(Change(device), "-500003 Label=unnamed, Address=192.168.1.20");
+}
+
+}  // namespace
+}  // namespace ZQAPI::test

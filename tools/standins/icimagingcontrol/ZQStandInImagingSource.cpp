@@ -1,0 +1,36 @@
+#include <ZQAPI/vendors/ZQImagingSource.h>
+
+#include "ZQWrapperStandIn.h"
+
+namespace {
+
+using namespace ZQAPI::standin;
+
+CZQWrapperStandIn g_library("icimagingcontrol");
+
+}  // namespace
+
+extern "C" {
+
+int32_t ZQIC_Init(void) {
+    return g_library.Init(__func__);
+}
+
+int32_t ZQIC_GetNofCameras(uint32_t* count) {
+    return g_library.GetNofCameras(__func__, count);
+}
+
+int32_t ZQIC_GetCameraInfo(uint32_t index, ZQIC_CAMERA_INFO* info) {
+    return g_library.GetCameraInfo(
+        __func__, index, info,
+        [](CZQStandInFile& file, const std::string& camera, bool fill, ZQIC_CAMERA_INFO& filled) {
+            CopyText(filled.model, sizeof filled.model, file.Text(camera, "Model"), fill);
+            filled.serialNumber = file.Number(camera, "Serial", 0);
+        });
+}
+
+int32_t ZQIC_DeInit(void) {
+    return g_library.DeInit(__func__);
+}
+
+}  // extern "C"
