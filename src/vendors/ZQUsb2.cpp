@@ -2,7 +2,6 @@
 
 #include <ZQAPI/vendors/ZQUsb2.h>
 
-#include "foundation/ZQSystem.h"
 #include "vendors/ZQSpiRegisters.h"
 
 namespace ZQAPI {
@@ -24,10 +23,7 @@ public:
     COpenCamera& operator=(const COpenCamera&) = delete;
     ~COpenCamera() {
         const auto close = reinterpret_cast<ZQUSB2_CloseCamera_Function>(m_library.m_slots[kClose]);
-        const std::int32_t status = close(m_camera);
-        if (status != 0) {
-            DebugOutput("ZQSDK: !! Function=%s; Status=%ld", kNames[kClose], static_cast<long>(status));
-        }
+        CheckRelease(kNames[kClose], close(m_camera));
     }
 
     std::uint16_t ReadSpiRegister(std::uint16_t address) const {

@@ -3,27 +3,23 @@
 namespace ZQAPI::standin {
 
 std::int32_t CZQWrapperStandIn::Init(const char* function) {
-    CZQStandInFile file(m_library);
-    if (!file.Enter(function)) {
-        return file.FailingStatus();
-    }
-    ++m_users;
-    return kDone;
+    return PlayCall(m_library, function, [this](CZQStandInFile& /*file*/) {
+        ++m_users;
+        return kDone;
+    });
 }
 
 std::int32_t CZQWrapperStandIn::GetNofCameras(const char* function, std::uint32_t* count) {
-    CZQStandInFile file(m_library);
-    if (!file.Enter(function)) {
-        return file.FailingStatus();
-    }
-    if (m_users == 0) {
-        return kNotInitialised;
-    }
-    if (count == nullptr) {
-        return kNullPointer;
-    }
-    *count = file.NofClaimedCameras();
-    return kDone;
+    return PlayCall(m_library, function, [this, count](CZQStandInFile& file) {
+        if (m_users == 0) {
+            return kNotInitialised;
+        }
+        if (count == nullptr) {
+            return kNullPointer;
+        }
+        *count = file.NofClaimedCameras();
+        return kDone;
+    });
 }
 
 std::int32_t CZQWrapperStandIn::DeInit(const char* function) {
@@ -47,9 +43,7 @@ std::int32_t CZQWrapperStandIn::Begin(CZQStandInFile& file, const char* function
     if (output == nullptr) {
         return kNullPointer;
     }
-    const bool isThere =
-        index < file.NofPlayedCameras() && file.Number(file.Camera(index), "Vanishes", 0) == 0;
-    return isThere ? kDone : kNoSuchCamera;
+    return file.IsThere(index) ? kDone : kNoSuchCamera;
 }
 
 }  // namespace ZQAPI::standin

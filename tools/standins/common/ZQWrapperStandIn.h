@@ -32,8 +32,8 @@ public:
     std::int32_t GetNofCameras(const char* function, std::uint32_t* count);
     std::int32_t DeInit(const char* function);
 
-    // `fill(file, section, doFill, record)` writes the record of the camera with that section. The caller
-    // gets as much of it as the caller has room for; less with "InfoSize", as from an older library.
+    // `fill(file, index, record)` writes the camera's record. The caller gets as much of it as the caller has
+    // room for; less with "InfoSize", as from an older library.
     template <class Record, class Fill>
     std::int32_t GetCameraInfo(const char* function, std::uint32_t index, Record* record, Fill&& fill) {
         CZQStandInFile file(m_library);
@@ -41,9 +41,8 @@ public:
         if (status != kDone) {
             return status;
         }
-        const std::string section = file.Camera(index);
         Record filled{};
-        fill(file, section, file.Number(section, "FillBuffers", 0) != 0, filled);
+        fill(file, index, filled);
         const auto known = file.Number(m_library, "InfoSize", static_cast<std::int32_t>(sizeof filled));
         filled.size = static_cast<std::uint32_t>(std::min<std::size_t>(
             {record->size, sizeof filled, static_cast<std::size_t>(std::max(known, 0))}));

@@ -22,12 +22,11 @@ int32_t ZQFX_GetNofCameras(uint32_t* count) {
 
 int32_t ZQFX_GetCameraInfo(uint32_t index, ZQFX_CAMERA_INFO* info) {
     return g_library.GetCameraInfo(
-        __func__, index, info,
-        [](CZQStandInFile& file, const std::string& camera, bool fill, ZQFX_CAMERA_INFO& filled) {
-            CopyText(filled.model, sizeof filled.model, file.Text(camera, "Model"), fill);
-            filled.vendorId = file.Number(camera, "VendorId", 0);
-            filled.modelId = file.Number(camera, "ModelId", 0);
-            filled.serialNumber = file.Number(camera, "Serial", 0);
+        __func__, index, info, [](CZQStandInFile& file, std::uint32_t camera, ZQFX_CAMERA_INFO& filled) {
+            file.CopyCameraText(camera, "Model", filled.model, sizeof filled.model);
+            filled.vendorId = file.Number(file.Camera(camera), "VendorId", 0);
+            filled.modelId = file.Number(file.Camera(camera), "ModelId", 0);
+            filled.serialNumber = file.Number(file.Camera(camera), "Serial", 0);
         });
 }
 

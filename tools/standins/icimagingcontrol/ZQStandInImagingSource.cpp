@@ -22,10 +22,9 @@ int32_t ZQIC_GetNofCameras(uint32_t* count) {
 
 int32_t ZQIC_GetCameraInfo(uint32_t index, ZQIC_CAMERA_INFO* info) {
     return g_library.GetCameraInfo(
-        __func__, index, info,
-        [](CZQStandInFile& file, const std::string& camera, bool fill, ZQIC_CAMERA_INFO& filled) {
-            CopyText(filled.model, sizeof filled.model, file.Text(camera, "Model"), fill);
-            filled.serialNumber = file.Number(camera, "Serial", 0);
+        __func__, index, info, [](CZQStandInFile& file, std::uint32_t camera, ZQIC_CAMERA_INFO& filled) {
+            file.CopyCameraText(camera, "Model", filled.model, sizeof filled.model);
+            filled.serialNumber = file.Number(file.Camera(camera), "Serial", 0);
         });
 }
 

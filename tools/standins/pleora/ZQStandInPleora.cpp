@@ -26,11 +26,10 @@ int32_t ZQPLEORA_GetNofCameras(uint32_t* count) {
 
 int32_t ZQPLEORA_GetCameraInfo(uint32_t index, ZQPLEORA_CAMERA_INFO* info) {
     return g_library.GetCameraInfo(
-        __func__, index, info,
-        [](CZQStandInFile& file, const std::string& camera, bool fill, ZQPLEORA_CAMERA_INFO& filled) {
-            CopyText(filled.model, sizeof filled.model, file.Text(camera, "Model"), fill);
-            CopyText(filled.serialNumber, sizeof filled.serialNumber, file.Text(camera, "Serial"), fill);
-            CopyText(filled.ipAddress, sizeof filled.ipAddress, file.Text(camera, "Address"), fill);
+        __func__, index, info, [](CZQStandInFile& file, std::uint32_t camera, ZQPLEORA_CAMERA_INFO& filled) {
+            file.CopyCameraText(camera, "Model", filled.model, sizeof filled.model);
+            file.CopyCameraText(camera, "Serial", filled.serialNumber, sizeof filled.serialNumber);
+            file.CopyCameraText(camera, "Address", filled.ipAddress, sizeof filled.ipAddress);
         });
 }
 

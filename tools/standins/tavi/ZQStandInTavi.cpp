@@ -22,10 +22,9 @@ int32_t ZQTAVI_GetNofCameras(uint32_t* count) {
 
 int32_t ZQTAVI_GetCameraInfo(uint32_t index, ZQTAVI_CAMERA_INFO* info) {
     return g_library.GetCameraInfo(
-        __func__, index, info,
-        [](CZQStandInFile& file, const std::string& camera, bool fill, ZQTAVI_CAMERA_INFO& filled) {
-            filled.boardNumber = file.Number(camera, "Board", 0);
-            CopyText(filled.serialNumber, sizeof filled.serialNumber, file.Text(camera, "Serial"), fill);
+        __func__, index, info, [](CZQStandInFile& file, std::uint32_t camera, ZQTAVI_CAMERA_INFO& filled) {
+            filled.boardNumber = file.Number(file.Camera(camera), "Board", 0);
+            file.CopyCameraText(camera, "Serial", filled.serialNumber, sizeof filled.serialNumber);
         });
 }
 

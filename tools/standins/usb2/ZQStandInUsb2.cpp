@@ -43,9 +43,8 @@ int32_t ZQUSB2_GetNofCameras(uint32_t* count) {
 
 int32_t ZQUSB2_GetCameraInfo(uint32_t index, ZQUSB2_CAMERA_INFO* info) {
     return g_library.GetCameraInfo(
-        __func__, index, info,
-        [](CZQStandInFile& file, const std::string& camera, bool fill, ZQUSB2_CAMERA_INFO& filled) {
-            CopyText(filled.location, sizeof filled.location, file.Text(camera, "Address"), fill);
+        __func__, index, info, [](CZQStandInFile& file, std::uint32_t camera, ZQUSB2_CAMERA_INFO& filled) {
+            file.CopyCameraText(camera, "Address", filled.location, sizeof filled.location);
         });
 }
 
