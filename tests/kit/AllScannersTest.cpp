@@ -1,0 +1,119 @@
+// All fourteen scanners in one scan, each with cameras of its own: simulated ones on network and lines, the
+// stand-ins for vendors' libraries beside the kit. Runs in a network of its own: the network scanner
+// broadcasts.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <thread>
+
+#include "ZQSimSerialServer.h"
+#include "ZQSimUdpServer.h"
+#include "platform/PseudoTerminal.h"
+#include "support/ComPorts.h"
+#include "support/KitScan.h"
+#include "support/StandIns.h"
+
+namespace ZQAPI::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr const char* kAllScanners =
+    "SCANNER_MANUAL;SCANNER_ZQ_UDP;SCANNER_ZQ_RS232;SCANNER_ZQ_IMAQ_RS232;SCANNER_SISO_USB2;"
+    "SCANNER_PLEORA_IPORT;SCANNER_BO_FX;SCANNER_PGR_FLY;SCANNER_TAVI;SCANNER_IDS_UEYE;SCANNER_ZQ_GIGE;"
+    "SCANNER_ZQ_IC;SCANNER_ADIMEC_CL;SCANNER_MV";
+
+// Two cameras are seen by two scanners each, under one identifier: FlyCapture2 and MATRIX VISION see the one,
+// FlyCapture2 and Imaging Source the other.
+constexpr const char* kVendorsCameras =
+    "[mvdevicemanager.0]\nModel=Valdremonix MV-12 Valdremonix FLY-20M\nSerial=11\n"
+    "[flycapture2.0]\nModel=Valdremonix MV-12 Valdremonix FLY-20M\nSerial=11\n"
+    "[flycapture2.1]\nModel=Valdremonix IC-72 Valdremonix FLY-50C\nSerial=22\n"
+    "[icimagingcontrol.0]\nModel=Valdremonix IC-72 Valdremonix FLY-50C\nSerial=22\n"
+    "[icimagingcontrol.1]\nModel=Valdremonix IC-274\nSerial=23\n"
+    "[clseremc.0]\nModel=Q-12A65\nSerialNumber=A1\nFirmware=1.0\n"
+    "[fxlib.0]\nModel=Valdremonix FX-1024C\nVendorId=1\nModelId=2\nSerial=3\n"
+    "[tavi.0]\nModel=T\nBoard=1\nSerial=T1\n"
+    "[ueye.0]\nModel=VX-UE13M\nSerial=4002711234\n"
+    "[usb2.0]\nModel=U\nType=275\nSerial=7\nAddress=1-4\n"
+    "[pleora.0]\nModel=PL\nSerial=P1\nAddress=10.0.0.2\n"
+    "[gige.0]\nModel=Valdremonix GE-40\nSerial=G1\nMac=02:00:00:00:00:01\nAddress=10.0.0.1\nVersion=1.1\n"
+    "[imaq.0]\nModel=ZQSerCam-1M\nSerial=1\n";
+
+class AllScanners : public ::testing::Test, public KitScan {
+protected:
+    AllScanners() {
+        for (const auto& entry : std::filesystem::directory_iterator(ZQ_TEST_STANDINS)) {
+            const std::string file = entry.path().filename().string();
+            StandIns::Place({file}, file.starts_with("clser") ? kit.Path() / "3dParty/Euresys" : kit.Path());
+        }
+        Configure(kAllScanners,
+                  "[DeviceScanner.SCANNER_ZQ_UDP]\r\nNofScanCycles=2\r\nScanTimeMs=400\r\n"
+                  "[DeviceScanner.SCANNER_ZQ_RS232]\r\nScanCOMPorts=" +
+                      std::to_string(serialPort) +
+                      "\r\nCOMPort=1\r\nBaudrate=9600\r\nDatabits=8\r\nStopBits=1\r\nParity=NO\r\n"
+                      "Handshake=NO\r\n");
+        // Where the system can play them.
+        if (ComPort::AreThere()) {
+            network.emplace(sim::MakeCameras(1, 0x7F000101, 0xFF000000, "ZQNetCam-2M"),
+                            sim::CZQSimUdpSettings{});
+            serial.emplace(sim::MakeCameras(1, 0, 0, sim::kSerialCameraType, 2));
+            ComPortFolder::Link(serialPort, serial->GetPort(0));
+        }
+    }
+
+    // "scanner:address;..." in the order of the list.
+    std::string ScanForScanners() {
+        std::string text;
+        for (const ZQDEVICEINFO& device : Scan()) {
+            text += std::string(device.UsedScanner).substr(8) + ":" + device.UsedAddress + ";";
+        }
+        return text;
+    }
+
+    static constexpr std::uint32_t serialPort = 41;
+    StandIns standIns;
+    StandInPath path;  // where Windows looks for the library of the frame grabbers
+    std::optional<sim::CZQSimUdpServer> network;
+    std::optional<sim::CZQSimSerialServer> serial;
+};
+
+TEST_F(AllScanners, MergeInTheirOrderEveryTime) {
+    standIns.Play(kVendorsCameras);
+    const std::string expected =
+        "MV:11;ADIMEC_CL:0;BO_FX:3;PGR_FLY:22;TAVI:1:T1;IDS_UEYE:4002711234;SISO_USB2:1-4;"
+        "PLEORA_IPORT:10.0.0.2;ZQ_GIGE:10.0.0.1;ZQ_IMAQ_RS232:img0;" +
+        std::string(network ? "ZQ_UDP:127.0.1.1;ZQ_RS232:41;" : "") + "ZQ_IC:23;";
+    for (int i = 0; i < 10; ++i) {
+        EXPECT_EQ(ScanForScanners(), expected) << "scan " << i;
+    }
+    // What is in the list can be saved and read again: no field is empty.
+    const std::size_t count = Devices().size();
+    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_SaveDeviceConfig), ZQ_OK);
+    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_LoadDeviceConfig), ZQ_OK);
+    EXPECT_EQ(Devices().size(), count);
+}
+
+// The time limit of a scan, and the library's unloading while a vendor's call is still under way.
+TEST_F(AllScanners, ALibraryThatBlocksCostsItsOwnCamerasAlone) {
+    standIns.Play(std::string("[tavi]\nBlockingCall=ZQTAVI_GetNofCameras\nBlockMs=33000\nTraceFile=") +
+                  standIns.TraceFile() + "\n" + kVendorsCameras);
+    const auto start = std::chrono::steady_clock::now();
+    const std::string found = ScanForScanners();
+    const auto took = std::chrono::steady_clock::now() - start;
+    EXPECT_GE(took, 29s);
+    EXPECT_LT(took, 32s);
+    EXPECT_EQ(found.find("TAVI"), std::string::npos) << found;
+    EXPECT_EQ(std::count(found.begin(), found.end(), ';'), network ? 12 : 10) << found;
+
+    kit.Unload();
+    const auto deadline = std::chrono::steady_clock::now() + 20s;
+    while (standIns.Traced().find("ZQTAVI_DeInit") == std::string::npos &&
+           std::chrono::steady_clock::now() < deadline) {
+        std::this_thread::sleep_for(50ms);
+    }
+    EXPECT_NE(standIns.Traced().find("ZQTAVI_DeInit"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace ZQAPI::test
