@@ -125,7 +125,7 @@ std::vector<ChannelKind> Kinds() {
     std::vector<ChannelKind> kinds = {
         {"UDP", &Make<CZQComUDP, CZQComBase>, &Make<UdpDevice, Device>, true, 2ms, ZQ_ERR_UDP_SEND_CLOSED,
          ZQ_ERR_UDP_RECV_CLOSED, ZQ_ERR_COM_CONFIG_LOAD, ZQ_ERR_COM_CONFIG_SAVE},
-        {"ImaqRS232", &Make<CZQComImaqRS232, CZQComBase>, &Make<ImaqDevice, Device>, false, 2ms,
+        {"ImaqRS232", &Make<CZQComImaqRS232, CZQComBase>, &Make<ImaqDevice, Device>, false, 100ms,
          ZQ_ERR_SERIAL_CLOSED, ZQ_ERR_SERIAL_CLOSED, ZQ_ERR_COM_CONFIG_LOAD, ZQ_ERR_COM_CONFIG_SAVE},
     };
     // Wine's ports are held against the same devices by a script, which has them made outside.
