@@ -10,13 +10,40 @@ namespace {
 constexpr std::uint64_t kAnswerTimeMs = 1000;
 constexpr std::size_t kMaxAnswerLength = 1023;  // what the library takes at most
 
+constexpr std::uint32_t kQuietTimeMs = 500;
+constexpr std::uint64_t kMaxTimeUntilQuietMs = 3000;
+
 }  // namespace
 
 std::string CZQSerialConnection::SendCommand(std::string_view command) {
-    const SourceLocation here = ZQ_HERE("CZQSerialConnection::SendCommand");
     const std::lock_guard lock(m_mutex);
+    if (m_mayAnswerLate) {
+        WaitUntilQuiet();
+    }
     m_channel->Flush();
+    m_mayAnswerLate = true;
     m_channel->Send(command.data(), static_cast<std::uint32_t>(command.size()));
+    std::string answer = ReadLine();
+    m_mayAnswerLate = false;
+    return answer;
+}
+
+void CZQSerialConnection::WaitUntilQuiet() {
+    const CZQStopWatch watch(true);
+    try {
+        char discarded = 0;
+        while (watch.GetElapsed() < kMaxTimeUntilQuietMs) {
+            m_channel->Recv(&discarded, 1, kQuietTimeMs, false);
+        }
+    } catch (const CZQException& exception) {
+        if (exception.GetErrorNumber() != ZQ_ERR_COM_TIMEOUT) {
+            throw;
+        }
+    }
+}
+
+std::string CZQSerialConnection::ReadLine() {
+    const SourceLocation here = ZQ_HERE("CZQSerialConnection::ReadLine");
     const CZQStopWatch watch(true);
     std::string answer;
     while (!answer.ends_with('\n')) {

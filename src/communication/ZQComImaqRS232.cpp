@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "foundation/ZQException.h"
-#include "foundation/ZQStopWatch.h"
 #include "foundation/ZQSystem.h"
 
 namespace ZQAPI {
@@ -15,7 +14,10 @@ namespace {
 constexpr std::uint32_t kWriteTimeoutMs = 1000;
 
 // An abort is noticed within this time.
-constexpr std::uint64_t kMaxWaitMs = 100;
+constexpr std::chrono::milliseconds kMaxWait{100};
+
+// Finer than the library's own clock, so that no wait ends before its time.
+using Clock = std::chrono::steady_clock;
 
 }  // namespace
 
@@ -107,25 +109,25 @@ std::uint32_t CZQComImaqRS232::Recv(void* buffer, std::uint32_t size, std::uint3
         throw CZQException(here, ZQ_ERR_NULL_OUTPUT);
     }
     m_abort.exchange(false);
-    const std::uint64_t deadlineMs = CZQStopWatch(false).GetElapsed() + timeoutMs;
+    const Clock::time_point deadline = Clock::now() + std::chrono::milliseconds(timeoutMs);
     for (char& byte : std::span(static_cast<char*>(buffer), size)) {
-        RecvByte(byte, deadlineMs);
+        RecvByte(byte, deadline);
     }
     return size;
 }
 
-void CZQComImaqRS232::RecvByte(char& byte, std::uint64_t deadlineMs) {
+void CZQComImaqRS232::RecvByte(char& byte, Clock::time_point deadline) {
     const SourceLocation here = ZQ_HERE("CZQComImaqRS232::Recv");
-    const CZQStopWatch clock(false);  // counts from the clock's zero
     for (;;) {
-        const std::uint64_t now = clock.GetElapsed();
-        const std::uint64_t left = deadlineMs > now ? deadlineMs - now : 0;
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
+        const auto wait = std::clamp(left, std::chrono::milliseconds::zero(), kMaxWait);
         const CZQImaqLibrary::Status status =
-            m_library->ReadByte(m_session, byte, static_cast<std::uint32_t>(std::min(left, kMaxWaitMs)));
+            m_library->ReadByte(m_session, byte, static_cast<std::uint32_t>(wait.count()));
         if (status != 0 && !CZQImaqLibrary::IsReadTimeout(status)) {
             throw CZQException(here, ZQ_ERR_COM_RECV, "%s", m_library->FormatStatus(status).c_str());
         }
-        if (clock.GetElapsed() > deadlineMs || (status != 0 && left == 0)) {
+        // Before completion is tested: a byte that comes too late doesn't count.
+        if (Clock::now() > deadline) {
             throw CZQException(here, ZQ_ERR_COM_TIMEOUT);
         }
         if (m_abort.load()) {

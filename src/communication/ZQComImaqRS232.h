@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <optional>
 
 #include "communication/ZQComBase.h"
@@ -37,7 +38,7 @@ public:
 private:
     void OpenLine();
     // One byte by the deadline: past it, ZQ_ERR_COM_TIMEOUT.
-    void RecvByte(char& byte, std::uint64_t deadlineMs);
+    void RecvByte(char& byte, std::chrono::steady_clock::time_point deadline);
     void CheckOpen(const SourceLocation& here) const;
 
     std::optional<CZQImaqLibrary> m_library;  // there while the line is open

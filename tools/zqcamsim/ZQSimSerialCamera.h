@@ -33,8 +33,6 @@ public:
     std::string Say(Clock::time_point now, std::size_t maxBytes);
     // When the next byte is due.
     std::optional<Clock::time_point> NextDue() const;
-    // Nobody wants to hear what is under way any more.
-    void Forget() { m_answers.clear(); }
 
 private:
     struct DueByte {

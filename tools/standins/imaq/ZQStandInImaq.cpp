@@ -41,6 +41,25 @@ std::string InterfaceName(CZQStandInFile& file, std::uint32_t index) {
     return file.Text(file.Camera(index), "Name", "img" + std::to_string(index));
 }
 
+CZQSimPortFaults FaultsOf(CZQStandInFile& file, std::uint32_t index) {
+    const std::string section = file.Camera(index);
+    const auto time = [&](const char* key) {
+        return std::chrono::milliseconds(file.Number(section, key, 0));
+    };
+    CZQSimPortFaults faults;
+    faults.silent = file.Text(section, "Model") == "none" || file.Number(section, "Silent", 0) != 0;
+    faults.delay = {time("DelayMs"), time("DelayMs")};
+    faults.byteDelay = time("ByteDelayMs");
+    faults.longAnswerBytes = 200;
+    if (file.Number(section, "OtherMaker", 0) != 0) {
+        faults.form = EAnswerForm::kWrongAddress;
+    } else if (file.Number(section, "NoLineFeed", 0) != 0) {
+        faults.form = EAnswerForm::kNoLineFeed;
+    }
+    return faults;
+}
+
+// Null for a wire.
 std::unique_ptr<CZQSimSerialCamera> MakeCamera(CZQStandInFile& file, std::uint32_t index) {
     const std::string section = file.Camera(index);
     const std::string model = file.Text(section, "Model");
@@ -48,30 +67,21 @@ std::unique_ptr<CZQSimSerialCamera> MakeCamera(CZQStandInFile& file, std::uint32
         return nullptr;
     }
     const auto serial = static_cast<std::uint64_t>(file.Number(section, "Serial", static_cast<int>(index)));
-    CZQSimPortFaults faults;
-    faults.silent = model == "none" || file.Number(section, "Silent", 0) != 0;
-    faults.byteDelay = std::chrono::milliseconds(file.Number(section, "ByteDelayMs", 0));
-    faults.longAnswerBytes = 200;
-    if (file.Number(section, "OtherMaker", 0) != 0) {
-        faults.form = EAnswerForm::kWrongAddress;
-    } else if (file.Number(section, "NoLineFeed", 0) != 0) {
-        faults.form = EAnswerForm::kNoLineFeed;
-    }
-    auto camera = std::make_unique<CZQSimSerialCamera>(
+    return std::make_unique<CZQSimSerialCamera>(
         ZQAPI::sim::MakeCameras(1, 0, 0, model, kFirstCamera + serial).front());
-    camera->SetFaults(faults);
-    return camera;
 }
 
 // One interface and what is on its line. Guarded by g_mutex.
 struct Interface {
     std::string name;
+    std::uint32_t index = 0;                     // of its section
     std::unique_ptr<CZQSimSerialCamera> camera;  // null: the line is a wire to whoever calls imgPlay...
     std::string fromProgram;
     std::string toProgram;
 
-    void Hear(std::string_view bytes) {
+    void Hear(CZQStandInFile& file, std::string_view bytes) {
         if (camera) {
+            camera->SetFaults(FaultsOf(file, index));
             camera->Hear(bytes, Clock::now());
         } else {
             fromProgram += bytes;
@@ -88,13 +98,6 @@ struct Interface {
         const auto due = camera ? camera->NextDue().value_or(limit) : Clock::now() + kWirePoll;
         return std::min(due, limit);
     }
-    void Forget() {
-        if (camera) {
-            camera->Forget();
-        }
-        toProgram.clear();
-    }
-
     static std::string TakeFront(std::string& bytes, std::size_t maxBytes) {
         std::string front = bytes.substr(0, maxBytes);
         bytes.erase(0, front.size());
@@ -161,7 +164,7 @@ Status imgInterfaceOpen(const char* name, std::uint32_t* id) {
     for (std::uint32_t i = 0; i < file.NofPlayedCameras(); ++i) {
         if (InterfaceName(file, i) == name) {
             *id = ++g_lastId;
-            g_interfaces[*id] = std::make_shared<Interface>(Interface{name, MakeCamera(file, i), {}, {}});
+            g_interfaces[*id] = std::make_shared<Interface>(Interface{name, i, MakeCamera(file, i), {}, {}});
             return kGood;
         }
     }
@@ -208,7 +211,7 @@ Status imgSessionSerialWrite(std::uint32_t session, char* buffer, std::uint32_t*
     if (line == nullptr) {
         return kInvalidId;
     }
-    line->Hear({buffer, *size});
+    line->Hear(file, {buffer, *size});
     return kGood;
 }
 
@@ -255,7 +258,7 @@ Status imgSessionSerialFlush(std::uint32_t session) {
     if (line == nullptr) {
         return kInvalidId;
     }
-    line->Forget();
+    line->Say(std::string::npos);  // what has arrived; not what is under way
     return kGood;
 }
 
