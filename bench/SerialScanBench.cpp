@@ -61,7 +61,7 @@ int Main() {
     std::printf("\nTime of a scan of serial ports\n%8s %8s %12s %12s %12s %12s\n", "ports", "cameras",
                 "took [ms]", "limits [ms]", "over/port", "took/limits");
     bool allFound = true;
-    for (const std::size_t ports : {1, 8, 32}) {
+    for (const std::size_t ports : {1U, 8U, 32U}) {
         allFound = Measure(kit, ports) && allFound;
     }
     if (!allFound) {

@@ -58,26 +58,6 @@ TEST(NetInterface, ListsLoopback) {
     }
 }
 
-TEST(NetInterface, IsSuitableForBroadcastUnlessAFlagForbids) {
-    constexpr std::uint32_t kCard = platform::kInterfaceUp | platform::kInterfaceBroadcast;
-    const struct {
-        std::uint32_t flags;
-        bool suitable;
-    } cases[] = {
-        {kCard, true},
-        {kCard | platform::kInterfaceMulticast, true},
-        {platform::kInterfaceUp, false},
-        {platform::kInterfaceBroadcast, false},
-        {kCard | platform::kInterfaceLoopback, false},
-        {kCard | platform::kInterfacePointToPoint, false},
-    };
-    for (const auto& test : cases) {
-        platform::NetworkInterfaceRecord record;
-        record.flags = test.flags;
-        EXPECT_EQ(CZQComNetInterface(record).IsSuitableForBroadcast(), test.suitable) << test.flags;
-    }
-}
-
 TEST(SocketLibrary, IsStartedWhileAnyoneUsesIt) {
     ASSERT_EQ(CZQComWs2DllInit::GetUseCount(), 0);
     std::array<std::thread, 4> threads;

@@ -38,7 +38,7 @@ SerialControl WithFlow(SerialControl control) {
 }
 
 const struct {
-    const char* text;
+    const char* text = "";
     std::optional<SerialControl> control;  // none: rejected
 } kModeTexts[] = {
     {"baud=9600 parity=N data=8 stop=1 xon=off", Control(9600, 8, 0, 0)},

@@ -3,7 +3,6 @@
 #include <set>
 #include <string>
 
-#include "ZQSimIpv4.h"
 #include "ZQSimUdpServer.h"
 #include "platform/Files.h"
 #include "support/ExpectError.h"
@@ -61,53 +60,6 @@ private:
     CZQComWs2DllInit m_socketLibrary;
     platform::UdpSocket m_socket;
 };
-
-TEST(SimulatedCamera, ReadsOnlyWholeAddresses) {
-    for (const char* text :
-         {"", "1.2.3", "1.2.3.4.", "1.2.3.4.5", "256.2.3.4", "1..3.4", "+1.2.3.4", "1.2.3.4 "}) {
-        EXPECT_FALSE(ParseIpv4(text)) << text;
-    }
-    EXPECT_EQ(ParseIpv4("1.20.0.255"), 0x011400FFU);
-}
-
-TEST(SimulatedCamera, NetworkSettingsHoldFromEnableOn) {
-    CZQSimCamera camera = MakeCameras(1, 0x0A000001, kMask).front();
-    EXPECT_EQ(camera.Execute("SYST:NET:IP 10.9.8.7"), "OK");
-    EXPECT_EQ(camera.Execute("SYST:NET:IP 10.9.8"), "ERR:BAD VALUE");
-    EXPECT_EQ(camera.Execute("SYST:NET:IP?"), "10.0.0.1");
-    EXPECT_EQ(camera.Execute("SYST:NET:ENABLE"), "OK");
-    EXPECT_EQ(camera.Execute("SYST:NET:IP?"), "10.9.8.7");
-    EXPECT_EQ(camera.Execute("SYST:NET:SMASK?"), "255.0.0.0") << "a setting that was not given stays";
-}
-
-TEST(SimulatedCameras, EachAnswersABroadcastOnceFromItsOwnAddress) {
-    if (HasOneLoopbackAddress()) {
-        GTEST_SKIP() << kWhyNot;
-    }
-    constexpr std::size_t kCount = 256;
-    const CZQSimUdpServer server(MakeCameras(kCount, kFirstAddress, kMask), kSettings);
-    Client client;
-    client.Send(kBroadcast, kSettings.discoveryPort, "FFFFFFFFFFFF:SYST:NET:IP?\n");
-    std::set<std::string> answers;
-    while (answers.size() < kCount) {
-        const auto answer = client.Receive(5000);
-        ASSERT_TRUE(answer) << answers.size();
-        EXPECT_EQ(answer->first.substr(12), ":" + FormatIpv4(answer->second) + "\n");
-        EXPECT_TRUE(answers.insert(answer->first).second) << answer->first;
-    }
-
-    const std::string one = server.GetCamera(77).GetIdentity().hardwareAddress;
-    client.Send(kBroadcast, kSettings.commandPort, one + ":SYST:SERN?\n");
-    client.Send(kFirstAddress + 78, kSettings.commandPort,
-                one + ":SYST:SERN?\n");  // not for the camera there
-    EXPECT_EQ(client.Receive(5000), std::pair(one + ":VX00000078\n", kFirstAddress + 77));
-    client.Send(kFirstAddress + 79, kSettings.commandPort, "FFFFFFFFFFFF:SYST:SERN?\n");
-    EXPECT_EQ(client.Receive(5000)->first,
-              server.GetCamera(79).GetIdentity().hardwareAddress + ":VX00000080\n");
-    EXPECT_EQ(server.GetCounts(77).discoveryRequests, 1U);
-    EXPECT_EQ(server.GetCounts(77).commands, 1U);
-    EXPECT_EQ(server.GetCounts(78).commands, 0U);
-}
 
 // How often a camera answers a series of commands, with chance in everything.
 std::uint64_t CountAnswers(std::uint32_t seed) {
@@ -173,29 +125,6 @@ TEST(SimulatedCameras, SeveralSimulatorsHearTheSameBroadcast) {
     const auto other = client.Receive(5000);
     ASSERT_TRUE(one && other);
     EXPECT_NE(one->second, other->second);
-}
-
-TEST(SimulatedCameras, TakesAnyAddressOnAnInterface) {
-    if (platform::HasDriveLetters()) {
-        GTEST_SKIP() << "the system has no command `ip`";
-    }
-    std::string trouble;
-    CZQSimUdpSettings settings;
-    settings.interfaceName = "lo";
-    settings.onTrouble = [&](const std::string& text) { trouble += text; };
-    Client client;
-    {
-        const CZQSimUdpServer server(MakeCameras(1, 0xC0000201, kMask), settings);  // 192.0.2.1
-        client.Send(0xC0000201, settings.commandPort, "FFFFFFFFFFFF:SYST:NET:IP 192.0.2.99\n");
-        EXPECT_TRUE(client.Receive(5000));
-        client.Send(0xC0000201, settings.commandPort, "FFFFFFFFFFFF:SYST:NET:ENABLE\n");
-        EXPECT_EQ(client.Receive(5000)->second, 0xC0000201U) << "answered from the address it was sent to";
-        client.Send(kBroadcast, settings.commandPort, "FFFFFFFFFFFF:SYST:NET:IP?\n");
-        EXPECT_EQ(client.Receive(5000)->second, 0xC0000263U);
-        EXPECT_EQ(trouble, "");
-    }
-    EXPECT_ZQ_ERROR(CZQSimUdpServer(MakeCameras(1, 0xC0000263, kMask), kSettings), ZQ_ERR_SOCKET_CREATE)
-        << "the address was not taken off again";
 }
 
 }  // namespace

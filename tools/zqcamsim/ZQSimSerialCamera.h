@@ -37,7 +37,7 @@ public:
 private:
     struct DueByte {
         Clock::time_point due;
-        char byte;
+        char byte = 0;
     };
 
     void Answer(std::string_view command, Clock::time_point now);

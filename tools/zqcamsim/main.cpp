@@ -47,7 +47,7 @@ public:
         if (m_folder.empty()) {
             return {};
         }
-        const std::string name = "COM" + std::to_string(m_links.size() + 1);
+        std::string name = "COM" + std::to_string(m_links.size() + 1);
         std::filesystem::create_symlink(port, m_folder / name);
         m_links.push_back(m_folder / name);
         return name;
@@ -97,8 +97,9 @@ public:
         }
         for (std::size_t i = 0; i < m_onLines.size(); ++i) {
             const std::string port = m_serial->GetPort(i);
-            const std::string link = m_links.Add(port);
-            PrintCamera(m_onLines[i], link.empty() ? port : link + " " + port);
+            std::string where = m_links.Add(port);
+            where.append(where.empty() ? "" : " ").append(port);
+            PrintCamera(m_onLines[i], where);
         }
         std::puts("ready");
         std::fflush(stdout);

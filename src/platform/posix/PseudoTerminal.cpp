@@ -55,6 +55,7 @@ std::size_t PseudoTerminal::Read(std::span<std::byte> buffer) noexcept {
 void PseudoTerminal::WaitAny(const std::vector<const PseudoTerminal*>& terminals,
                              std::chrono::milliseconds timeout) {
     std::vector<pollfd> entries;
+    entries.reserve(terminals.size());
     for (const PseudoTerminal* const terminal : terminals) {
         entries.push_back({terminal->m_device, POLLIN, 0});
     }
