@@ -10,6 +10,13 @@ add_library(zq_test_support STATIC "${PROJECT_SOURCE_DIR}/tests/support/TestMain
 target_include_directories(zq_test_support PUBLIC "${PROJECT_SOURCE_DIR}/tests")
 target_link_libraries(zq_test_support PUBLIC zqcore zq_options GTest::gmock)
 
+# Holds the precompiled headers of the test programs: an executable like them.
+add_executable(zq_test_headers EXCLUDE_FROM_ALL "${PROJECT_SOURCE_DIR}/tests/support/TestMain.cpp")
+target_link_libraries(zq_test_headers PRIVATE zq_test_support)
+zq_precompile(zq_test_headers
+  <gmock/gmock.h> <gtest/gtest.h> <algorithm> <array> <chrono> <filesystem> <fstream> <functional> <memory> <optional>
+  <span> <string> <thread> <vector>)
+
 #
 # zq_test_program(<name> SOURCES... [LIBRARIES...]): a test program over the inner classes.
 # zq_test(<name> <program> [NETWORK] [TIMEOUT <seconds>] [ARGS...]): one CTest entry for it; NETWORK runs it in a
@@ -19,6 +26,9 @@ function(zq_test_program name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LIBRARIES" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE zq_test_support ${ARG_LIBRARIES})
+  if(ZQ_PRECOMPILE_HEADERS)
+    target_precompile_headers(${name} REUSE_FROM zq_test_headers)
+  endif()
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/tests")
 endfunction()
 

@@ -15,7 +15,9 @@ namespace {
 // The line settings that the kit's scanner uses, or the default ones where there are none.
 CZQComRS232Config LineSettings() {
     try {
-        return {GetApiIniPath(), "DeviceScanner." ZQDEV_SCANNER_NAME_ZQ_RS232};
+        // Found anew each time: a module keeps nothing.
+        const CZQSdkPaths kit(CZQSdkPaths::MakeBinPath(GetOwnModulePath()));
+        return {kit.GetApiIniPath(), "DeviceScanner." ZQDEV_SCANNER_NAME_ZQ_RS232};
     } catch (const CZQException& exception) {
         DebugOutput("ZQSDK: RS232 command module uses the default line settings: %s",
                     exception.GetExtraText().c_str());

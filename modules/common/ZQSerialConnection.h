@@ -14,9 +14,10 @@ public:
     // A channel that is open already.
     explicit CZQSerialConnection(std::unique_ptr<CZQComBase> channel) : m_channel(std::move(channel)) {}
 
-    // What arrived before the command is discarded; after a command that failed, what comes until the line has
-    // been quiet for half a second, too, for nothing in an answer says which command it belongs to. The whole
-    // line within 1000 ms: else ZQ_ERR_COM_TIMEOUT; a line of more than 1023 bytes: ZQ_ERR_BUFFER_TOO_SMALL.
+    // What arrived before the command is discarded; after a command that failed, what comes until the line
+    // has been quiet for half a second, too, for nothing in an answer says which command it belongs to. The
+    // whole line within 1000 ms: else ZQ_ERR_COM_TIMEOUT; a line of more than 1023 bytes:
+    // ZQ_ERR_BUFFER_TOO_SMALL.
     std::string SendCommand(std::string_view command) override;
 
 private:

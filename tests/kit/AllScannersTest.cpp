@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <optional>
 #include <thread>
 
 #include "ZQSimSerialServer.h"
@@ -40,19 +41,20 @@ constexpr const char* kVendorsCameras =
     "[gige.0]\nModel=Valdremonix GE-40\nSerial=G1\nMac=02:00:00:00:00:01\nAddress=10.0.0.1\nVersion=1.1\n"
     "[imaq.0]\nModel=ZQSerCam-1M\nSerial=1\n";
 
-class AllScanners : public ::testing::Test, public KitScan {
+class AllScanners : public ::testing::Test {
 protected:
     AllScanners() {
+        const KitCopy& kit = scan->kit;
         for (const auto& entry : std::filesystem::directory_iterator(ZQ_TEST_STANDINS)) {
             const std::string file = entry.path().filename().string();
             StandIns::Place({file}, file.starts_with("clser") ? kit.Path() / "3dParty/Euresys" : kit.Path());
         }
-        Configure(kAllScanners,
-                  "[DeviceScanner.SCANNER_ZQ_UDP]\r\nNofScanCycles=2\r\nScanTimeMs=400\r\n"
-                  "[DeviceScanner.SCANNER_ZQ_RS232]\r\nScanCOMPorts=" +
-                      std::to_string(serialPort) +
-                      "\r\nCOMPort=1\r\nBaudrate=9600\r\nDatabits=8\r\nStopBits=1\r\nParity=NO\r\n"
-                      "Handshake=NO\r\n");
+        scan->Configure(kAllScanners,
+                        "[DeviceScanner.SCANNER_ZQ_UDP]\r\nNofScanCycles=2\r\nScanTimeMs=400\r\n"
+                        "[DeviceScanner.SCANNER_ZQ_RS232]\r\nScanCOMPorts=" +
+                            std::to_string(serialPort) +
+                            "\r\nCOMPort=1\r\nBaudrate=9600\r\nDatabits=8\r\nStopBits=1\r\nParity=NO\r\n"
+                            "Handshake=NO\r\n");
         // Where the system can play them.
         if (ComPort::AreThere()) {
             network.emplace(sim::MakeCameras(1, 0x7F000101, 0xFF000000, "ZQNetCam-2M"),
@@ -65,13 +67,14 @@ protected:
     // "scanner:address;..." in the order of the list.
     std::string ScanForScanners() {
         std::string text;
-        for (const ZQDEVICEINFO& device : Scan()) {
+        for (const ZQDEVICEINFO& device : scan->Scan()) {
             text += std::string(device.UsedScanner).substr(8) + ":" + device.UsedAddress + ";";
         }
         return text;
     }
 
     static constexpr std::uint32_t serialPort = 41;
+    std::optional<KitScan> scan{std::in_place};
     StandIns standIns;
     StandInPath path;  // where Windows looks for the library of the frame grabbers
     std::optional<sim::CZQSimUdpServer> network;
@@ -88,10 +91,10 @@ TEST_F(AllScanners, MergeInTheirOrderEveryTime) {
         EXPECT_EQ(ScanForScanners(), expected) << "scan " << i;
     }
     // What is in the list can be saved and read again: no field is empty.
-    const std::size_t count = Devices().size();
-    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_SaveDeviceConfig), ZQ_OK);
-    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_LoadDeviceConfig), ZQ_OK);
-    EXPECT_EQ(Devices().size(), count);
+    const std::size_t count = scan->Devices().size();
+    ASSERT_EQ(ZQ_CALL(scan->kit, ZQDEV_SaveDeviceConfig), ZQ_OK);
+    ASSERT_EQ(ZQ_CALL(scan->kit, ZQDEV_LoadDeviceConfig), ZQ_OK);
+    EXPECT_EQ(scan->Devices().size(), count);
 }
 
 // The time limit of a scan, and the library's unloading while a vendor's call is still under way.
@@ -106,7 +109,7 @@ TEST_F(AllScanners, ALibraryThatBlocksCostsItsOwnCamerasAlone) {
     EXPECT_EQ(found.find("TAVI"), std::string::npos) << found;
     EXPECT_EQ(std::count(found.begin(), found.end(), ';'), network ? 12 : 10) << found;
 
-    kit.Unload();
+    scan.reset();
     const auto deadline = std::chrono::steady_clock::now() + 20s;
     while (standIns.Traced().find("ZQTAVI_DeInit") == std::string::npos &&
            std::chrono::steady_clock::now() < deadline) {

@@ -12,6 +12,9 @@ namespace ZQAPI::test {
 class KitScan {
 public:
     KitScan() { EXPECT_EQ(ZQ_CALL(kit, ZQDEV_InitLibrary), ZQ_OK); }
+    KitScan(const KitScan&) = delete;
+    KitScan& operator=(const KitScan&) = delete;
+    ~KitScan() { EXPECT_EQ(ZQ_CALL(kit, ZQDEV_DeInitLibrary), ZQ_OK); }
 
     // The settings of further scans: the active scanners, and what follows in ZQAPI.ini.
     void Configure(const std::string& activeScanners, const std::string& sections) {
