@@ -20,8 +20,9 @@ if(ZQ_SANITIZE)
   add_link_options(-fsanitize=${ZQ_SANITIZE})
 endif()
 
-# zq_precompile(<target> <header>...): the large headers that the target's sources have in common are read once. Not in
-# the native build, which thus notices a header that is used without being included, and which the linter goes by.
+# zq_precompile(<target> <header>...): the large headers that the target's sources have in common are read once. For the
+# sanitizers' builds alone: the others notice a header that is used without being included, the linter goes by them, and
+# GCC's optimiser warns of sound code in precompiled headers.
 option(ZQ_PRECOMPILE_HEADERS "Build with precompiled headers" OFF)
 function(zq_precompile target)
   if(ZQ_PRECOMPILE_HEADERS)

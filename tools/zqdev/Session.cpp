@@ -9,6 +9,8 @@ namespace {
 
 // The scanner's outcome in a line of the library's debug output, for people; nothing in any other line.
 std::optional<std::string> ScannerOutcome(std::string_view line) {
+    // Windows ends its texts with a line end of its own.
+    line = line.substr(0, line.find_last_not_of("\r\n") + 1);
     for (const std::string_view start : {"ZQSDK: Scanner ", "ZQSDK: !! Scanner "}) {
         if (line.starts_with(start)) {
             return Printable(line.substr(start.size()));

@@ -4,7 +4,6 @@
 // ones.
 #include <asm/termbits.h>
 #include <fcntl.h>
-#include <linux/serial.h>
 #include <poll.h>
 #include <sys/file.h>
 #include <sys/ioctl.h>
@@ -14,6 +13,7 @@
 #include <cerrno>
 #include <charconv>
 #include <filesystem>
+#include <fstream>
 #include <string_view>
 
 #include "platform/Files.h"
@@ -47,15 +47,15 @@ bool Reject(SystemErrorCode& error, int code) noexcept {
     return false;
 }
 
-// The number behind the prefix; 0 when there is none.
-std::uint32_t PortNumber(std::string_view name, std::string_view prefix) {
+// The number behind the prefix, if there is nothing else.
+std::optional<std::uint32_t> NumberBehind(std::string_view prefix, std::string_view name) {
     std::uint32_t number = 0;
     if (!name.starts_with(prefix)) {
-        return 0;
+        return std::nullopt;
     }
     const char* const end = name.data() + name.size();
     const auto parsed = std::from_chars(name.data() + prefix.size(), end, number);
-    return parsed.ec == std::errc() && parsed.ptr == end ? number : 0;
+    return parsed.ec == std::errc() && parsed.ptr == end ? std::optional(number) : std::nullopt;
 }
 
 std::string DeviceFile(const std::string& name) {
@@ -64,33 +64,32 @@ std::string DeviceFile(const std::string& name) {
         return folder + "/" + name;
     }
     std::string device = "/dev/" + name;
-    const std::uint32_t number = PortNumber(name, kPrefix);
+    const std::uint32_t number = NumberBehind(kPrefix, name).value_or(0);
     return PathExists(device) || number == 0 ? device : "/dev/ttyS" + std::to_string(number - 1);
 }
 
-// The system has files for more ports than it has hardware for.
-bool IsRealPort(const std::string& device) {
-    const int file = ::open(device.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
-    if (file < 0) {
-        return errno == EBUSY || errno == EACCES;
-    }
-    serial_struct hardware{};
-    const bool isReal = ::ioctl(file, TIOCGSERIAL, &hardware) != 0 || hardware.type != PORT_UNKNOWN;
-    ::close(file);
-    return isReal;
+// The system has files for more ports than it has hardware for, and tells so without the port being opened,
+// which would switch its modem lines.
+bool IsRealPort(const fs::path& device) {
+    constexpr const char* kUnknownHardware = "0";
+    std::error_code ignored;
+    const fs::path file = fs::canonical(device, ignored).filename();
+    std::ifstream kind("/sys/class/tty" / file / "type");
+    std::string type;
+    return !(kind >> type) || type != kUnknownHardware;
 }
 
-void AddPorts(const std::string& folder, std::string_view prefix, std::uint32_t firstNumber,
+// Those of the folder's files that are named like ports: the number in the name and `offset` are the port's.
+// One that is in the list already stays.
+void AddPorts(const std::string& folder, std::string_view prefix, std::uint32_t offset,
               std::vector<SerialPortName>& ports) {
     std::error_code ignored;
     for (const auto& entry : fs::directory_iterator(folder, ignored)) {
-        const std::string name = entry.path().filename().string();
-        const std::uint32_t number = name == std::string(prefix) + "0" ? 0 : PortNumber(name, prefix);
-        const bool isNumbered = number != 0 || (firstNumber != 0 && name.ends_with("S0"));
-        const auto isSame = [&](const auto& port) { return port.number == number + firstNumber; };
-        if (isNumbered && std::none_of(ports.begin(), ports.end(), isSame) &&
-            IsRealPort(entry.path().string())) {
-            ports.push_back({number + firstNumber, entry.path().string()});
+        const auto number = NumberBehind(prefix, entry.path().filename().string());
+        const std::uint32_t port = number ? *number + offset : 0;
+        const auto isSame = [port](const SerialPortName& other) { return other.number == port; };
+        if (port != 0 && std::none_of(ports.begin(), ports.end(), isSame) && IsRealPort(entry.path())) {
+            ports.push_back({port, entry.path().string()});
         }
     }
 }
