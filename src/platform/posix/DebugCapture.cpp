@@ -55,6 +55,10 @@ bool OpenPipe(Pipe& pipe) {
     return true;
 }
 
+// Turns the debug output on; see WriteDebugOutput.
+constexpr const char* kSwitch = "ZQSDK_DEBUG";
+constexpr const char* kOff = "0";
+
 // Puts bytes together to lines.
 class LineSplitter {
 public:
@@ -89,10 +93,17 @@ private:
 // Standard error (descriptor 2) is the writing end of `output` while this lives; `reader` takes the lines off
 // its other end until `stop` is readable and nothing is left.
 struct DebugCapture::State {
-    explicit State(LineCallback onLine) : lines(std::move(onLine)) {}
+    explicit State(LineCallback onLine) : lines(std::move(onLine)) {
+        std::string value;
+        if (GetEnvironmentText(kSwitch, value)) {
+            formerSwitch = value;
+        }
+    }
     State(const State&) = delete;
     State& operator=(const State&) = delete;
     ~State() {
+        SystemErrorCode ignored = 0;
+        SetEnvironmentText(kSwitch, formerSwitch, ignored);
         if (realStream != nullptr) {
             ::dup2(::fileno(realStream), STDERR_FILENO);
         }
@@ -109,6 +120,7 @@ struct DebugCapture::State {
     void Read();
 
     LineSplitter lines;
+    std::string formerSwitch{kOff};
     std::FILE* realStream = nullptr;
     Pipe output;
     Pipe stop;
@@ -161,7 +173,7 @@ DebugCapture::~DebugCapture() = default;
 
 std::unique_ptr<DebugCapture> DebugCapture::Start(LineCallback onLine, SystemErrorCode& error) {
     auto state = std::make_unique<State>(std::move(onLine));
-    if (!SetEnvironmentText("ZQSDK_DEBUG", "1", error)) {
+    if (!SetEnvironmentText(kSwitch, "1", error)) {
         return nullptr;
     }
     if (!state->Start()) {
