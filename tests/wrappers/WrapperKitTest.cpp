@@ -1,12 +1,9 @@
-// The wrapper libraries under a kit, through the exported functions. A program of its own: it puts them on
-// the PATH, and no test after it could find one absent.
+// The wrapper libraries under a kit, through the exported functions.
 #include <gtest/gtest.h>
 
 #include <cstring>
 
-#include "foundation/ZQDllSearchPath.h"
-#include "support/FileBytes.h"
-#include "support/KitCopy.h"
+#include "support/KitScan.h"
 #include "support/StandIns.h"
 
 namespace ZQAPI::test {
@@ -46,30 +43,23 @@ TEST(WrapperKit, ScansAllAtOnceAndChangesAddresses) {
     const StandIns standIns;
     const std::string trace = "TraceFile=" + standIns.TraceFile() + "\n";
     standIns.Play("[pleora]\n" + trace + "[gige]\n" + trace + kCameras);
-    KitCopy kit;
-    WriteSealed(kit.ApiIni(),
-                "[DeviceScanner]\r\nActiveScanners=SCANNER_ZQ_IC;SCANNER_SISO_USB2;SCANNER_PLEORA_IPORT;"
-                "SCANNER_BO_FX;SCANNER_TAVI;SCANNER_ZQ_GIGE\r\n");
-    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_InitLibrary), ZQ_OK);
+    KitScan scan;
+    KitCopy& kit = scan.kit;
+    scan.Configure(
+        "SCANNER_ZQ_IC;SCANNER_SISO_USB2;SCANNER_PLEORA_IPORT;SCANNER_BO_FX;SCANNER_TAVI;SCANNER_ZQ_GIGE",
+        "");
     ZQDEVICEINFO gigE{};
     std::strcpy(gigE.Name, "by hand");
     std::strcpy(gigE.DeviceID, "Valdremonix GE-40:G1");
     std::strcpy(gigE.UsedScanner, ZQDEV_SCANNER_NAME_ZQ_GIGE);
 
     // Without the libraries nothing is found, and the GigE library is looked for again each time.
-    unsigned count = 99;
-    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_ScanForDevices), ZQ_OK);
-    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_GetNofDevices, &count), ZQ_OK);
-    EXPECT_EQ(count, 0U);
+    EXPECT_TRUE(scan.Scan().empty());
     EXPECT_EQ(ZQ_CALL(kit, ZQDEV_ChangeDeviceNetAddr, gigE, "10.1.2.3"), ZQ_ERR_LIBRARY_NOT_LOADED);
 
-    CZQDllSearchPath::AddSearchPath(StandIns::Folder());
-    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_ScanForDevices), ZQ_OK);
-    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_GetNofDevices, &count), ZQ_OK);
+    const StandInPath path;
     std::string listed;
-    ZQDEVICEINFO device{};
-    for (unsigned i = 0; i < count; ++i) {
-        ASSERT_EQ(ZQ_CALL(kit, ZQDEV_GetDevice, i, &device), ZQ_OK);
+    for (ZQDEVICEINFO& device : scan.Scan()) {
         listed += std::string(device.Name) + "=" + device.DeviceID + ";";
         EXPECT_EQ(ZQ_CALL(kit, ZQDEV_RescanDevice, &device), ZQ_OK) << device.DeviceID;
     }
@@ -102,7 +92,6 @@ TEST(WrapperKit, ScansAllAtOnceAndChangesAddresses) {
     ASSERT_EQ(ZQ_CALL(kit, ZQDEV_DeInitLibrary), ZQ_OK);
     ASSERT_EQ(ZQ_CALL(kit, ZQDEV_InitLibrary), ZQ_OK);
     EXPECT_EQ(ZQ_CALL(kit, ZQDEV_ChangeDeviceNetAddr, gigE, "10.1.2.3"), ZQ_ERR_VENDOR_LIBRARY);
-    kit.Unload();
 }
 
 }  // namespace

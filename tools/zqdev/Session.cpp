@@ -27,14 +27,12 @@ Session::~Session() {
     StopListening();
 }
 
-void Session::StartListening(platform::DebugCapture::LineCallback onLine) {
-    platform::SystemErrorCode error = 0;
+bool Session::StartListening(platform::DebugCapture::LineCallback onLine, platform::SystemErrorCode& error) {
     m_capture = platform::DebugCapture::Start(std::move(onLine), error);
-    if (m_capture == nullptr) {
-        throw Failure("can't listen to the debug output (" + FormatSystemError(error).str() +
-                      "); leave -v out");
+    if (m_capture != nullptr) {
+        m_console.SetErrorStream(m_capture->StandardError());
     }
-    m_console.SetErrorStream(m_capture->StandardError());
+    return m_capture != nullptr;
 }
 
 void Session::StopListening() {
@@ -43,8 +41,11 @@ void Session::StopListening() {
 }
 
 ExitStatus Session::Run() {
-    if (m_options.verbose) {
-        StartListening([this](std::string_view line) { m_console.PrintDebug(line); });
+    platform::SystemErrorCode error = 0;
+    if (m_options.verbose &&
+        !StartListening([this](std::string_view line) { m_console.PrintDebug(line); }, error)) {
+        throw Failure("can't listen to the debug output (" + FormatSystemError(error).str() +
+                      "); leave -v out");
     }
     const ExitStatus status = m_action();
     m_console.FlushResults();
@@ -56,11 +57,14 @@ void Session::ShowScannersDuring(const std::function<void()>& call) {
         call();  // every line is shown as it is
         return;
     }
-    StartListening([this](std::string_view line) {
-        if (const auto outcome = ScannerOutcome(line)) {
-            m_console.PrintNote(*outcome);
-        }
-    });
+    platform::SystemErrorCode ignored = 0;
+    StartListening(
+        [this](std::string_view line) {
+            if (const auto outcome = ScannerOutcome(line)) {
+                m_console.PrintNote(*outcome);
+            }
+        },
+        ignored);
     call();
     StopListening();
 }

@@ -58,14 +58,15 @@ public:
     // devices with empty fields pass all the same.
     void Save(bool allowEmpty);
 
-    // While the call runs, what the library tells of each scanner is shown as soon as it has ended.
+    // While the call runs, what the library tells of each scanner is shown as soon as it has ended; where
+    // nobody can listen to that, the call runs all the same.
     void ShowScannersDuring(const std::function<void()>& call);
 
     // Shows the result: the JSON or, for people, the text.
     void Show(const Json& json, const std::string& text);
 
 private:
-    void StartListening(platform::DebugCapture::LineCallback onLine);
+    bool StartListening(platform::DebugCapture::LineCallback onLine, platform::SystemErrorCode& error);
     void StopListening();
     std::string FileOf(Subject subject);
 
