@@ -103,9 +103,8 @@ TEST_F(AllScanners, ALibraryThatBlocksCostsItsOwnCamerasAlone) {
                   standIns.TraceFile() + "\n" + kVendorsCameras);
     const auto start = std::chrono::steady_clock::now();
     const std::string found = ScanForScanners();
-    const auto took = std::chrono::steady_clock::now() - start;
-    EXPECT_GE(took, 29s);
-    EXPECT_LT(took, 32s);
+    // Had the scan waited for the library, its camera would be there.
+    EXPECT_GE(std::chrono::steady_clock::now() - start, 29s);
     EXPECT_EQ(found.find("TAVI"), std::string::npos) << found;
     EXPECT_EQ(std::count(found.begin(), found.end(), ';'), network ? 12 : 10) << found;
 
