@@ -66,9 +66,18 @@ std::string_view CZQDeviceInfo::View(const Field& field) noexcept {
     return {field, static_cast<std::size_t>(end - field)};
 }
 
-void CZQDeviceInfo::SetText(Field& field, const CZQString& text) {
+void CZQDeviceInfo::SetText(Field& field, const char* name, const CZQString& text) {
+    if (text.GetLength() > kMaxTextLength) {
+        throw CZQException(ZQ_HERE("CZQDeviceInfo::SetText"), ZQ_ERR_TEXT_TOO_LONG, "Field=%s; strlen=%ld",
+                           name, static_cast<long>(text.GetLength()));
+    }
     text.CopyToChars(field, static_cast<std::int32_t>(kMaxTextLength));
     std::fill(field + text.GetLength(), std::end(field), '\0');
+}
+
+bool CZQDeviceInfo::ReadsBack(const CZQString& text) noexcept {
+    return text.GetLength() <= kMaxTextLength && !text.HasControlCharacter() &&
+           CZQIniFile::ReadsBack(text.view());
 }
 
 void CZQDeviceInfo::CheckTerminated() const {

@@ -16,7 +16,8 @@ public:
 
     const ZQDEVICEINFO& GetRecord() const noexcept { return m_record; }
 
-    // Setters take at most 64 characters: ZQ_ERR_TEXT_TOO_LONG. Getters never read past a field's end.
+    // Setters take at most 64 characters: ZQ_ERR_TEXT_TOO_LONG, "Field=%s; strlen=%ld". Getters never read
+    // past a field's end.
     CZQString GetName() const { return Text(m_record.Name); }
     CZQString GetDeviceDesc() const { return Text(m_record.DeviceDesc); }
     CZQString GetDeviceTypeByName() const { return Text(m_record.DeviceTypeByName); }
@@ -29,21 +30,29 @@ public:
     CZQString GetIAMAddress() const { return Text(m_record.IAMAddress); }
     CZQString GetFirmwareVersion() const { return Text(m_record.FirmwareVersion); }
 
-    void SetName(const CZQString& text) { SetText(m_record.Name, text); }
-    void SetDeviceDesc(const CZQString& text) { SetText(m_record.DeviceDesc, text); }
-    void SetDeviceTypeByName(const CZQString& text) { SetText(m_record.DeviceTypeByName, text); }
-    void SetDeviceID(const CZQString& text) { SetText(m_record.DeviceID, text); }
-    void SetUsedScanner(const CZQString& text) { SetText(m_record.UsedScanner, text); }
-    void SetUsedAddress(const CZQString& text) { SetText(m_record.UsedAddress, text); }
-    void SetCCM(const CZQString& text) { SetText(m_record.CCM, text); }
-    void SetCCMAddress(const CZQString& text) { SetText(m_record.CCMAddress, text); }
-    void SetIAM(const CZQString& text) { SetText(m_record.IAM, text); }
-    void SetIAMAddress(const CZQString& text) { SetText(m_record.IAMAddress, text); }
-    void SetFirmwareVersion(const CZQString& text) { SetText(m_record.FirmwareVersion, text); }
+    void SetName(const CZQString& text) { SetText(m_record.Name, "Name", text); }
+    void SetDeviceDesc(const CZQString& text) { SetText(m_record.DeviceDesc, "DeviceDesc", text); }
+    void SetDeviceTypeByName(const CZQString& text) {
+        SetText(m_record.DeviceTypeByName, "DeviceTypeByName", text);
+    }
+    void SetDeviceID(const CZQString& text) { SetText(m_record.DeviceID, "DeviceID", text); }
+    void SetUsedScanner(const CZQString& text) { SetText(m_record.UsedScanner, "UsedScanner", text); }
+    void SetUsedAddress(const CZQString& text) { SetText(m_record.UsedAddress, "UsedAddress", text); }
+    void SetCCM(const CZQString& text) { SetText(m_record.CCM, "CCM", text); }
+    void SetCCMAddress(const CZQString& text) { SetText(m_record.CCMAddress, "CCMAddress", text); }
+    void SetIAM(const CZQString& text) { SetText(m_record.IAM, "IAM", text); }
+    void SetIAMAddress(const CZQString& text) { SetText(m_record.IAMAddress, "IAMAddress", text); }
+    void SetFirmwareVersion(const CZQString& text) {
+        SetText(m_record.FirmwareVersion, "FirmwareVersion", text);
+    }
 
     // The identity, without a copy; it lives as long as the record is not changed.
     std::string_view DeviceIDView() const noexcept { return View(m_record.DeviceID); }
     std::string_view UsedScannerView() const noexcept { return View(m_record.UsedScanner); }
+
+    // Whether a field with this text comes back from the device list file as itself: 1 to 64 characters, none
+    // of them a control character, and nothing that reading takes away.
+    static bool ReadsBack(const CZQString& text) noexcept;
 
     // Checks for a record from outside. A field without a NUL: ZQ_ERR_TEXT_TOO_LONG, "Field=%s".
     void CheckTerminated() const;
@@ -66,7 +75,7 @@ private:
 
     static std::string_view View(const Field& field) noexcept;
     static CZQString Text(const Field& field) { return View(field); }
-    static void SetText(Field& field, const CZQString& text);
+    static void SetText(Field& field, const char* name, const CZQString& text);
 
     ZQDEVICEINFO m_record{};
 };

@@ -1,7 +1,7 @@
 #include "scanners/ZQTextCommandCamera.h"
 
 #include "devices/ZQSdkPaths.h"
-#include "foundation/ZQException.h"
+#include "scanners/ZQCameraText.h"
 
 namespace ZQAPI {
 
@@ -10,24 +10,23 @@ CZQTextCommandCamera::CZQTextCommandCamera(const CZQString& moduleName, const CZ
 }
 
 CZQString CZQTextCommandCamera::Ask(const char* command) {
-    CZQString answer = m_ccm.SendCmd(command);
-    answer.TrimRight("\n");
-    // The text goes into the device list file and onto screens.
-    if (answer.HasControlCharacter()) {
-        throw CZQException(ZQ_HERE("CZQTextCommandCamera::Ask"), ZQ_ERR_BAD_VALUE, "Command=%s",
-                           CZQString(command).TrimRight("\n").c_str());
-    }
-    return answer;
+    return m_ccm.SendCmd(command).TrimRight("\n");
+}
+
+CZQString CZQTextCommandCamera::AskIdentity(const char* command) {
+    const CZQString field = CZQString(command).TrimRight("\n");
+    return IdentityText(Ask(command), field.c_str(), ZQ_ERR_BAD_VALUE,
+                        ZQ_HERE("CZQTextCommandCamera::ReadIdentity"));
 }
 
 void CZQTextCommandCamera::ReadIdentity(CZQDeviceInfo& device) {
-    device.SetDeviceTypeByName(Ask("SERV:ID?\n"));
-    device.SetDeviceID(device.GetDeviceTypeByName() + ":" + Ask("SYST:SERN?\n"));
-    device.SetDeviceDesc(Ask("SYST:ID?\n"));
+    device.SetDeviceTypeByName(AskIdentity("SERV:ID?\n"));
+    device.SetDeviceID(device.GetDeviceTypeByName() + ":" + AskIdentity("SYST:SERN?\n"));
+    device.SetDeviceDesc(DescriptionText(Ask("SYST:ID?\n")));
 }
 
 void CZQTextCommandCamera::ReadFirmwareVersion(CZQDeviceInfo& device) {
-    device.SetFirmwareVersion(Ask("SYST:VERS?\n"));
+    device.SetFirmwareVersion(FirmwareVersionText(Ask("SYST:VERS?\n")));
 }
 
 }  // namespace ZQAPI

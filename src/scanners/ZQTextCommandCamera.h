@@ -13,14 +13,16 @@ public:
     CZQTextCommandCamera(const CZQString& moduleName, const CZQString& commandAddress);
 
     // Asks for type, serial number and description and fills DeviceTypeByName, DeviceID ("type:serial") and
-    // DeviceDesc.
+    // DeviceDesc. See ZQCameraText.h for what becomes of texts that can't be kept.
     void ReadIdentity(CZQDeviceInfo& device);
     void ReadFirmwareVersion(CZQDeviceInfo& device);
     void Close() { m_ccm.CloseCCM(); }
 
 private:
-    // The answer without its line feeds. One with a control character: ZQ_ERR_BAD_VALUE, "Command=%s".
+    // The answer without its line feeds.
     CZQString Ask(const char* command);
+    // An answer that the camera is known by; see IdentityText.
+    CZQString AskIdentity(const char* command);
 
     CZQCCM m_ccm;
 };

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <limits>
 
+#include "foundation/Io/ZQIniText.h"
 #include "foundation/Io/ZQProfileFile.h"
 #include "foundation/ZQException.h"
 #include "foundation/ZQSystem.h"
@@ -31,6 +32,11 @@ std::int32_t ToNumber(const CZQString& text) {
 }
 
 }  // namespace
+
+bool CZQIniFile::ReadsBack(std::string_view value) noexcept {
+    return UnquoteIniValue(TrimIniPart(value)) == value && !HasLineBreak(value) &&
+           !std::string_view(kEmptyValue).starts_with(value);
+}
 
 CZQIniFile::CZQIniFile(CZQString fileName)
     : m_fileName(std::move(fileName)), m_profile(std::make_unique<CZQProfileFile>(m_fileName)) {}

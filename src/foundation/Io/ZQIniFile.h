@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string_view>
 
 #include "foundation/ZQException.h"
 #include "foundation/ZQStringArray.h"
@@ -62,6 +63,10 @@ public:
 
     // "true" and "false" in any case, "1" and "0"; anything else ZQ_ERR_INI_BAD_BOOL naming the key.
     bool String2Bool(const CZQString& text, const CZQString& key) const;
+
+    // Whether a value written as it is will be read as the same text: it is neither empty nor the beginning
+    // of the sentinel, and has no blanks or pair of quotes around it, no line break and no NUL.
+    static bool ReadsBack(std::string_view value) noexcept;
 
     // The word that stands for an empty value in the file.
     static constexpr const char* kEmptyValue = "EmpTySTRINg";

@@ -1,0 +1,47 @@
+#include "scanners/ZQCameraText.h"
+
+#include <algorithm>
+
+#include "devices/ZQDeviceInfo.h"
+
+namespace ZQAPI {
+
+namespace {
+
+constexpr std::string_view kBlank = " ";
+
+// For messages: what can't be shown is a dot.
+CZQString Shown(const CZQString& text) {
+    std::string shown = text.str().substr(0, CZQDeviceInfo::kMaxTextLength);
+    std::replace_if(
+        shown.begin(), shown.end(), [](char c) { return CZQString(std::string(1, c)).HasControlCharacter(); },
+        '.');
+    return shown;
+}
+
+CZQString OrElse(CZQString text, const char* substitute) {
+    text.Trim(kBlank);
+    const bool isTooLong = text.GetLength() > CZQDeviceInfo::kMaxTextLength;
+    return isTooLong || CZQDeviceInfo::ReadsBack(text) ? text : CZQString(substitute);
+}
+
+}  // namespace
+
+CZQString IdentityText(CZQString text, const char* field, std::int32_t errorNumber,
+                       const SourceLocation& here) {
+    text.Trim(kBlank);
+    if (!CZQDeviceInfo::ReadsBack(text)) {
+        throw CZQException(here, errorNumber, "%s='%s' can't be kept", field, Shown(text).c_str());
+    }
+    return text;
+}
+
+CZQString DescriptionText(CZQString text) {
+    return OrElse(std::move(text), "?");
+}
+
+CZQString FirmwareVersionText(CZQString text) {
+    return OrElse(std::move(text), "-.-");
+}
+
+}  // namespace ZQAPI
