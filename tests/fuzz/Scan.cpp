@@ -11,6 +11,8 @@
 #include "FoundCameras.h"
 #include "Fuzz.h"
 #include "communication/ZQComIPAddr.h"
+#include "devices/ZQSdkPaths.h"
+#include "foundation/ZQDynamicDLL.h"
 #include "scanners/ZQScanIFZqUDP.h"
 
 using namespace ZQAPI;
@@ -129,6 +131,9 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
         std::exit(2);
     }
     static Camera& camera = *new Camera;
+    // Held: libFuzzer goes on reading the module's counters when it has been unloaded.
+    static const char* const kNoNames[] = {""};
+    static const CZQDynamicDLL module(GetCcmPath() + "ZQCCMUdpAPI.dll", kNoNames, nullptr);
     static const InputFile settings;
     static const InputFile saved;
     settings.Write("[" + std::string(kSection) + kSettings);
