@@ -58,7 +58,7 @@ constexpr OperationRules kOperations[kNofOperations] = {
     {"edit", ZQ_OK}, {"query", ZQ_ERR_BAD_INDEX},
 };
 
-// How often each operation had which result. Thread-safe.
+// How often each operation had which result. Counting is thread-safe.
 class Tally {
 public:
     // The result, for the caller to go by.
@@ -81,16 +81,22 @@ public:
     // Half the scans at least must have found the camera that is always there: else nothing has been tried.
     bool HasSeenCameras() const { return m_found >= m_missed; }
 
+    // A line per operation: "  re-check: 63 ok, 71 times -500003".
     std::string Text() const {
         std::string text;
         for (std::size_t i = 0; i < kNofOperations; ++i) {
+            std::string line;
             for (const auto& [result, times] : m_results[i]) {
-                text += std::string("  ") + kOperations[i].name + " " + std::to_string(result) + ": " +
-                        std::to_string(times) + "\n";
+                line += (line.empty() ? "" : ", ") + std::to_string(times) +
+                        (result == ZQ_OK ? " ok" : " times " + std::to_string(result));
             }
+            text += line.empty() ? "" : std::string("  ") + kOperations[i].name + ": " + line + "\n";
         }
-        return text + "  steady camera found " + std::to_string(m_found) + ", missed " +
-               std::to_string(m_missed) + "\n";
+        if (m_found + m_missed > 0) {
+            text += "  steady camera found " + std::to_string(m_found) + " times, missed " +
+                    std::to_string(m_missed) + "\n";
+        }
+        return text + "  unexpected failures: " + std::to_string(NofUnexpected()) + "\n";
     }
 
 private:
@@ -237,11 +243,10 @@ std::string LibraryFile() {
 
 int Last(const Role& role, seconds time) {
     const zqdev::KitLibrary library(LibraryFile());
-    Tally warmUp;
     Tally tally;
-    warmUp.Count(kLoad, ZQDEV_InitLibrary());
+    tally.Count(kLoad, ZQDEV_InitLibrary());
     const std::size_t nofThreads = ReadProcessFigures().threads;
-    Run(role, Clock::duration(time) / kWarmUpShare, warmUp);
+    Run(role, Clock::duration(time) / kWarmUpShare, tally);
     const ProcessFigures start = FiguresAtRest(nofThreads);
     Run(role, Clock::duration(time) * (kWarmUpShare - 1) / kWarmUpShare, tally);
     const ProcessFigures end = FiguresAtRest(nofThreads);
@@ -249,12 +254,9 @@ int Last(const Role& role, seconds time) {
 
     std::string report = std::string(role.name) + "\n";
     const bool isWithin = Compare(report, start, end);
-    const std::size_t nofUnexpected = warmUp.NofUnexpected() + tally.NofUnexpected();
-    report += " warm-up\n" + warmUp.Text() + " afterwards\n" + tally.Text() +
-              "  unexpected failures: " + std::to_string(nofUnexpected) +
-              (tally.HasSeenCameras() ? "\n" : "\n  TOO FEW CAMERAS FOUND\n");
+    report += tally.Text() + (tally.HasSeenCameras() ? "" : "  TOO FEW CAMERAS FOUND\n");
     std::fputs(report.c_str(), stdout);
-    return isWithin && nofUnexpected == 0 && tally.HasSeenCameras() ? 0 : 1;
+    return isWithin && tally.NofUnexpected() == 0 && tally.HasSeenCameras() ? 0 : 1;
 }
 
 // Comes, loads, scans and goes; every other one while a thread is within a re-check, without a farewell.
