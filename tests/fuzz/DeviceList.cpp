@@ -1,7 +1,9 @@
-// The device list file: what can be loaded is saved and loaded again without a difference.
+// The device list file: what can be loaded is saved and loaded again without a difference. Written by hand it may say
+// what a save does not (a text in quotes with blanks at its ends, the word for an empty text).
 #include <cstring>
 
 #include "Fuzz.h"
+#include "KeepableRecords.h"
 #include "devices/ZQDeviceList.h"
 #include "foundation/Io/ZQConfigFile.h"
 
@@ -36,8 +38,11 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (isLoaded) {
         CZQDeviceList again;
         list.SaveToFile(saved.Path());
-        again.LoadFromFile(saved.Path());
-        ZQ_REQUIRE(AreEqual(list, again));
+        const bool isLoadedAgain = Succeeds([&] { again.LoadFromFile(saved.Path()); });
+        const bool isKeepable = std::all_of(list.begin(), list.end(), [](const CZQDeviceInfo& device) {
+            return IsKeepable(device) && Succeeds([&] { device.CheckName(); });
+        });
+        ZQ_REQUIRE(!isKeepable || (isLoadedAgain && AreEqual(list, again)));
     }
     return 0;
 }

@@ -3,6 +3,7 @@
 // every other exception, like a broken requirement, ends the program.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>

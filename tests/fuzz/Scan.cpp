@@ -8,8 +8,8 @@
 #include <mutex>
 #include <thread>
 
-#include "FoundCameras.h"
 #include "Fuzz.h"
+#include "KeepableRecords.h"
 #include "communication/ZQComIPAddr.h"
 #include "devices/ZQSdkPaths.h"
 #include "foundation/ZQDynamicDLL.h"

@@ -2,8 +2,8 @@
 // what its functions give, in the order of the calls (VendorLibraries.cpp).
 #include <filesystem>
 
-#include "FoundCameras.h"
 #include "Fuzz.h"
+#include "KeepableRecords.h"
 #include "foundation/ZQDynamicDLL.h"
 #include "scanners/ZQScanIFIDSUEye.h"
 #include "scanners/ZQScanIFMatrixVision.h"
