@@ -28,6 +28,8 @@ void CZQCCM::OpenCCM(const CZQString& moduleFile, const CZQString& parameter,
                      const CZQString& commandAddress) {
     CloseCCM();
     OpenLibrary(moduleFile, kNames, m_functions.data());
+    // Each loading and unloading of a module would cost the process a thread-local index.
+    KeepLibrary();
     ZQCCM_HANDLE connection = 0;
     const std::int32_t result = reinterpret_cast<ZQCCM_OpenCCM_Function>(m_functions[kOpen])(
         parameter.c_str(), commandAddress.c_str(), &connection);

@@ -60,7 +60,7 @@ std::optional<std::uint32_t> NumberBehind(std::string_view prefix, std::string_v
 
 std::string DeviceFile(const std::string& name) {
     std::string folder;
-    if (GetEnvironmentText(kPortFolderVariable, folder)) {
+    if (GetTrustedEnvironmentText(kPortFolderVariable, folder)) {
         return folder + "/" + name;
     }
     std::string device = "/dev/" + name;
