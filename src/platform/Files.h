@@ -2,8 +2,8 @@
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <string>
 
 #include "platform/SystemError.h"
@@ -34,9 +34,6 @@ bool RemoveFile(const std::string& path, SystemErrorCode& error) noexcept;
 // permissions away or gives the owner's back; the other bits have no counterpart and are ignored.
 bool SetFileAttributeBits(const std::string& path, std::uint32_t attributes, SystemErrorCode& error) noexcept;
 
-// Forces what was written to the stream's file onto the disk.
-bool SyncToDisk(std::FILE* file, SystemErrorCode& error) noexcept;
-
 // What changes when a file is replaced or written to.
 struct FileStamp {
     std::uint64_t device = 0;
@@ -62,7 +59,10 @@ inline bool IsStampTooYoungToTrust(const FileStamp& stamp) noexcept {
     return FileClockNowNs() - std::max(stamp.modifiedNs, stamp.changedNs) < tick;
 }
 
-// Whole contents. Reading and writing share the file with others; writing truncates in place and creates the
+// More than this is never read.
+inline constexpr std::size_t kMaxFileSize = std::size_t{64} << 20;
+
+// Whole contents of regular files; anything else is refused without waiting for it. Reading and writing share the file with others; writing truncates in place and creates the
 // file if there is none. Missing file, missing folder, a folder of that name, no permission: the system's own
 // code.
 bool ReadWholeFile(const std::string& path, std::string& content, SystemErrorCode& error);

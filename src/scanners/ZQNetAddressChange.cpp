@@ -12,9 +12,8 @@
 #include "foundation/ZQException.h"
 #include "foundation/ZQStopWatch.h"
 #include "scanners/ZQGigEAddressChange.h"
-#include "scanners/ZQScannerErrors.h"
+#include "scanners/ZQPleoraAddressChange.h"
 #include "vendors/ZQGigE.h"
-#include "vendors/ZQPleora.h"
 
 namespace ZQAPI {
 
@@ -94,25 +93,6 @@ void ChangeByTextCommands(const CZQDeviceInfo& device, const CZQString& newAddre
     WaitForCamera(newAddress);
 }
 
-// The library chooses the mask. A camera that can't tell who it is is not the one looked for.
-void ChangeByPleoraLibrary(const CZQDeviceInfo& device, const CZQString& newAddress) {
-    const SourceLocation here = ZQ_HERE("ChangeByPleoraLibrary");
-    CZQPleora library(GetBinPath());
-    const std::uint32_t count = library.GetNofCameras();
-    bool isFound = false;
-    for (std::uint32_t i = 0; i < count && !isFound; ++i) {
-        try {
-            isFound = library.GetCamera(i).GetDeviceID() == device.GetDeviceID();
-        } catch (CZQException& exception) {
-            ReportRecovered(exception, here);
-        }
-    }
-    if (!isFound) {
-        throw DeviceGone(here, device);
-    }
-    library.SetIpAddress(device.GetDeviceID(), newAddress);
-}
-
 }  // namespace
 
 CZQString SubnetMaskOf(const CZQString& address) {
@@ -120,7 +100,7 @@ CZQString SubnetMaskOf(const CZQString& address) {
     const auto octets = ParseDotted(address.view());
     const std::size_t networkOctets = octets ? NetworkOctets(octets->front()) : 0;
     if (networkOctets == 0 || !IsHostAddress(*octets, networkOctets)) {
-        throw CZQException(ZQ_HERE("SubnetMaskOf"), ZQ_ERR_BAD_NEW_ADDRESS);
+        throw CZQException(ZQ_HERE("CZQDeviceAPI::ChangeDeviceNetAddr"), ZQ_ERR_BAD_NEW_ADDRESS);
     }
     return kMasks[networkOctets];
 }
@@ -129,11 +109,11 @@ void ChangeNetAddress(const CZQDeviceInfo& device, const CZQString& newAddress) 
     const CZQString mask = SubnetMaskOf(newAddress);
     const CZQString scanner = device.GetUsedScanner();
     if (scanner == ZQDEV_SCANNER_NAME_PLEORA_IPORT) {
-        ChangeByPleoraLibrary(device, newAddress);
+        ChangePleoraAddress(device, newAddress);
         return;
     }
     if (scanner == ZQDEV_SCANNER_NAME_ZQ_GIGE) {
-        ChangeGigEAddress(*CZQGigE::Shared(), device, newAddress, mask);
+        ChangeGigEAddress(&CZQGigE::Shared, device, newAddress, mask);
         return;
     }
     ChangeByTextCommands(device, newAddress, mask);

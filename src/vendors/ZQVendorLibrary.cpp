@@ -50,12 +50,8 @@ std::uint32_t CZQVendorLibrary::CheckCount(const SourceLocation& here, const cha
     return count;
 }
 
-CZQString CZQVendorLibrary::FieldText(const SourceLocation& here, std::span<const char> field) {
-    CZQString text(std::string(field.begin(), std::find(field.begin(), field.end(), '\0')));
-    if (text.HasControlCharacter()) {
-        throw CZQException(here, ZQ_ERR_BAD_VALUE, "A text of the library has a control character");
-    }
-    return text;
+CZQString CZQVendorLibrary::FieldText(std::span<const char> field) {
+    return CZQString(std::string(field.begin(), std::find(field.begin(), field.end(), '\0'))).Trim(" ");
 }
 
 }  // namespace ZQAPI

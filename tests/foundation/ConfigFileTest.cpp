@@ -168,20 +168,6 @@ TEST_F(ConfigFileTest, WriteModeStartsAnewAndSealsAtTheEnd) {
     EXPECT_TRUE(Logged().Take().empty());
 }
 
-TEST_F(ConfigFileTest, SealAndSyncIsTheLastThingDone) {
-    {
-        CZQConfigFile file(m_path, Mode::kWrite, true);
-        file.SetSection("s");
-        file.WriteString("k", "1");
-        file.SealAndSync();
-        EXPECT_EQ(OpenError(), 0);
-        Put("what came after");
-    }
-    EXPECT_EQ(Bytes(), "what came after");
-    CZQConfigFile never(m_path, Mode::kWrite, true);
-    EXPECT_ZQ_ERROR(never.SealAndSync(), ZQ_ERR_SEAL_COMPUTE);
-}
-
 TEST_F(ConfigFileTest, AFileThatCannotBeSealedAtTheEndIsLogged) {
     {
         const CZQConfigFile file(m_path, Mode::kWrite, true);

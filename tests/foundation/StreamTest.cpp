@@ -86,7 +86,6 @@ TEST_F(StreamTest, EveryOperationChecksBeforeItActs) {
     EXPECT_ZQ_ERROR(writing.Write(&c, 1), ZQ_ERR_STREAM_CLOSED);
     EXPECT_ZQ_ERROR(writing.WriteByte(1), ZQ_ERR_STREAM_CLOSED);
     EXPECT_ZQ_ERROR(writing.Flush(), ZQ_ERR_STREAM_CLOSED);
-    EXPECT_ZQ_ERROR(writing.Sync(), ZQ_ERR_STREAM_CLOSED);
     EXPECT_ZQ_ERROR(writing.GetCurPosition(), ZQ_ERR_STREAM_CLOSED);
     EXPECT_ZQ_ERROR(writing.Seek(0, S::kFromStart), ZQ_ERR_STREAM_CLOSED);
     EXPECT_ZQ_ERROR(writing.GetLength(), ZQ_ERR_STREAM_CLOSED);
@@ -97,7 +96,7 @@ TEST_F(StreamTest, BinaryBytesAreLeftAlone) {
     S stream(m_path, S::kReadWrite, S::kCreate);
     stream.Write(bytes.data(), bytes.size());
     stream.WriteByte(0xFF);
-    stream.Sync();
+    stream.Flush();
     EXPECT_EQ(Bytes(), bytes + '\xFF');
     EXPECT_EQ(stream.Seek(2, 7), 2) << "an unknown origin is the start";
     EXPECT_EQ(stream.Seek(1, S::kFromCurrent), 3);

@@ -18,27 +18,6 @@ constexpr const char* kCameras =
     "[tavi.0]\nModel=T\nBoard=1\nSerial=T1\n"
     "[usb2.0]\nModel=U\nType=275\nSerial=7\nAddress=1-4\n";
 
-TEST(WrapperKit, KnowsTheModulesOfTypesThatNoModelTableNames) {
-    KitCopy kit;
-    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_InitLibrary), ZQ_OK);
-    const struct {
-        const char* deviceType;
-        const char* ccm;
-        const char* iam;
-    } types[] = {{"ZQPL-10", ZQDEV_CCM_PLEORA_IPORT, ZQDEV_IAM_PLEORA_IPORT},
-                 {"ZQTV-20", ZQDEV_CCM_TAVI, ZQDEV_IAM_TAVI},
-                 {"ZQUS-13M", ZQDEV_CCM_SI_USB2, ZQDEV_IAM_SI_USB2},
-                 {"ZQUS-13C", ZQDEV_CCM_SI_USB2, ZQDEV_IAM_SI_USB2},
-                 {"ZQUS-50C", ZQDEV_CCM_SI_USB2, ZQDEV_IAM_SI_USB2}};
-    for (const auto& type : types) {
-        char module[65] = {};
-        EXPECT_EQ(ZQ_CALL(kit, ZQDEV_GetDefaultCCM, type.deviceType, module, 64U), ZQ_OK) << type.deviceType;
-        EXPECT_STREQ(module, type.ccm);
-        EXPECT_EQ(ZQ_CALL(kit, ZQDEV_GetDefaultIAM, type.deviceType, module, 64U), ZQ_OK) << type.deviceType;
-        EXPECT_STREQ(module, type.iam);
-    }
-}
-
 TEST(WrapperKit, ScansAllAtOnceAndChangesAddresses) {
     const StandIns standIns;
     const std::string trace = "TraceFile=" + standIns.TraceFile() + "\n";

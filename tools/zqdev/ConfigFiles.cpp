@@ -1,16 +1,11 @@
 #include "ConfigFiles.h"
 
-#include <cstdio>
 #include <filesystem>
-#include <memory>
 
 #include "Failure.h"
 #include "foundation/Io/ZQConfigFile.h"
 #include "foundation/Io/ZQFile.h"
 #include "foundation/ZQException.h"
-#include "foundation/ZQSystem.h"
-#include "platform/Files.h"
-#include "platform/Process.h"
 
 namespace ZQAPI::zqdev {
 
@@ -19,24 +14,6 @@ namespace {
 // Without the check that is done on opening: that one seals a file which has no seal.
 CZQConfigFile OpenUnchecked(const std::string& file) {
     return {file, CZQConfigFile::Mode::kRead, false};
-}
-
-// The system's code; 0 when the content is on disk.
-platform::SystemErrorCode WriteAndSync(const std::string& file, std::string_view content) {
-    platform::SystemErrorCode error = 0;
-    std::FILE* stream = std::fopen(file.c_str(), "wb");
-    if (stream == nullptr) {
-        return platform::LastSystemError();
-    }
-    if (std::fwrite(content.data(), 1, content.size(), stream) != content.size()) {
-        error = platform::LastSystemError();
-    } else {
-        platform::SyncToDisk(stream, error);
-    }
-    if (std::fclose(stream) != 0 && error == 0) {
-        error = platform::LastSystemError();
-    }
-    return error;
 }
 
 Failure CannotWrite(const std::string& file, const std::string& reason) {
@@ -80,21 +57,14 @@ void ReplaceFile(const std::string& file, std::string_view content) {
     if (error) {
         throw CannotWrite(file, error.message());
     }
-    if (CZQFile::Exists(file)) {
-        std::filesystem::copy_file(file, file + ".bak", std::filesystem::copy_options::overwrite_existing,
-                                   error);
-        if (error) {
-            throw CannotWrite(file + ".bak", error.message());
+    try {
+        if (CZQFile::Exists(file)) {
+            CZQFile::Copy(file + ".bak", file);
         }
+        CZQFile::Replace(file, content);
+    } catch (const CZQException& exception) {
+        throw CannotWrite(file, exception.GetExtraText().str());
     }
-    const std::string temporary = file + "." + std::to_string(platform::ProcessId()) + ".tmp";
-    platform::SystemErrorCode code = WriteAndSync(temporary, content);
-    if (code == 0 && platform::MoveFileTo(temporary, file, true, code)) {
-        return;
-    }
-    platform::SystemErrorCode ignored = 0;
-    platform::RemoveFile(temporary, ignored);
-    throw CannotWrite(file, FormatSystemError(code).str());
 }
 
 }  // namespace ZQAPI::zqdev

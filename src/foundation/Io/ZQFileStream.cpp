@@ -173,15 +173,6 @@ void CZQFileStream::Flush() {
     }
 }
 
-void CZQFileStream::Sync() {
-    CheckWritable("CZQFileStream::Sync");
-    platform::SystemErrorCode error = 0;
-    if (!platform::SyncToDisk(m_file.get(), error)) {
-        throw CZQException(ZQ_HERE("CZQFileStream::Sync"), ZQ_ERR_STREAM_FLUSH, "%s",
-                           FormatSystemError(error).c_str());
-    }
-}
-
 int CZQFileStream::GetTextCharacter() noexcept {
     std::FILE* const file = m_file.get();
     const int c = std::getc(file);

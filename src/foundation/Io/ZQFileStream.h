@@ -40,8 +40,6 @@ public:
     void Write(const void* buffer, std::size_t count) override;
     void WriteByte(std::uint8_t value) override;
     void Flush() override;
-    // Flush, and onto the disk itself.
-    void Sync();
     // What is still buffered goes to the file, but only Flush tells whether it got there.
     void Close() noexcept override { m_file.reset(); }
 
