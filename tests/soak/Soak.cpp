@@ -36,7 +36,7 @@ using std::chrono::seconds;
 
 // What a process may hold at its end beyond what it held after the warm-up: the allocator's habits, and what is opened
 // once when it is first needed.
-constexpr std::size_t kMemoryBoundKiB = 8 * 1024;
+constexpr std::size_t kMemoryBoundKiB = 8192;
 constexpr std::size_t kHandleBound = 4;
 constexpr std::size_t kThreadBound = 0;
 constexpr std::size_t kThreadLocalBound = 1;
@@ -264,9 +264,8 @@ int Visit(bool goesAbruptly) {
     // Not unloaded: a thread may be in it to the end.
     static const auto* const library [[maybe_unused]] = new zqdev::KitLibrary(LibraryFile());
     Tally tally;
-    Worker worker{tally, std::minstd_rand(1), {}};
     tally.Count(kLoad, ZQDEV_InitLibrary());
-    Scan(worker);
+    tally.Count(kScan, ZQDEV_ScanForDevices());
     if (goesAbruptly) {
         static std::atomic<bool> isUnderWay{false};
         std::thread([device = test::SampleDevice("gone").GetRecord()]() mutable {
@@ -311,7 +310,7 @@ int Everything(seconds time) {
 }
 
 int Main(const std::vector<std::string>& arguments) {
-    const seconds time(arguments.empty() ? 0 : std::atoi(arguments.back().c_str()));
+    const seconds time(arguments.empty() ? 0 : std::strtol(arguments.back().c_str(), nullptr, 10));
     if (arguments.size() == 1 && time.count() > 0) {
         return Everything(time);
     }

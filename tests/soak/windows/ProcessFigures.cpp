@@ -5,18 +5,18 @@
 #include <psapi.h>
 #include <tlhelp32.h>
 
+#include <cstdint>
 #include <vector>
 
 namespace ZQAPI::soak {
 
 namespace {
 
-std::size_t PrivateKiB() {
-    PROCESS_MEMORY_COUNTERS_EX counters{};
+std::size_t ResidentKiB() {
+    PROCESS_MEMORY_COUNTERS counters{};
     counters.cb = sizeof counters;
-    GetProcessMemoryInfo(GetCurrentProcess(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&counters),
-                         sizeof counters);
-    return counters.PrivateUsage / 1024;
+    GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters);
+    return counters.WorkingSetSize / 1024;
 }
 
 // Tried one by one: Wine does not count them.
@@ -57,7 +57,7 @@ std::size_t NofIndicesLeft() {
 }  // namespace
 
 ProcessFigures ReadProcessFigures() {
-    return {PrivateKiB(), NofHandles(), NofThreads(), NofIndicesLeft()};
+    return {ResidentKiB(), NofHandles(), NofThreads(), NofIndicesLeft()};
 }
 
 }  // namespace ZQAPI::soak
