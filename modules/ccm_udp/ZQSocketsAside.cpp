@@ -16,6 +16,8 @@ namespace ZQAPI {
 namespace {
 
 constexpr std::chrono::seconds kLongestUnderWay{3};
+// Thousands of silent cameras are asked within that time.
+constexpr std::size_t kMaxSockets = 16;
 
 class SocketsAside {
 public:
@@ -24,6 +26,9 @@ public:
     // True when a thread is needed that runs CloseWhenDue.
     bool Add(platform::UdpSocket socket) {
         const std::lock_guard lock(m_mutex);
+        if (m_sockets.size() == kMaxSockets) {
+            m_sockets.pop_front();
+        }
         m_sockets.push_back({Clock::now() + kLongestUnderWay, std::move(socket)});
         return !std::exchange(m_closing, true);
     }
