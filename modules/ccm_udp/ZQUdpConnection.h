@@ -8,8 +8,8 @@
 #include <string_view>
 
 #include "ZQCommandConnection.h"
-#include "ZQUdpCameraAddress.h"
 #include "communication/ZQComWs2DllInit.h"
+#include "communication/ZQUdpCameraAddress.h"
 #include "platform/UdpSocket.h"
 
 namespace ZQAPI {

@@ -9,6 +9,7 @@
 #include "ZQAPI/ZQCommandModule.h"
 #include "ZQCommandConnection.h"
 #include "foundation/ZQException.h"
+#include "foundation/ZQNoDestructor.h"
 
 namespace ZQAPI {
 
@@ -48,8 +49,10 @@ private:
 };
 
 Connections& OpenConnections() {
-    static Connections connections;
-    return connections;
+    // Never destroyed: a connection that nobody closed must not give back sockets and ports while the module
+    // is unloaded, under the loader's lock.
+    static CZQNoDestructor<Connections> connections;
+    return connections.Get();
 }
 
 void RequireInput(const void* input) {

@@ -97,14 +97,13 @@ std::uint32_t CZQComUDP::Send(const void* buffer, std::uint32_t length) {
 
 // Takes the next datagram; the number of its bytes, 0 when it doesn't count.
 std::uint32_t CZQComUDP::ReceiveDatagram(std::span<std::byte> buffer) {
-    platform::Ipv4SocketAddress sender;
     platform::SystemErrorCode error = 0;
-    const auto received = m_socket.ReceiveFrom(buffer, sender, error);
+    const auto received = m_socket.ReceiveFrom(buffer, m_sender, error);
     if (!received) {
         throw CZQException(ZQ_HERE("CZQComUDP::Recv"), ZQ_ERR_COM_RECV, "Host=%s, %s",
                            m_config.GetHostName().c_str(), FormatSystemError(error).c_str());
     }
-    const bool counts = m_remoteAddress.addressBe == kBroadcastBe || sender == m_remoteAddress;
+    const bool counts = m_remoteAddress.addressBe == kBroadcastBe || m_sender == m_remoteAddress;
     return counts ? static_cast<std::uint32_t>(*received) : 0;
 }
 

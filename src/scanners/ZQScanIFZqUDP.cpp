@@ -1,8 +1,5 @@
 #include "scanners/ZQScanIFZqUDP.h"
 
-#include <algorithm>
-#include <limits>
-
 #include "devices/ZQCamConfigFile.h"
 #include "devices/ZQSdkPaths.h"
 #include "foundation/Io/ZQIniFile.h"
@@ -21,14 +18,6 @@ constexpr const char* kName = ZQDEV_SCANNER_NAME_ZQ_UDP;
 
 // Cameras asked at the same time: their latencies add up otherwise.
 constexpr std::size_t kMaxParallelCameras = 128;
-
-void ReadCount(CZQIniFile& ini, const char* key, std::uint32_t& value) {
-    if (ini.KeyExists(key)) {
-        std::int32_t number = 0;
-        ini.ReadLong(key, number);
-        value = static_cast<std::uint32_t>(std::max(number, 0));
-    }
-}
 
 // The module reaches a camera in a foreign subnet only through the interface that heard it.
 CZQString CommandAddress(const SUdpDeviceConnInfo& camera) {
@@ -75,14 +64,7 @@ CZQDeviceInfo Identify(const SUdpDeviceConnInfo& answer) {
 CZQScanIFZqUDP::CZQScanIFZqUDP(const CZQString& apiIniPath, const CZQString& section) {
     CZQIniFile ini(apiIniPath);
     ini.SetSection(section);
-    std::uint32_t port = m_settings.port;
-    ReadCount(ini, "IPPort", port);
-    m_settings.port = static_cast<std::uint16_t>(port);
-    ReadCount(ini, "NofScanCycles", m_settings.nofCycles);
-    ReadCount(ini, "ScanTimeMs", m_settings.scanTimeMs);
-    if (ini.KeyExists("BindToNetworkCard")) {
-        ini.ReadBool("BindToNetworkCard", m_settings.bindToNetworkCard);
-    }
+    m_settings = ReadUdpDiscoverySettings(ini);
 }
 
 void CZQScanIFZqUDP::Scan(CZQDeviceList& found) {

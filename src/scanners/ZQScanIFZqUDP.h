@@ -8,8 +8,7 @@ namespace ZQAPI {
 // Finds the maker's network cameras by UDP broadcast and identifies each through the UDP command module.
 class CZQScanIFZqUDP : public CZQScanIFBase {
 public:
-    // Reads "IPPort", "NofScanCycles", "ScanTimeMs" and "BindToNetworkCard" from the section; a missing key
-    // keeps its default. A cycle count of 0 or less: nothing is sent, nothing found.
+    // The section's settings as ReadUdpDiscoverySettings reads them.
     CZQScanIFZqUDP(const CZQString& apiIniPath, const CZQString& section);
 
     // A camera that can't be identified is logged, handed to the error reporter and left out.
