@@ -17,6 +17,8 @@ namespace ZQAPI {
 namespace {
 
 constexpr std::chrono::seconds kLongestUnderWay{3};
+// Thousands of silent cameras are asked within that time.
+constexpr std::size_t kMaxSockets = 16;
 
 // Thread-safe. Holds nothing while no socket is aside: there is then nothing to give back when the module is
 // unloaded, which happens under the loader's lock, where the socket library must not be called.
@@ -29,6 +31,9 @@ public:
         const std::lock_guard lock(m_mutex);
         if (!m_socketLibrary) {
             m_socketLibrary.emplace();
+        }
+        if (m_sockets.size() == kMaxSockets) {
+            m_sockets.pop_front();
         }
         m_sockets.push_back({Clock::now() + kLongestUnderWay, std::move(socket)});
         return !std::exchange(m_closing, true);

@@ -33,11 +33,13 @@ public:
         return found->second;
     }
 
-    void Remove(ZQCCM_HANDLE handle) {
+    std::shared_ptr<CZQCommandConnection> Remove(ZQCCM_HANDLE handle) {
         const std::lock_guard lock(m_mutex);
-        if (m_connections.erase(handle) == 0) {
+        auto removed = m_connections.extract(handle);
+        if (removed.empty()) {
             throw CZQException(ZQ_HERE("Connections::Remove"), ZQ_ERR_CONNECTION_NOT_OPEN);
         }
+        return std::move(removed.mapped());
     }
 
 private:
@@ -102,7 +104,7 @@ std::int32_t ZQCCM_OpenCCM(const char* parameter, const char* address, ZQCCM_HAN
 }
 
 std::int32_t ZQCCM_CloseCCM(ZQCCM_HANDLE handle) {
-    return ZQAPI::ResultOf([&] { ZQAPI::OpenConnections().Remove(handle); });
+    return ZQAPI::ResultOf([&] { ZQAPI::OpenConnections().Remove(handle)->Abort(); });
 }
 
 std::int32_t ZQCCM_SendCmd(ZQCCM_HANDLE handle, const char* command, char* answer, std::uint32_t answerSize) {

@@ -153,6 +153,11 @@ std::uint32_t CZQComUDP::Recv(void* buffer, std::uint32_t size, std::uint32_t ti
     return received;
 }
 
+bool CZQComUDP::WaitForDatagram(std::uint32_t timeoutMs) noexcept {
+    // A failed wait is for Recv to deal with.
+    return m_socket.WaitReadable(std::chrono::milliseconds(timeoutMs)) != platform::WaitResult::kTimeout;
+}
+
 void CZQComUDP::Flush() {
     const SourceLocation here = ZQ_HERE("CZQComUDP::Flush");
     if (!m_open) {

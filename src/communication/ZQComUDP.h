@@ -35,6 +35,8 @@ public:
                        bool returnOnFirstData) override;
     // Who sent the last datagram that Recv took.
     const platform::Ipv4SocketAddress& GetSender() const noexcept { return m_sender; }
+    // Whether there is something to receive, waited for at most `timeoutMs`. Takes nothing off.
+    bool WaitForDatagram(std::uint32_t timeoutMs) noexcept;
     bool IsOpen() const noexcept override { return m_open; }
     bool IsDatagram() const noexcept override { return true; }
     CZQComUDPConfig& GetConfig() noexcept override { return m_config; }

@@ -24,6 +24,9 @@ constexpr std::string_view kRequest = "FFFFFFFFFFFF:SYST:NET:IP?\n";
 constexpr const char* kBroadcastAddress = "255.255.255.255";
 constexpr std::size_t kMaxAnswerSize = 63;
 
+// That the search is to end is noticed within this time.
+constexpr std::uint32_t kMaxWaitMs = 5;
+
 using AnswerBuffer = std::array<char, kMaxAnswerSize + 1>;
 
 // Takes one datagram off the channel; none when the time passed without one.
@@ -44,8 +47,9 @@ std::optional<std::string_view> ReceiveAnswer(CZQComUDP& channel, AnswerBuffer& 
 // One search over all its sockets.
 class Discovery {
 public:
-    Discovery(const UdpDiscoverySettings& settings, const UdpHeardCallback& onHeard)
-        : m_settings(settings), m_onHeard(onHeard) {}
+    Discovery(const UdpDiscoverySettings& settings, const UdpHeardCallback& onHeard,
+              const UdpGoesOnCallback& goesOn)
+        : m_settings(settings), m_onHeard(onHeard), m_goesOn(goesOn) {}
 
     void Run() { m_settings.bindToNetworkCard ? ListenOnAllCards() : Listen(BroadcastConfig(), 0, ""); }
 
@@ -99,12 +103,16 @@ private:
         AnswerBuffer buffer{};
         // All cycles go by one watch: a cycle that ends a little late takes nothing from the whole.
         const CZQStopWatch watch(true);
-        for (std::uint32_t cycle = 0; cycle < nofCycles; ++cycle) {
+        for (std::uint32_t cycle = 0; cycle < nofCycles && m_goesOn(); ++cycle) {
             channel.Send(kRequest.data(), static_cast<std::uint32_t>(kRequest.size()));
             const std::uint64_t cycleEndMs = (cycle + 1) * cycleMs;
-            for (std::uint64_t now = watch.GetElapsed(); now < cycleEndMs; now = watch.GetElapsed()) {
-                const auto text =
-                    ReceiveAnswer(channel, buffer, static_cast<std::uint32_t>(cycleEndMs - now));
+            for (std::uint64_t now = watch.GetElapsed(); now < cycleEndMs && m_goesOn();
+                 now = watch.GetElapsed()) {
+                const auto leftMs = static_cast<std::uint32_t>(cycleEndMs - now);
+                if (!channel.WaitForDatagram(std::min(leftMs, kMaxWaitMs))) {
+                    continue;
+                }
+                const auto text = ReceiveAnswer(channel, buffer, leftMs);
                 if (!text) {
                     break;
                 }
@@ -125,6 +133,7 @@ private:
 
     const UdpDiscoverySettings& m_settings;
     const UdpHeardCallback& m_onHeard;
+    const UdpGoesOnCallback& m_goesOn;
     CZQIgnoredDatagrams m_ignored;
 };
 
@@ -162,15 +171,17 @@ UdpDiscoverySettings ReadUdpDiscoverySettings(CZQIniFile& ini) {
     return settings;
 }
 
-void ListenForUdpDevices(const UdpDiscoverySettings& settings, const UdpHeardCallback& onHeard) {
-    Discovery(settings, onHeard).Run();
+void ListenForUdpDevices(const UdpDiscoverySettings& settings, const UdpHeardCallback& onHeard,
+                         const UdpGoesOnCallback& goesOn) {
+    Discovery(settings, onHeard, goesOn).Run();
 }
 
 std::vector<SUdpDeviceConnInfo> DiscoverUdpDevices(const UdpDiscoverySettings& settings) {
     CZQUdpCameras cameras;
-    ListenForUdpDevices(settings, [&cameras](std::size_t card, const SUdpDeviceConnInfo& camera) {
-        cameras.Add(card, camera);
-    });
+    ListenForUdpDevices(
+        settings,
+        [&cameras](std::size_t card, const SUdpDeviceConnInfo& camera) { cameras.Add(card, camera); },
+        [] { return true; });
     return cameras.Take();
 }
 

@@ -27,10 +27,14 @@ UdpDiscoverySettings ReadUdpDiscoverySettings(CZQIniFile& ini);
 // it. Called on the listening threads, several at once: it must be quick, or answers are lost.
 using UdpHeardCallback = std::function<void(std::size_t card, const SUdpDeviceConnInfo& camera)>;
 
+// Whether to go on sending and listening; asked every few milliseconds on the listening threads.
+using UdpGoesOnCallback = std::function<bool()>;
+
 // Broadcasts and listens for `scanTimeMs`. Without bindToNetworkCard the channel's errors are thrown; with it
 // they end the search on their interface, one thread each, and go to the debug output. What comes in and
 // counts for nothing is told there too.
-void ListenForUdpDevices(const UdpDiscoverySettings& settings, const UdpHeardCallback& onHeard);
+void ListenForUdpDevices(const UdpDiscoverySettings& settings, const UdpHeardCallback& onHeard,
+                         const UdpGoesOnCallback& goesOn);
 
 // The same, and what was heard in all, as CZQUdpCameras has it.
 std::vector<SUdpDeviceConnInfo> DiscoverUdpDevices(const UdpDiscoverySettings& settings);

@@ -141,7 +141,14 @@ TEST_F(UdpScan, SilentCommandPortAndUnknownTypeLeaveTheOthers) {
     sim::CZQSimFaults faults;
     faults.command.silent = true;
     server.SetFaults(1, faults);
-    const std::vector<ZQDEVICEINFO> devices = Scan();
+    std::vector<ZQDEVICEINFO> devices;
+    const std::string told = ToldDuring([&] { devices = Scan(); });
+    for (const char* const camera : {"127.0.1.11", "127.0.1.12"}) {
+        EXPECT_NE(told.find(std::string("ExtraText: Address=") + camera + ", HardwareAddress="),
+                  std::string::npos)
+            << camera << " is not named in\n"
+            << told;
+    }
     ASSERT_EQ(devices.size(), 1U);
     EXPECT_STREQ(devices[0].UsedAddress, "127.0.1.13");
     // Three tries of the first question, no more.
