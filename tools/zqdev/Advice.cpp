@@ -1,6 +1,7 @@
 #include "Advice.h"
 
 #include "ConfigFiles.h"
+#include "Text.h"
 #include "foundation/Io/ZQFile.h"
 #include "foundation/ZQErrorNumbers.h"
 
@@ -107,7 +108,7 @@ std::string Filled(std::string text, const Kit& kit, const std::string& file) {
         const std::size_t end = text.find('}', start);
         std::string arguments = text.substr(start + kCall.size(), end - start - kCall.size());
         if (const std::size_t name = arguments.find("FILE"); name != std::string::npos) {
-            arguments.replace(name, 4, "'" + file + "'");
+            arguments.replace(name, 4, Quoted(file));
         }
         text.replace(start, end + 1 - start, kit.Command(arguments));
     }

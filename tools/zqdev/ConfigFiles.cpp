@@ -11,6 +11,7 @@
 #include "foundation/ZQSystem.h"
 #include "platform/Files.h"
 #include "platform/Process.h"
+#include "platform/SystemText.h"
 
 namespace ZQAPI::zqdev {
 
@@ -74,15 +75,20 @@ bool IsDeviceListEmpty(const std::string& file) {
     }
 }
 
+void MakeFolder(const std::string& folder) {
+    std::error_code error;
+    std::filesystem::create_directories(platform::ToPath(folder), error);
+    if (error) {
+        throw Failure("can't make the folder " + folder + " (" + error.message() +
+                      "); check that the one it lies in can be written to and has room");
+    }
+}
+
 void ReplaceFile(const std::string& file, std::string_view content) {
     std::error_code error;
-    std::filesystem::create_directories(std::filesystem::path(file).parent_path(), error);
-    if (error) {
-        throw CannotWrite(file, error.message());
-    }
     if (CZQFile::Exists(file)) {
-        std::filesystem::copy_file(file, file + ".bak", std::filesystem::copy_options::overwrite_existing,
-                                   error);
+        std::filesystem::copy_file(platform::ToPath(file), platform::ToPath(file + ".bak"),
+                                   std::filesystem::copy_options::overwrite_existing, error);
         if (error) {
             throw CannotWrite(file + ".bak", error.message());
         }

@@ -16,7 +16,10 @@ std::uint32_t Seal(const std::string& file);
 // Whether the file is there and its list of devices has no entry.
 bool IsDeviceListEmpty(const std::string& file);
 
-// Writes the file whole or not at all, its folder too when there is none. An existing file is kept as
+// Makes the folder where there is none, and those that it lies in. Throws Failure.
+void MakeFolder(const std::string& folder);
+
+// Writes the file whole or not at all. An existing file is kept as
 // FILE.bak. Throws Failure.
 void ReplaceFile(const std::string& file, std::string_view content);
 

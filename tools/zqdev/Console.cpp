@@ -16,7 +16,7 @@ void Console::SetErrorStream(std::FILE* stream) {
 void Console::Print(std::string_view text) {
     const std::lock_guard lock(m_mutex);
     EraseProgress();
-    std::fwrite(text.data(), 1, text.size(), stdout);
+    platform::WriteUtf8(stdout, text);
 }
 
 void Console::FlushResults() {
@@ -52,7 +52,7 @@ void Console::PrintLine(const std::string& line) {
     const std::lock_guard lock(m_mutex);
     EraseProgress();
     std::fflush(stdout);  // what was printed before comes before
-    std::fwrite(line.data(), 1, line.size(), m_errors);
+    platform::WriteUtf8(m_errors, line);
     std::fflush(m_errors);
 }
 
@@ -62,7 +62,7 @@ void Console::ShowProgress(const std::string& text) {
         return;
     }
     EraseProgress();
-    std::fwrite(text.data(), 1, text.size(), m_errors);
+    platform::WriteUtf8(m_errors, text);
     std::fflush(m_errors);
     m_progressColumns = ColumnsOf(text);
 }
