@@ -5,8 +5,6 @@
 #include "foundation/Io/ZQConfigFile.h"
 #include "foundation/Io/ZQFile.h"
 #include "foundation/ZQException.h"
-#include "platform/Files.h"
-#include "platform/Process.h"
 
 namespace ZQAPI {
 
@@ -16,23 +14,26 @@ constexpr char kNameSeparator = ';';
 constexpr const char* kListSection = "General";
 constexpr const char* kListKey = "Devices";
 
-// A file beside `path` that is gone when this is, unless it was moved away.
-class TemporaryFile {
-public:
-    explicit TemporaryFile(const CZQString& path)
-        : m_path(CZQString::Formatted("%s.%lu.tmp", path.c_str(), platform::ProcessId())) {}
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
-    ~TemporaryFile() {
-        platform::SystemErrorCode ignored = 0;
-        platform::RemoveFile(m_path.str(), ignored);
+// The list as text, not sealed.
+std::string TextOf(const CZQDeviceList& list, const CZQString& path) {
+    CZQIniFile file(path);  // for the rules of the text alone
+    const CZQIniBatch text(file, "");
+
+    // Written first so that it stands first.
+    file.SetSection(kListSection);
+    file.WriteVerbatim(kListKey, "");
+    CZQString names;
+    for (const CZQDeviceInfo& device : list) {
+        device.SaveToIni(file);
+        if (!names.IsEmpty()) {
+            names += kNameSeparator;
+        }
+        names += device.GetName();
     }
-
-    const CZQString& Path() const noexcept { return m_path; }
-
-private:
-    CZQString m_path;
-};
+    file.SetSection(kListSection);
+    file.WriteVerbatim(kListKey, names);
+    return text.Text();
+}
 
 }  // namespace
 
@@ -91,28 +92,18 @@ void CZQDeviceList::LoadFromFile(const CZQString& path) {
 }
 
 void CZQDeviceList::SaveToFile(const CZQString& path) const {
-    const TemporaryFile temporary(path);
-    {
-        CZQConfigFile file(temporary.Path(), CZQConfigFile::Mode::kWrite, true);
-        CZQIniBatch batch(file);
-
-        // Written first so that it stands first.
-        file.SetSection(kListSection);
-        file.WriteVerbatim(kListKey, "");
-        CZQString names;
-        for (const CZQDeviceInfo& device : m_devices) {
-            device.SaveToIni(file);
-            if (!names.IsEmpty()) {
-                names += kNameSeparator;
-            }
-            names += device.GetName();
+    const std::string content = CZQConfigFile::Sealed(TextOf(*this, path));
+    try {
+        CZQFile::Replace(path, content);
+    } catch (CZQException& exception) {
+        if (exception.GetErrorNumber() == ZQ_ERR_FILE_MOVE) {
+            throw;
         }
-        file.SetSection(kListSection);
-        file.WriteVerbatim(kListKey, names);
-        batch.Commit();
-        file.SealAndSync();
+        exception.AddCatchLocation(ZQ_HERE("CZQDeviceList::SaveToFile"));
+        throw CZQException(ZQ_HERE("CZQDeviceList::SaveToFile"), ZQ_ERR_INI_WRITE, "%s",
+                           exception.GetExtraText().c_str())
+            .CausedBy(exception);
     }
-    CZQFile::Move(path, temporary.Path(), true);
 }
 
 }  // namespace ZQAPI

@@ -2,8 +2,8 @@
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <string>
 
 #include "platform/SystemError.h"
@@ -25,6 +25,9 @@ bool IsFileNameCaseInsensitive() noexcept;
 // True for a file or a folder; trailing separators are ignored.
 bool PathExists(const std::string& path) noexcept;
 
+// True when what has this name is no regular file but a folder, a device or a pipe.
+bool IsSpecialFile(const std::string& path) noexcept;
+
 // Moves a file, in one step as others see it. Without `replace` an existing destination is an error.
 bool MoveFileTo(const std::string& source, const std::string& destination, bool replace,
                 SystemErrorCode& error) noexcept;
@@ -33,9 +36,6 @@ bool RemoveFile(const std::string& path, SystemErrorCode& error) noexcept;
 // Sets the attributes that Windows knows (FILE_ATTRIBUTE_READONLY = 1, ...). Elsewhere bit 0 takes the write
 // permissions away or gives the owner's back; the other bits have no counterpart and are ignored.
 bool SetFileAttributeBits(const std::string& path, std::uint32_t attributes, SystemErrorCode& error) noexcept;
-
-// Forces what was written to the stream's file onto the disk.
-bool SyncToDisk(std::FILE* file, SystemErrorCode& error) noexcept;
 
 // What changes when a file is replaced or written to.
 struct FileStamp {
@@ -62,7 +62,10 @@ inline bool IsStampTooYoungToTrust(const FileStamp& stamp) noexcept {
     return FileClockNowNs() - std::max(stamp.modifiedNs, stamp.changedNs) < tick;
 }
 
-// Whole contents. Reading and writing share the file with others; writing truncates in place and creates the
+// More than this is never read.
+inline constexpr std::size_t kMaxFileSize = std::size_t{64} << 20;
+
+// Whole contents of regular files; anything else is refused without waiting for it. Reading and writing share the file with others; writing truncates in place and creates the
 // file if there is none. Missing file, missing folder, a folder of that name, no permission: the system's own
 // code.
 bool ReadWholeFile(const std::string& path, std::string& content, SystemErrorCode& error);

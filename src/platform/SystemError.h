@@ -10,6 +10,22 @@ namespace ZQAPI::platform {
 // error.
 using SystemErrorCode = std::uint32_t;
 
+// This layer's own codes, where the system has none; no system uses numbers like these.
+inline constexpr SystemErrorCode kNotARegularFile = 0x20000001;
+inline constexpr SystemErrorCode kFileTooLarge = 0x20000002;
+
+// Null for a code of the system's.
+constexpr const char* OwnErrorText(SystemErrorCode code) noexcept {
+    switch (code) {
+        case kNotARegularFile:
+            return "not a regular file";
+        case kFileTooLarge:
+            return "larger than 64 MiB";
+        default:
+            return nullptr;
+    }
+}
+
 // The code left by the last failing system call of this thread. To be taken on the line that failed.
 SystemErrorCode LastSystemError() noexcept;
 void SetLastSystemError(SystemErrorCode code) noexcept;

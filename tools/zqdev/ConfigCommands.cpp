@@ -4,7 +4,6 @@
 #include "Commands.h"
 #include "ConfigFiles.h"
 #include "Text.h"
-#include "foundation/Io/ZQFile.h"
 #include "foundation/Io/ZQIniFile.h"
 #include "foundation/ZQException.h"
 #include "platform/SystemText.h"
@@ -33,7 +32,7 @@ struct SealOptions {
 
 // In a word or two.
 std::string StateOf(const std::string& file) {
-    if (!CZQFile::Exists(file)) {
+    if (IsMissing(file)) {
         return "missing";
     }
     switch (SealError(file)) {
@@ -50,7 +49,7 @@ std::string StateOf(const std::string& file) {
 
 // What is done with a file, and said of it.
 std::string Initialise(const std::string& file, std::string_view content, bool mend, bool force) {
-    const bool exists = CZQFile::Exists(file);
+    const bool exists = !IsMissing(file);
     if (exists && !force && !mend) {
         const std::string state = StateOf(file);
         return "left as it is" + (state == "sealed" ? "" : ", although it is " + state);
@@ -225,7 +224,7 @@ ExitStatus SealFiles(Session& session, const SealOptions& options) {
         } catch (const CZQException& exception) {
             session.Show(json, text);
             throw Failure(FailureLine("can't seal " + file, exception.GetErrorNumber(),
-                                      "check that it is a file that can be read and written"));
+                                      Advice(Subject::kSeal, 0, session.GetKit(), file)));
         }
     }
     session.Show(json, text);

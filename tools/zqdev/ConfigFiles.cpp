@@ -1,16 +1,13 @@
 #include "ConfigFiles.h"
 
-#include <cstdio>
 #include <filesystem>
-#include <memory>
 
 #include "Failure.h"
 #include "foundation/Io/ZQConfigFile.h"
 #include "foundation/Io/ZQFile.h"
 #include "foundation/ZQException.h"
-#include "foundation/ZQSystem.h"
+#include "platform/FileReplacement.h"
 #include "platform/Files.h"
-#include "platform/Process.h"
 #include "platform/SystemText.h"
 
 namespace ZQAPI::zqdev {
@@ -22,22 +19,10 @@ CZQConfigFile OpenUnchecked(const std::string& file) {
     return {file, CZQConfigFile::Mode::kRead, false};
 }
 
-// The system's code; 0 when the content is on disk.
-platform::SystemErrorCode WriteAndSync(const std::string& file, std::string_view content) {
-    platform::SystemErrorCode error = 0;
-    std::FILE* stream = std::fopen(file.c_str(), "wb");
-    if (stream == nullptr) {
-        return platform::LastSystemError();
-    }
-    if (std::fwrite(content.data(), 1, content.size(), stream) != content.size()) {
-        error = platform::LastSystemError();
-    } else {
-        platform::SyncToDisk(stream, error);
-    }
-    if (std::fclose(stream) != 0 && error == 0) {
-        error = platform::LastSystemError();
-    }
-    return error;
+std::string Words(platform::SystemErrorCode error) {
+    std::string text = platform::SystemErrorText(error);
+    text.erase(text.find_last_not_of(" .\r\n") + 1);
+    return text.empty() ? "system error " + std::to_string(error) : text;
 }
 
 Failure CannotWrite(const std::string& file, const std::string& reason) {
@@ -46,6 +31,25 @@ Failure CannotWrite(const std::string& file, const std::string& reason) {
 }
 
 }  // namespace
+
+bool IsMissing(const std::string& file) {
+    std::error_code ignored;
+    return std::filesystem::symlink_status(platform::ToPath(file), ignored).type() ==
+           std::filesystem::file_type::not_found;
+}
+
+std::string ReadingObstacle(const std::string& file) {
+    std::string content;
+    platform::SystemErrorCode error = 0;
+    return platform::ReadWholeFile(file, content, error) ? std::string() : Words(error);
+}
+
+std::string WritingObstacle(const std::string& file, std::size_t size) {
+    platform::FileReplacement trial(file, file);
+    platform::SystemErrorCode error = 0;
+    const bool isWritten = trial.Create(error) && trial.Write(std::string(size, ' '), error);
+    return isWritten ? std::string() : Words(error);
+}
 
 int SealError(const std::string& file) {
     try {
@@ -61,7 +65,7 @@ std::uint32_t Seal(const std::string& file) {
 }
 
 bool IsDeviceListEmpty(const std::string& file) {
-    if (!CZQFile::Exists(file)) {
+    if (!ReadingObstacle(file).empty()) {
         return false;
     }
     CZQIniFile ini(file);
@@ -85,22 +89,14 @@ void MakeFolder(const std::string& folder) {
 }
 
 void ReplaceFile(const std::string& file, std::string_view content) {
-    std::error_code error;
-    if (CZQFile::Exists(file)) {
-        std::filesystem::copy_file(platform::ToPath(file), platform::ToPath(file + ".bak"),
-                                   std::filesystem::copy_options::overwrite_existing, error);
-        if (error) {
-            throw CannotWrite(file + ".bak", error.message());
+    try {
+        if (!IsMissing(file)) {
+            CZQFile::Copy(file + ".bak", file);
         }
+        CZQFile::Replace(file, content);
+    } catch (const CZQException& exception) {
+        throw CannotWrite(file, exception.GetExtraText().str());
     }
-    const std::string temporary = file + "." + std::to_string(platform::ProcessId()) + ".tmp";
-    platform::SystemErrorCode code = WriteAndSync(temporary, content);
-    if (code == 0 && platform::MoveFileTo(temporary, file, true, code)) {
-        return;
-    }
-    platform::SystemErrorCode ignored = 0;
-    platform::RemoveFile(temporary, ignored);
-    throw CannotWrite(file, FormatSystemError(code).str());
 }
 
 }  // namespace ZQAPI::zqdev

@@ -1,15 +1,14 @@
 #include "foundation/Io/ZQConfigFile.h"
 
 #include <algorithm>
-#include <array>
 #include <cinttypes>
 #include <cstdlib>
-#include <utility>
-#include <vector>
+#include <mutex>
+#include <span>
 
 #include "foundation/Io/ZQCrc32.h"
 #include "foundation/Io/ZQFile.h"
-#include "foundation/Io/ZQFileStream.h"
+#include "foundation/Io/ZQStream.h"
 #include "foundation/ZQLogger.h"
 #include "foundation/ZQSystem.h"
 
@@ -19,14 +18,24 @@ namespace {
 
 // The last line: CR LF before it, "<#CRC", ten digits, "#>", no line end.
 constexpr std::string_view kLinePrefix = "<#CRC";
-constexpr std::int64_t kLineLength = 17;
-constexpr std::int64_t kSealLength = kLineLength + 2;
+constexpr std::size_t kLineLength = 17;
+constexpr std::size_t kSealLength = kLineLength + 2;
 
-constexpr std::size_t kBlockSize = 65536;
+bool IsSealed(std::string_view content) noexcept {
+    return content.size() >= kLineLength &&
+           content.substr(content.size() - kLineLength).starts_with(kLinePrefix);
+}
 
-// How much of a file of this length its checksum is about.
-std::int64_t CoveredLength(std::int64_t fileLength, bool isSealed) {
-    return isSealed ? std::max<std::int64_t>(fileLength - kSealLength, 0) : fileLength;
+// What the checksum is about.
+std::string_view Covered(std::string_view content) noexcept {
+    return IsSealed(content) ? content.substr(0, content.size() - std::min(content.size(), kSealLength))
+                             : content;
+}
+
+std::uint32_t ChecksumOf(std::string_view covered) noexcept {
+    CZQCrc32 crc;
+    crc.Add(std::as_bytes(std::span(covered)));
+    return crc.Value();
 }
 
 }  // namespace
@@ -38,7 +47,7 @@ CZQConfigFile::CZQConfigFile(const CZQString& fileName, Mode mode, bool check)
             CZQFile::Delete(fileName);
         }
     } else if (check) {
-        VerifyOrSeal();
+        Hold(VerifiedOrSealed());
     }
 }
 
@@ -56,9 +65,19 @@ CZQConfigFile::~CZQConfigFile() {
 }
 
 // A file that nobody sealed yet is taken as it is, once.
-void CZQConfigFile::VerifyOrSeal() {
+std::string CZQConfigFile::VerifiedOrSealed() const {
+    std::string content = ReadContent();
+    if (IsSealed(content)) {
+        Verify(content);
+        return content;
+    }
+    // Two threads would both log it, and seal it twice.
+    static std::mutex guard;
+    const std::lock_guard lock(guard);
+    content = ReadContent();
     try {
-        VerifyFileChecksum();
+        Verify(content);
+        return content;
     } catch (CZQException& exception) {
         if (exception.GetErrorNumber() != ZQ_ERR_SEAL_MISSING) {
             throw;
@@ -66,37 +85,54 @@ void CZQConfigFile::VerifyOrSeal() {
         exception.AddCatchLocation(ZQ_HERE("CZQConfigFile::CZQConfigFile"));
         exception.SetSeverity(kSeverityRecovered);
         LogException(kLogLevel, exception);
-        CreateFileChecksum();
     }
+    // Whoever writes to the file at this moment has it sealed at its next opening.
+    CZQFile::ReplaceIf(GetFileName(), Sealed(content), content);
+    return content;
 }
 
-std::uint32_t CZQConfigFile::ReadFileChecksum() const {
-    std::array<char, kLineLength + 1> line{};
+std::string CZQConfigFile::ReadContent() const {
     try {
-        CZQFileStream stream(GetFileName(), CZQFileStream::kRead, CZQFileStream::kExisting);
-        stream.Seek(-kLineLength, CZQStream::kFromEnd);
-        stream.Read(line.data(), kLineLength);
+        std::string content = CZQFile::ReadWhole(GetFileName());
+        if (content.size() < kLineLength) {
+            throw CZQException(ZQ_HERE("CZQConfigFile::ReadFileChecksum"), ZQ_ERR_STREAM_SEEK,
+                               "SeekOrigin=%d, llOffset=%d", static_cast<int>(CZQStream::kFromEnd),
+                               -static_cast<int>(kLineLength));
+        }
+        return content;
     } catch (CZQException& exception) {
         exception.AddCatchLocation(ZQ_HERE("CZQConfigFile::ReadFileChecksum"));
         throw CZQException(ZQ_HERE("CZQConfigFile::ReadFileChecksum"), ZQ_ERR_SEAL_READ, "FileName='%s'",
                            GetFileName().c_str())
             .CausedBy(exception);
     }
-    if (!std::string_view(line.data()).starts_with(kLinePrefix)) {
-        throw CZQException(ZQ_HERE("CZQConfigFile::ReadFileChecksum"), ZQ_ERR_SEAL_MISSING,
-                           "FileName='%s', Checksum='%s'", GetFileName().c_str(), line.data());
-    }
-    return static_cast<std::uint32_t>(std::strtoll(line.data() + kLinePrefix.size(), nullptr, 10));
 }
 
-void CZQConfigFile::VerifyFileChecksum() const {
-    const std::uint32_t reference = ReadFileChecksum();
-    const std::uint32_t current = ComputeFileCrc(true);
+std::uint32_t CZQConfigFile::StoredChecksum(std::string_view content) const {
+    const std::string line(content.substr(content.size() - kLineLength));
+    if (!IsSealed(content)) {
+        throw CZQException(ZQ_HERE("CZQConfigFile::ReadFileChecksum"), ZQ_ERR_SEAL_MISSING,
+                           "FileName='%s', Checksum='%s'", GetFileName().c_str(), line.c_str());
+    }
+    return static_cast<std::uint32_t>(std::strtoll(line.c_str() + kLinePrefix.size(), nullptr, 10));
+}
+
+void CZQConfigFile::Verify(std::string_view content) const {
+    const std::uint32_t reference = StoredChecksum(content);
+    const std::uint32_t current = ChecksumOf(Covered(content));
     if (reference != current) {
         throw CZQException(ZQ_HERE("CZQConfigFile::VerifyFileChecksum"), ZQ_ERR_SEAL_MISMATCH,
                            "FileName='%s', RefCRC=%010" PRIu32 ", CurFileCRC=%010" PRIu32,
                            GetFileName().c_str(), reference, current);
     }
+}
+
+std::uint32_t CZQConfigFile::ReadFileChecksum() const {
+    return StoredChecksum(ReadContent());
+}
+
+void CZQConfigFile::VerifyFileChecksum() const {
+    Verify(ReadContent());
 }
 
 bool CZQConfigFile::HasChecksum() const {
@@ -108,44 +144,24 @@ bool CZQConfigFile::HasChecksum() const {
     }
 }
 
-std::uint32_t CZQConfigFile::ComputeFileCrc(bool excludeChecksumLine) const {
-    CZQFileStream stream(GetFileName(), CZQFileStream::kRead, CZQFileStream::kExisting);
-    auto rest = static_cast<std::size_t>(CoveredLength(stream.GetLength(), excludeChecksumLine));
-    std::vector<std::byte> block(std::min<std::size_t>(rest, kBlockSize));
-    CZQCrc32 crc;
-    while (rest > 0) {
-        const auto part = std::span(block).first(std::min(rest, block.size()));
-        stream.Read(part.data(), part.size());
-        crc.Add(part);
-        rest -= part.size();
-    }
-    return crc.Value();
-}
-
 std::uint32_t CZQConfigFile::CreateFileChecksum() {
-    const bool isSealed = HasChecksum();
-    std::uint32_t checksum = 0;
+    std::string content;
     try {
-        checksum = ComputeFileCrc(isSealed);
+        content = CZQFile::ReadWhole(GetFileName());
     } catch (CZQException& exception) {
         exception.AddCatchLocation(ZQ_HERE("CZQConfigFile::CreateFileChecksum"));
         throw CZQException(ZQ_HERE("CZQConfigFile::CreateFileChecksum"), ZQ_ERR_SEAL_COMPUTE, "FileName='%s'",
                            GetFileName().c_str())
             .CausedBy(exception);
     }
-    const CZQString seal = CZQString::Formatted("\r\n<#CRC%010" PRIu32 "#>", checksum);
-    CZQFileStream stream(GetFileName(), CZQFileStream::kReadWrite, CZQFileStream::kExisting);
-    stream.Seek(CoveredLength(stream.GetLength(), isSealed), CZQStream::kFromStart);
-    stream.Write(seal.c_str(), seal.GetLength());
-    stream.Flush();
-    return checksum;
+    CZQFile::Replace(GetFileName(), Sealed(content));
+    return ChecksumOf(Covered(content));
 }
 
-void CZQConfigFile::SealAndSync() {
-    if (std::exchange(m_sealsOnClose, false)) {
-        CreateFileChecksum();
-    }
-    CZQFileStream(GetFileName(), CZQFileStream::kReadWrite, CZQFileStream::kExisting).Sync();
+std::string CZQConfigFile::Sealed(std::string_view text) {
+    const std::string_view covered = Covered(text);
+    const CZQString seal = CZQString::Formatted("\r\n<#CRC%010" PRIu32 "#>", ChecksumOf(covered));
+    return std::string(covered).append(seal.view());
 }
 
 }  // namespace ZQAPI

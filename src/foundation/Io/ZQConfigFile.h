@@ -13,7 +13,8 @@ public:
     enum class Mode : std::uint32_t { kRead = 0, kWrite = 1 };
 
     // Read mode with `check` verifies the file: ZQ_ERR_SEAL_READ, ZQ_ERR_SEAL_MISMATCH; one without a
-    // checksum line is logged and sealed. Write mode deletes an existing file and, with `check`, the
+    // checksum line is logged and sealed, by one thread of the process at a time. It is read once: what was
+    // verified is what the object gives, whatever becomes of the file. Write mode deletes an existing file and, with `check`, the
     // destructor seals what was written. Without `check` a plain INI file.
     CZQConfigFile(const CZQString& fileName, Mode mode, bool check);
     CZQConfigFile(const CZQConfigFile&) = delete;
@@ -26,16 +27,18 @@ public:
     // ZQ_ERR_SEAL_MISMATCH, and what ReadFileChecksum throws.
     void VerifyFileChecksum() const;
     bool HasChecksum() const;
-    // Puts the checksum line at the end, or renews the one there; its value. ZQ_ERR_SEAL_COMPUTE.
+    // Puts the checksum line at the end, or renews the one there; its value. The file is replaced, as
+    // CZQFile::Replace does it. ZQ_ERR_SEAL_COMPUTE, and what that throws.
     std::uint32_t CreateFileChecksum();
 
-    // Write mode: seals now and forces the file onto the disk, reporting what the destructor could only log;
-    // the destructor then does nothing more. What CreateFileChecksum throws, and the streams' errors.
-    void SealAndSync();
+    // The text with its checksum line, in place of the one it may have.
+    static std::string Sealed(std::string_view text);
 
 private:
-    void VerifyOrSeal();
-    std::uint32_t ComputeFileCrc(bool excludeChecksumLine) const;
+    std::string ReadContent() const;
+    std::uint32_t StoredChecksum(std::string_view content) const;
+    void Verify(std::string_view content) const;
+    std::string VerifiedOrSealed() const;
 
     bool m_sealsOnClose;
 };

@@ -48,11 +48,23 @@ CZQString CZQIniFile::Where(const CZQString& key) const {
                                 m_fileName.c_str());
 }
 
+void CZQIniFile::Hold(std::string content) {
+    m_profile->Hold(std::move(content));
+}
+
+void CZQIniFile::CheckRead(platform::SystemErrorCode error) const {
+    if (error != 0 && !m_profile->IsMissing()) {
+        throw CZQException(ZQ_HERE("CZQIniFile::ReadFromFile"), ZQ_ERR_STREAM_OPEN, "FileName=%s; %s",
+                           m_fileName.c_str(), FormatSystemError(error).c_str());
+    }
+}
+
 CZQString CZQIniFile::ReadFromFile(const CZQString& key, const CZQString* defaultValue, bool noWriteBack) {
     std::array<char, kBufferSize> buffer;  // NOLINT(cppcoreguidelines-pro-type-member-init): filled by Get
-    platform::SystemErrorCode error = 0;   // a file that can't be read has no keys
+    platform::SystemErrorCode error = 0;
     const std::size_t count =
         m_profile->Get(m_section.c_str(), key.c_str(), "", buffer.data(), buffer.size(), error);
+    CheckRead(error);
     if (count == kBufferSize - 1) {
         throw CZQException(ZQ_HERE("CZQIniFile::ReadFromFile"), ZQ_ERR_INI_VALUE_TOO_LONG, "%s",
                            Where(key).c_str());
@@ -125,10 +137,11 @@ void CZQIniFile::ReadStringArray(const CZQString& key, CZQStringArray& values, c
 }
 
 void CZQIniFile::ReadLongStringArray(const CZQString& key, CZQStringArray& values, char separator) {
-    platform::SystemErrorCode error = 0;  // a file that can't be read has no keys
+    platform::SystemErrorCode error = 0;
     const std::string value = m_profile->GetWhole(m_section.c_str(), key.c_str(), error);
+    CheckRead(error);
     if (value.empty()) {
-        throw CZQException(ZQ_HERE("CZQIniFile::ReadLongStringArray"), ZQ_ERR_INI_KEY_MISSING, "%s",
+        throw CZQException(ZQ_HERE("CZQIniFile::ReadFromFile"), ZQ_ERR_INI_KEY_MISSING, "%s",
                            Where(key).c_str());
     }
     values.Split(WithoutSentinel(value), static_cast<std::uint8_t>(separator), true);
@@ -171,6 +184,10 @@ CZQIniBatch::CZQIniBatch(CZQIniFile& file) : m_file(file) {
     m_file.m_profile->BeginSnapshot();
 }
 
+CZQIniBatch::CZQIniBatch(CZQIniFile& file, std::string content) : m_file(file) {
+    m_file.m_profile->BeginSnapshot(std::move(content));
+}
+
 CZQIniBatch::~CZQIniBatch() {
     m_file.m_profile->EndSnapshot();
 }
@@ -181,6 +198,10 @@ void CZQIniBatch::Commit() {
         throw CZQException(ZQ_HERE("CZQIniBatch::Commit"), ZQ_ERR_INI_WRITE, "%s; %s",
                            m_file.Where({}).c_str(), FormatSystemError(error).c_str());
     }
+}
+
+std::string CZQIniBatch::Text() const {
+    return m_file.m_profile->SnapshotText();
 }
 
 }  // namespace ZQAPI

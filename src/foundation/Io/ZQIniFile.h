@@ -30,6 +30,9 @@ public:
     // Later calls use this section; "not defined" at first.
     void SetSection(CZQString section) { m_section = std::move(section); }
 
+    // A file that is there and can't be read: ZQ_ERR_STREAM_OPEN, from every reading operation. One that is
+    // missing has no keys.
+    //
     // The value as text; a value that is a leading part of the sentinel reads as empty. Missing or empty: the
     // default, which is also written into the file unless `noWriteBack`; without a default
     // ZQ_ERR_INI_KEY_MISSING. 4095 or more characters: ZQ_ERR_INI_VALUE_TOO_LONG.
@@ -71,10 +74,15 @@ public:
     // The word that stands for an empty value in the file.
     static constexpr const char* kEmptyValue = "EmpTySTRINg";
 
+protected:
+    // This text was read from the file already: it stands for the file until something is written.
+    void Hold(std::string content);
+
 private:
     friend class CZQIniBatch;
 
     CZQString Where(const CZQString& key) const;
+    void CheckRead(platform::SystemErrorCode error) const;
 
     CZQString m_fileName;
     CZQString m_section = "not defined";
@@ -87,12 +95,16 @@ private:
 class CZQIniBatch {
 public:
     explicit CZQIniBatch(CZQIniFile& file);
+    // The snapshot is this text instead of the file's.
+    CZQIniBatch(CZQIniFile& file, std::string content);
     CZQIniBatch(const CZQIniBatch&) = delete;
     CZQIniBatch& operator=(const CZQIniBatch&) = delete;
     ~CZQIniBatch();
 
     // ZQ_ERR_INI_WRITE
     void Commit();
+    // What Commit would write.
+    std::string Text() const;
 
 private:
     CZQIniFile& m_file;

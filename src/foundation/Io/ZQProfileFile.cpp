@@ -15,6 +15,12 @@ CZQProfileFile::CZQProfileFile(CZQString path) : m_path(std::move(path)) {}
 
 CZQProfileFile::~CZQProfileFile() = default;
 
+void CZQProfileFile::Hold(std::string content) {
+    m_document = std::make_unique<CZQIniDocument>(std::move(content));
+    m_isMissing = false;
+    m_isHeld = true;
+}
+
 std::size_t CZQProfileFile::Get(const char* section, const char* key, const char* defaultValue, char* buffer,
                                 std::size_t size, platform::SystemErrorCode& error) {
     Refresh(error);
@@ -32,6 +38,7 @@ bool CZQProfileFile::Set(const char* section, const char* key, const char* value
         error = kNoSuchFile;
         return false;
     }
+    m_isHeld = m_isHeld && m_isSnapshot;
     if (!Refresh(error) && !m_isMissing) {
         return false;
     }
@@ -45,9 +52,20 @@ bool CZQProfileFile::Set(const char* section, const char* key, const char* value
 }
 
 void CZQProfileFile::BeginSnapshot() {
-    Load(m_snapshotError);
+    Refresh(m_snapshotError);
     m_isSnapshot = true;
     m_isModified = false;
+}
+
+void CZQProfileFile::BeginSnapshot(std::string content) {
+    Hold(std::move(content));
+    m_snapshotError = 0;
+    m_isSnapshot = true;
+    m_isModified = true;
+}
+
+std::string CZQProfileFile::SnapshotText() const {
+    return m_document->Bytes();
 }
 
 bool CZQProfileFile::Commit(platform::SystemErrorCode& error) {
@@ -59,6 +77,7 @@ void CZQProfileFile::EndSnapshot() noexcept {
     m_isSnapshot = false;
     if (m_isModified) {
         m_document.reset();
+        m_isHeld = false;
     }
 }
 
@@ -66,6 +85,10 @@ bool CZQProfileFile::Refresh(platform::SystemErrorCode& error) {
     if (m_isSnapshot) {
         error = m_snapshotError;
         return error == 0;
+    }
+    if (m_isHeld) {
+        error = 0;
+        return true;
     }
     return Load(error);
 }
@@ -95,6 +118,7 @@ bool CZQProfileFile::Load(platform::SystemErrorCode& error) {
 // The stamp of what this writes is never trusted: somebody else may write before it could be taken.
 bool CZQProfileFile::Write(platform::SystemErrorCode& error) {
     m_isStampTrusted = false;
+    m_isHeld = false;
     if (!platform::WriteWholeFile(m_path.str(), m_document->Bytes(), error)) {
         if (!m_isSnapshot) {
             m_document.reset();

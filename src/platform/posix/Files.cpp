@@ -7,30 +7,12 @@
 #include <cerrno>
 #include <ctime>
 #include <string_view>
-#include <utility>
+
+#include "platform/posix/Descriptor.h"
 
 namespace ZQAPI::platform {
 
 namespace {
-
-// A file descriptor, closed with the object.
-class Descriptor {
-public:
-    Descriptor(const std::string& path, int flags) noexcept
-        : m_value(::open(path.c_str(), flags | O_CLOEXEC, 0666)) {
-    }  // NOLINT(cppcoreguidelines-pro-type-vararg)
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    ~Descriptor() { Close(); }
-
-    bool IsOpen() const noexcept { return m_value >= 0; }
-    int Get() const noexcept { return m_value; }
-    // False when the system reports only now that something written was lost.
-    bool Close() noexcept { return m_value < 0 || ::close(std::exchange(m_value, -1)) == 0; }
-
-private:
-    int m_value;
-};
 
 bool Fail(SystemErrorCode& error) noexcept {
     error = LastSystemError();
@@ -48,6 +30,29 @@ bool Check(bool succeeded, SystemErrorCode& error) noexcept {
 
 std::int64_t Nanoseconds(const timespec& time) noexcept {
     return static_cast<std::int64_t>(time.tv_sec) * 1'000'000'000 + time.tv_nsec;
+}
+
+// Of a file's status: nothing but a regular file is read or written.
+SystemErrorCode KindError(const struct stat& status) noexcept {
+    if (S_ISDIR(status.st_mode)) {
+        return EISDIR;
+    }
+    return S_ISREG(status.st_mode) ? 0 : kNotARegularFile;
+}
+
+// Never waits, as a pipe's other end would make it.
+bool OpenRegularFile(const std::string& path, int flags, Descriptor& file, struct stat& status,
+                     SystemErrorCode& error) noexcept {
+    // Asked first: merely opening some devices does something.
+    if (::stat(path.c_str(), &status) == 0 && (error = KindError(status)) != 0) {
+        return false;
+    }
+    file = Descriptor(path, flags | O_NONBLOCK | O_NOCTTY);
+    if (!file.IsOpen() || ::fstat(file.Get(), &status) != 0) {
+        return Fail(error);
+    }
+    error = KindError(status);
+    return error == 0;
 }
 
 bool RenameWithoutReplacing(const char* source, const char* destination) noexcept {
@@ -88,6 +93,11 @@ bool PathExists(const std::string& path) noexcept {
     return ::lstat(std::string(name).c_str(), &status) == 0;
 }
 
+bool IsSpecialFile(const std::string& path) noexcept {
+    struct stat status = {};
+    return ::stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode);
+}
+
 bool MoveFileTo(const std::string& source, const std::string& destination, bool replace,
                 SystemErrorCode& error) noexcept {
     const bool moved = replace ? ::rename(source.c_str(), destination.c_str()) == 0
@@ -110,10 +120,6 @@ bool SetFileAttributeBits(const std::string& path, std::uint32_t attributes,
     const mode_t permissions = status.st_mode & 07777;
     const mode_t wanted = (attributes & kReadOnly) != 0 ? permissions & ~kAllWrite : permissions | S_IWUSR;
     return Check(::chmod(path.c_str(), wanted) == 0, error);
-}
-
-bool SyncToDisk(std::FILE* file, SystemErrorCode& error) noexcept {
-    return Check(std::fflush(file) == 0 && ::fsync(::fileno(file)) == 0, error);
 }
 
 bool GetFileStamp(const std::string& path, FileStamp& stamp, SystemErrorCode& error) noexcept {
@@ -140,36 +146,38 @@ std::int64_t FileClockNowNs() noexcept {
 }
 
 bool ReadWholeFile(const std::string& path, std::string& content, SystemErrorCode& error) {
-    const Descriptor file(path, O_RDONLY);
+    Descriptor file;
     struct stat status = {};
-    if (!file.IsOpen() || ::fstat(file.Get(), &status) != 0) {
-        return Fail(error);
+    if (!OpenRegularFile(path, O_RDONLY, file, status, error)) {
+        return false;
     }
     // One byte more than the file has, so that its end shows without a further read; it may still be growing.
-    content.resize(static_cast<std::size_t>(status.st_size) + 1);
+    content.resize(std::min(static_cast<std::size_t>(status.st_size), kMaxFileSize) + 1);
     std::size_t length = 0;
-    for (;;) {
+    while (length <= kMaxFileSize) {
         const ssize_t count = ::read(file.Get(), content.data() + length, content.size() - length);
         if (count == 0) {
-            break;
+            content.resize(length);
+            return Succeed(error);
         }
         if (count > 0) {
             length += static_cast<std::size_t>(count);
             if (length == content.size()) {
-                content.resize(2 * length);
+                content.resize(std::min(2 * length, kMaxFileSize + 1));
             }
         } else if (errno != EINTR) {
             return Fail(error);
         }
     }
-    content.resize(length);
-    return Succeed(error);
+    error = kFileTooLarge;
+    return false;
 }
 
 bool WriteWholeFile(const std::string& path, const std::string& content, SystemErrorCode& error) {
-    Descriptor file(path, O_WRONLY | O_CREAT);
-    if (!file.IsOpen()) {
-        return Fail(error);
+    Descriptor file;
+    struct stat status = {};
+    if (!OpenRegularFile(path, O_WRONLY | O_CREAT, file, status, error)) {
+        return false;
     }
     std::size_t written = 0;
     while (written < content.size()) {
@@ -185,7 +193,9 @@ bool WriteWholeFile(const std::string& path, const std::string& content, SystemE
 }
 
 bool CanWriteFile(const std::string& path, SystemErrorCode& error) noexcept {
-    return Check(Descriptor(path, O_WRONLY).IsOpen(), error);
+    Descriptor file;
+    struct stat status = {};
+    return OpenRegularFile(path, O_WRONLY, file, status, error);
 }
 
 bool GetSpecialFolder(int folderId, std::string& path) {

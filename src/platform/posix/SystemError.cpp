@@ -14,6 +14,9 @@ void SetLastSystemError(SystemErrorCode code) noexcept {
 }
 
 std::string SystemErrorText(SystemErrorCode code) {
+    if (const char* const text = OwnErrorText(code)) {
+        return text;
+    }
     return std::generic_category().message(static_cast<int>(code));
 }
 

@@ -1,6 +1,5 @@
 #include "platform/Files.h"
 
-#include <io.h>
 #include <shlobj.h>
 #include <windows.h>
 
@@ -29,7 +28,8 @@ private:
     HANDLE m_value;
 };
 
-constexpr DWORD kShareData = FILE_SHARE_READ | FILE_SHARE_WRITE;
+// Deleting too: whoever replaces a file need not wait for its readers.
+constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
 // More than this is read or written in several calls.
 constexpr std::size_t kMaxTransfer = std::size_t{1} << 30;
@@ -46,6 +46,15 @@ bool Succeed(SystemErrorCode& error) noexcept {
 
 bool Check(bool succeeded, SystemErrorCode& error) noexcept {
     return succeeded ? Succeed(error) : Fail(error);
+}
+
+// Not a device, whose names ("NUL") are among those of files, and no pipe.
+bool CheckRegular(const FileHandle& file, SystemErrorCode& error) noexcept {
+    if (!file.IsOpen()) {
+        return Fail(error);
+    }
+    error = GetFileType(file.Get()) == FILE_TYPE_DISK ? 0 : kNotARegularFile;
+    return error == 0;
 }
 
 std::uint64_t Join(DWORD high, DWORD low) noexcept {
@@ -91,6 +100,13 @@ bool PathExists(const std::string& path) noexcept {
     return true;
 }
 
+bool IsSpecialFile(const std::string& path) noexcept {
+    const FileHandle file(path, FILE_READ_ATTRIBUTES, kShareAll, OPEN_EXISTING);
+    const DWORD attributes = GetFileAttributesA(path.c_str());
+    return (file.IsOpen() && GetFileType(file.Get()) != FILE_TYPE_DISK) ||
+           (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0);
+}
+
 bool MoveFileTo(const std::string& source, const std::string& destination, bool replace,
                 SystemErrorCode& error) noexcept {
     const DWORD flags = replace ? MOVEFILE_REPLACE_EXISTING : 0;
@@ -106,14 +122,8 @@ bool SetFileAttributeBits(const std::string& path, std::uint32_t attributes,
     return Check(SetFileAttributesA(path.c_str(), attributes) != FALSE, error);
 }
 
-bool SyncToDisk(std::FILE* file, SystemErrorCode& error) noexcept {
-    return Check(std::fflush(file) == 0 &&
-                     FlushFileBuffers(reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(file)))) != FALSE,
-                 error);
-}
-
 bool GetFileStamp(const std::string& path, FileStamp& stamp, SystemErrorCode& error) noexcept {
-    const FileHandle file(path, FILE_READ_ATTRIBUTES, kShareData | FILE_SHARE_DELETE, OPEN_EXISTING);
+    const FileHandle file(path, FILE_READ_ATTRIBUTES, kShareAll, OPEN_EXISTING);
     BY_HANDLE_FILE_INFORMATION information = {};
     if (!file.IsOpen() || GetFileInformationByHandle(file.Get(), &information) == FALSE) {
         return Fail(error);
@@ -143,30 +153,34 @@ bool ReadWholeFile(const std::string& path, std::string& content, SystemErrorCod
         error = ERROR_ACCESS_DENIED;  // as the private-profile functions report it
         return false;
     }
-    const FileHandle file(path, GENERIC_READ, kShareData, OPEN_EXISTING);
+    const FileHandle file(path, GENERIC_READ, kShareAll, OPEN_EXISTING);
     LARGE_INTEGER size = {};
-    if (!file.IsOpen() || GetFileSizeEx(file.Get(), &size) == FALSE) {
+    if (!CheckRegular(file, error)) {
+        return false;
+    }
+    if (GetFileSizeEx(file.Get(), &size) == FALSE) {
         return Fail(error);
     }
     // One byte more than the file has, so that its end shows without a further read; it may still be growing.
-    content.resize(static_cast<std::size_t>(size.QuadPart) + 1);
+    content.resize(std::min(static_cast<std::size_t>(size.QuadPart), kMaxFileSize) + 1);
     std::size_t length = 0;
-    for (;;) {
-        const auto room = static_cast<DWORD>(std::min(content.size() - length, kMaxTransfer));
+    while (length <= kMaxFileSize) {
+        const auto room = static_cast<DWORD>(content.size() - length);
         DWORD count = 0;
         if (ReadFile(file.Get(), content.data() + length, room, &count, nullptr) == FALSE) {
             return Fail(error);
         }
         if (count == 0) {
-            break;
+            content.resize(length);
+            return Succeed(error);
         }
         length += count;
         if (length == content.size()) {
-            content.resize(2 * length);
+            content.resize(std::min(2 * length, kMaxFileSize + 1));
         }
     }
-    content.resize(length);
-    return Succeed(error);
+    error = kFileTooLarge;
+    return false;
 }
 
 bool WriteWholeFile(const std::string& path, const std::string& content, SystemErrorCode& error) {
@@ -175,9 +189,9 @@ bool WriteWholeFile(const std::string& path, const std::string& content, SystemE
         return false;
     }
     // Not CREATE_ALWAYS, which refuses a hidden file.
-    const FileHandle file(path, GENERIC_WRITE, kShareData, OPEN_ALWAYS);
-    if (!file.IsOpen()) {
-        return Fail(error);
+    const FileHandle file(path, GENERIC_WRITE, kShareAll, OPEN_ALWAYS);
+    if (!CheckRegular(file, error)) {
+        return false;
     }
     std::size_t written = 0;
     while (written < content.size()) {
@@ -193,7 +207,7 @@ bool WriteWholeFile(const std::string& path, const std::string& content, SystemE
 }
 
 bool CanWriteFile(const std::string& path, SystemErrorCode& error) noexcept {
-    return Check(FileHandle(path, GENERIC_WRITE, kShareData, OPEN_EXISTING).IsOpen(), error);
+    return Check(FileHandle(path, GENERIC_WRITE, kShareAll, OPEN_EXISTING).IsOpen(), error);
 }
 
 bool GetSpecialFolder(int folderId, std::string& path) {

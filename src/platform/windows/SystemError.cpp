@@ -23,6 +23,9 @@ void SetLastSystemError(SystemErrorCode code) noexcept {
 }
 
 std::string SystemErrorText(SystemErrorCode code) {
+    if (const char* const text = OwnErrorText(code)) {
+        return text;
+    }
     constexpr DWORD kFlags =
         FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_FROM_SYSTEM;
     constexpr DWORD kUsersLanguage = 0x400;

@@ -1,0 +1,205 @@
+#include "platform/FileReplacement.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <memory>
+#include <type_traits>
+#include <vector>
+
+#include "platform/Process.h"
+#include "platform/TemporaryName.h"
+#include "platform/TextEncoding.h"
+
+namespace ZQAPI::platform {
+
+namespace {
+
+struct HandleCloser {
+    void operator()(HANDLE handle) const noexcept { CloseHandle(handle); }
+};
+using OwnedHandle = std::unique_ptr<std::remove_pointer_t<HANDLE>, HandleCloser>;
+
+struct SearchCloser {
+    void operator()(HANDLE search) const noexcept { FindClose(search); }
+};
+using OwnedSearch = std::unique_ptr<std::remove_pointer_t<HANDLE>, SearchCloser>;
+
+// CreateFile's and FindFirstFile's way to say no.
+HANDLE NullWhenInvalid(HANDLE handle) noexcept {
+    return handle == INVALID_HANDLE_VALUE ? nullptr : handle;
+}
+
+bool Fail(SystemErrorCode& error) noexcept {
+    error = LastSystemError();
+    return false;
+}
+
+std::wstring ToWide(const std::string& text) {
+    const std::u16string wide = AnsiToUtf16(text);
+    return {wide.begin(), wide.end()};
+}
+
+std::string ToAnsi(const wchar_t* text) {
+    const std::wstring_view wide = text;
+    return Utf16ToAnsi(std::u16string(wide.begin(), wide.end()));
+}
+
+// The whole path in the form that may be longer than 260 characters; empty when the system has none.
+std::wstring LongPath(const std::string& path) {
+    const std::wstring given = ToWide(path);
+    const DWORD size = GetFullPathNameW(given.c_str(), 0, nullptr, nullptr);
+    std::vector<wchar_t> buffer(size);
+    const DWORD length = size == 0 ? 0 : GetFullPathNameW(given.c_str(), size, buffer.data(), nullptr);
+    if (length == 0 || length >= size) {
+        return {};
+    }
+    const std::wstring full(buffer.data(), length);
+    if (full.starts_with(LR"(\\?\)") || full.starts_with(LR"(\\.\)")) {
+        return full;
+    }
+    return full.starts_with(LR"(\\)") ? LR"(\\?\UNC\)" + full.substr(2) : LR"(\\?\)" + full;
+}
+
+bool IsRunning(unsigned long processId) noexcept {
+    const OwnedHandle process(OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, processId));
+    DWORD exitCode = STILL_ACTIVE;
+    // Another user's process can't be opened, but it is there.
+    return process ? GetExitCodeProcess(process.get(), &exitCode) == FALSE || exitCode == STILL_ACTIVE
+                   : GetLastError() == ERROR_ACCESS_DENIED;
+}
+
+// As far as it goes: what can't be listed or removed is left for somebody who can.
+void RemoveAbandoned(const std::wstring& folder, const std::string& fileName) {
+    const std::wstring pattern = folder + ToWide(std::string(TemporaryStem(fileName))) + L".*" +
+                                 ToWide(std::string(kTemporaryExtension));
+    WIN32_FIND_DATAW found = {};
+    const OwnedSearch search(NullWhenInvalid(FindFirstFileW(pattern.c_str(), &found)));
+    if (!search) {
+        return;
+    }
+    constexpr DWORD kNoPlainFile = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT;
+    do {
+        const auto processId = ProcessOfTemporary(ToAnsi(found.cFileName), fileName);
+        if (processId && (found.dwFileAttributes & kNoPlainFile) == 0 && !IsRunning(*processId)) {
+            DeleteFileW((folder + found.cFileName).c_str());
+        }
+    } while (FindNextFileW(search.get(), &found) != FALSE);
+}
+
+// The access list of the old file; none when it can't be read.
+std::vector<std::byte> AccessListOf(const std::wstring& path) {
+    DWORD size = 0;
+    GetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, nullptr, 0, &size);
+    std::vector<std::byte> descriptor(size);
+    if (size == 0 ||
+        GetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, descriptor.data(), size, &size) == FALSE) {
+        return {};
+    }
+    return descriptor;
+}
+
+// Somebody has the goal open, which passes.
+bool IsInTheWay(DWORD error) noexcept {
+    return error == ERROR_SHARING_VIOLATION || error == ERROR_ACCESS_DENIED ||
+           error == ERROR_LOCK_VIOLATION || error == ERROR_USER_MAPPED_FILE;
+}
+
+// What refuses to be replaced however long one waits.
+bool CanBeReplaced(const std::wstring& path) noexcept {
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    return attributes == INVALID_FILE_ATTRIBUTES ||
+           (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY)) == 0;
+}
+
+}  // namespace
+
+struct FileReplacement::State {
+    std::string fileName;
+    std::wstring path;
+    std::wstring folder;  // with its separator
+    std::wstring like;
+    std::wstring temporary;
+    OwnedHandle file;
+    bool isThere = false;  // the temporary file
+};
+
+FileReplacement::FileReplacement(const std::string& path, const std::string& like)
+    : m_state(std::make_unique<State>()) {
+    m_state->path = LongPath(path);
+    m_state->folder = m_state->path.substr(0, m_state->path.rfind(L'\\') + 1);
+    m_state->fileName = ToAnsi(m_state->path.substr(m_state->folder.size()).c_str());
+    m_state->like = LongPath(like);
+}
+
+FileReplacement::~FileReplacement() {
+    m_state->file.reset();
+    if (m_state->isThere) {
+        DeleteFileW(m_state->temporary.c_str());
+    }
+}
+
+bool FileReplacement::Create(SystemErrorCode& error) {
+    State& state = *m_state;
+    if (state.fileName.empty()) {
+        error = ERROR_INVALID_NAME;
+        return false;
+    }
+    RemoveAbandoned(state.folder, state.fileName);
+    constexpr int kMaxTries = 16;
+    for (int i = 0; i < kMaxTries && !state.file; ++i) {
+        state.temporary = state.folder + ToWide(MakeTemporaryName(state.fileName, ProcessId()));
+        state.file.reset(
+            NullWhenInvalid(CreateFileW(state.temporary.c_str(), GENERIC_WRITE | WRITE_DAC, FILE_SHARE_READ,
+                                        nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr)));
+        if (!state.file && GetLastError() != ERROR_FILE_EXISTS) {
+            return Fail(error);
+        }
+    }
+    if (!state.file) {
+        error = ERROR_FILE_EXISTS;
+        return false;
+    }
+    state.isThere = true;
+    if (std::vector<std::byte> rights = AccessListOf(state.like); !rights.empty()) {
+        // What this process may not give away stays as the folder has it.
+        SetKernelObjectSecurity(state.file.get(), DACL_SECURITY_INFORMATION, rights.data());
+    }
+    return true;
+}
+
+bool FileReplacement::Write(std::string_view content, SystemErrorCode& error) {
+    constexpr std::size_t kMaxTransfer = std::size_t{1} << 30;
+    while (!content.empty()) {
+        const auto part = static_cast<DWORD>(std::min(content.size(), kMaxTransfer));
+        DWORD count = 0;
+        if (WriteFile(m_state->file.get(), content.data(), part, &count, nullptr) == FALSE) {
+            return Fail(error);
+        }
+        content.remove_prefix(count);
+    }
+    return FlushFileBuffers(m_state->file.get()) != FALSE || Fail(error);
+}
+
+std::string FileReplacement::TemporaryPath() const {
+    return ToAnsi(m_state->temporary.c_str());
+}
+
+bool FileReplacement::MoveOver(SystemErrorCode& error) {
+    constexpr ULONGLONG kPatienceMs = 500;
+    constexpr DWORD kPauseMs = 5;
+    State& state = *m_state;
+    state.file.reset();
+    const ULONGLONG begin = GetTickCount64();
+    while (MoveFileExW(state.temporary.c_str(), state.path.c_str(), MOVEFILE_REPLACE_EXISTING) == FALSE) {
+        error = LastSystemError();
+        if (!IsInTheWay(error) || !CanBeReplaced(state.path) || GetTickCount64() - begin >= kPatienceMs) {
+            return false;
+        }
+        Sleep(kPauseMs);
+    }
+    state.isThere = false;
+    return true;
+}
+
+}  // namespace ZQAPI::platform
