@@ -228,6 +228,9 @@ TEST_F(Zqdev, WhatTheSystemRefusesIsNeverToldAsDamageOrAbsence) {
     ExpectFailure({"list"}, 1, {"-220002", "does not let", "Devices.ini", "("});
     ExpectFailure({"config", "seal", m_kit.DevicesIni()}, 1, {"does not let", "Devices.ini"});
     EXPECT_EQ(RunJson({"config", "show"})["devicesIni"]["state"], "unreadable");
+    std::filesystem::remove(m_kit.ApiIni());
+    std::filesystem::create_directory(m_kit.ApiIni());
+    EXPECT_EQ(RunJson({"config", "show"}, 1)["apiIni"]["state"], "unreadable");
 }
 
 TEST_F(Zqdev, FilesAreMadeMendedAndSealedOnlyWhenAsked) {

@@ -12,11 +12,8 @@ bool IsDenied(const std::string& file) {
     return !IsMissing(file) && !ReadingObstacle(file).empty();
 }
 
-// Room for a list of a few devices: what matters is whether anything can be written.
-constexpr std::size_t kTrialSize = 4096;
-
 bool IsWriteDenied(const std::string& file) {
-    return !WritingObstacle(file, kTrialSize).empty();
+    return !WritingObstacle(file).empty();
 }
 
 constexpr const char* kMissing = "{file} does not exist: make it with \"{zqdev config init}\"";
@@ -148,7 +145,7 @@ std::string Filled(std::string text, const Kit& kit, const std::string& file) {
     }
     Replace(text, "{file}", [&] { return file; });
     Replace(text, "{why-not-read}", [&] { return ReadingObstacle(file); });
-    Replace(text, "{why-not-written}", [&] { return WritingObstacle(file, kTrialSize); });
+    Replace(text, "{why-not-written}", [&] { return WritingObstacle(file); });
     return text;
 }
 

@@ -58,13 +58,19 @@ std::string Initialise(const std::string& file, std::string_view content, bool m
     return !exists ? "made" : std::string(force ? "replaced" : "mended") + ", the old one is kept as .bak";
 }
 
+// Only a list that was saved empty is mended: one that is damaged may still hold what somebody needs.
+bool IsToBeMended(const Kit& kit) {
+    const int seal = SealError(kit.DevicesIni());
+    return (seal == 0 || seal == ZQ_ERR_SEAL_MISSING) && IsDeviceListEmpty(kit.DevicesIni());
+}
+
 ExitStatus Init(Session& session, const InitOptions& options) {
     const Kit& kit = session.GetKit();
-    MakeFolder(kit.ConfigFolder());
-    session.LockConfiguration();
-    // Only a list that was saved empty is mended: one that is damaged may still hold what somebody needs.
-    const int seal = SealError(kit.DevicesIni());
-    const bool mend = (seal == 0 || seal == ZQ_ERR_SEAL_MISSING) && IsDeviceListEmpty(kit.DevicesIni());
+    if (options.force || IsMissing(kit.ApiIni()) || IsMissing(kit.DevicesIni()) || IsToBeMended(kit)) {
+        MakeFolder(kit.ConfigFolder());
+        session.LockConfiguration();
+    }
+    const bool mend = IsToBeMended(kit);
     const std::string api = Initialise(kit.ApiIni(), embedded::kApiIni, false, options.force);
     const std::string devices = Initialise(kit.DevicesIni(), embedded::kDevicesIni, mend, options.force);
     session.Show(
@@ -146,7 +152,8 @@ ExitStatus Show(Session& session, const NoOptions& /*options*/) {
     const Kit& kit = session.GetKit();
     const std::string apiState = StateOf(kit.ApiIni());
     const std::string devicesState = StateOf(kit.DevicesIni());
-    const Json settings = ScanSettings(kit.ApiIni());
+    const bool isDenied = !IsMissing(kit.ApiIni()) && !ReadingObstacle(kit.ApiIni()).empty();
+    const Json settings = isDenied ? Json() : ScanSettings(kit.ApiIni());
     session.Show({{"library", ToJson(kit.LibraryFile())},
                   {"binPath", ToJson(kit.BinPath())},
                   {"cameraConfigFolder", ToJson(kit.CameraConfigFolder())},
@@ -161,6 +168,10 @@ ExitStatus Show(Session& session, const NoOptions& /*options*/) {
                             {"Scan settings", kit.ApiIni(), apiState},
                             {"Device list", kit.DevicesIni(), devicesState}}) +
                      SettingsText(settings));
+    if (isDenied) {
+        throw Failure(FailureLine("the scan settings can't be shown", ZQ_ERR_STREAM_OPEN,
+                                  Advice(Subject::kScan, ZQ_ERR_STREAM_OPEN, kit, kit.ApiIni())));
+    }
     return ExitStatus::kDone;
 }
 

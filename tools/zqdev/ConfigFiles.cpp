@@ -44,10 +44,14 @@ std::string ReadingObstacle(const std::string& file) {
     return platform::ReadWholeFile(file, content, error) ? std::string() : Words(error);
 }
 
-std::string WritingObstacle(const std::string& file, std::size_t size) {
+std::string WritingObstacle(const std::string& file) {
+    constexpr std::size_t kLonger = 4096;
+    std::string content;
+    platform::SystemErrorCode ignored = 0;
+    platform::ReadWholeFile(file, content, ignored);
     platform::FileReplacement trial(file, file);
     platform::SystemErrorCode error = 0;
-    const bool isWritten = trial.Create(error) && trial.Write(std::string(size, ' '), error);
+    const bool isWritten = trial.Create(error) && trial.Write(content.append(kLonger, ' '), error);
     return isWritten ? std::string() : Words(error);
 }
 

@@ -1,7 +1,6 @@
 // The kit's sealed configuration files, handled without the library.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -11,10 +10,10 @@ namespace ZQAPI::zqdev {
 // Whether there is nothing of this name: what can't be seen for lack of permission is not missing.
 bool IsMissing(const std::string& file);
 
-// Why the system does not let this process read the file, or write it anew; empty when it does. The new content
-// would have about so many bytes.
+// Why the system does not let this process read the file, or replace it by one that is a little longer; empty when
+// it does. Nothing is changed.
 std::string ReadingObstacle(const std::string& file);
-std::string WritingObstacle(const std::string& file, std::size_t size);
+std::string WritingObstacle(const std::string& file);
 
 // What is wrong with the file's seal: 0 when it is right, else the error number. Changes nothing.
 int SealError(const std::string& file);

@@ -4,6 +4,7 @@
 
 #include "Failure.h"
 #include "Text.h"
+#include "platform/SystemError.h"
 #include "platform/Terminal.h"
 
 namespace ZQAPI::zqdev {
@@ -22,7 +23,9 @@ void Console::Print(std::string_view text) {
 void Console::FlushResults() {
     const std::lock_guard lock(m_mutex);
     if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
-        throw Failure("the results could not be written; check where standard output leads");
+        const std::string reason = platform::SystemErrorText(platform::LastSystemError());
+        throw Failure("it is done, but the results could not be written (" + reason +
+                      "); check where standard output leads");
     }
 }
 

@@ -42,7 +42,7 @@ EditLock::EditLock(Console& console, const Kit& kit, std::chrono::seconds limit)
     }
     if (outcome == FileLock::Outcome::kFailed) {
         throw Failure("nothing was saved: can't lock " + file + " (" + told +
-                      "); check that its folder is there, can be written to and has room");
+                      "): mend that, or run it as a user who may write to its folder");
     }
 }
 

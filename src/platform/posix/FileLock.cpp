@@ -21,6 +21,7 @@ struct FileLock::State {
         : descriptor(::open(file, kSafely | O_RDWR | O_CREAT, 0666)) {  // NOLINT(*-vararg)
         if (descriptor < 0 && errno == EACCES) {
             descriptor = ::open(file, kSafely | O_RDONLY);  // NOLINT(*-vararg)
+            errno = descriptor < 0 && errno == ENOENT ? EACCES : errno;
         }
     }
     State(const State&) = delete;
