@@ -23,9 +23,10 @@ using Lock = std::unique_lock<std::mutex>;
 using std::chrono::milliseconds;
 
 // How long a camera may owe an answer while others wait: by the number of times it has been asked in vain.
-// After that it has all the time that its command module gives it.
+// After that it has all the time that its command module gives it, unless others come that have been asked less.
 constexpr std::array kSlices = {milliseconds(100), milliseconds(300), milliseconds(700)};
 constexpr std::size_t kLevels = kSlices.size() + 1;
+constexpr std::size_t kLastLevel = kSlices.size();
 // Very many that wait make the slices shorter, so that all have had one within this time, down to this part.
 constexpr milliseconds kTimePerLevel{5000};
 constexpr int kShortestSlice = 5;
@@ -159,8 +160,10 @@ public:
             return next;
         }
         AbortList overdue;
+        const std::size_t lowestWaiting = LowestWaiting();
         for (Running& running : round.running) {
-            if (running.makesWay || running.level >= kSlices.size()) {
+            const bool hasAllTime = running.level == kLastLevel && lowestWaiting == kLastLevel;
+            if (running.makesWay || hasAllTime) {
                 continue;
             }
             const auto due = std::max(running.since, running.task->LastAnswer()) + Slice(running.level);
@@ -214,7 +217,7 @@ private:
         if (isScarce) {
             AskAgain(job, job.level);
         } else if (end == CZQIdentificationTask::EEnd::kSilent) {
-            AskAgain(job, std::min(job.level + 1, kLevels - 1));
+            AskAgain(job, std::min(job.level + 1, kLastLevel));
         }
     }
 
@@ -241,6 +244,15 @@ private:
         for (const Round& round : m_rounds) {
             round->changed.notify_all();
         }
+    }
+
+    std::size_t LowestWaiting() const noexcept {
+        std::size_t level = 0;
+        const auto isWaiting = [&level](const Round& round) { return !round->waiting[level].empty(); };
+        while (level < kLastLevel && std::none_of(m_rounds.begin(), m_rounds.end(), isWaiting)) {
+            ++level;
+        }
+        return level;
     }
 
     // Threads that are about to take what waits.
@@ -313,7 +325,7 @@ private:
     }
 
     milliseconds Slice(std::size_t level) const {
-        const milliseconds longest = kSlices[level];
+        const milliseconds longest = kSlices[std::min(level, kSlices.size() - 1)];
         const auto share = kTimePerLevel * std::max(m_nofThreads, 1U) /
                            static_cast<std::int64_t>(std::max<std::size_t>(m_nofWaiting, 1));
         return std::clamp<milliseconds>(share, longest / kShortestSlice, longest);

@@ -70,7 +70,7 @@ CZQString CZQUdpImagePaths::IamOf(const CZQString& deviceType) {
     if (known != m_iams.end()) {
         return known->second;
     }
-    const CZQString iam = ReadIam(GetCameraConfigFile(deviceType));
+    CZQString iam = ReadIam(GetCameraConfigFile(deviceType));
     m_iams.emplace(deviceType.str(), iam);
     return iam;
 }
