@@ -90,7 +90,7 @@ public:
 private:
     static constexpr std::uintptr_t kInvalid = ~std::uintptr_t{0};
     std::uintptr_t m_handle = kInvalid;
-    bool m_madeExclusive = false;  // rather than found so; where the system has such a mark
+    [[maybe_unused]] bool m_madeExclusive = false;  // rather than found so; where the system has such a mark
     SerialTimeouts m_timeouts;
 };
 

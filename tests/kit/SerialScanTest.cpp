@@ -210,8 +210,8 @@ TEST_F(RS232Scan, BadCamerasDoNotHideTheGoodOne) {
     SetFaults(4, faults);
     faults = {};
     faults.form = EAnswerForm::kNoLineFeed;
-    faults.longAnswerBytes = 100000;
-    faults.byteDelay = 100us;
+    faults.longAnswerBytes = 10000;
+    faults.byteDelay = 1ms;
     SetFaults(7, faults);
     CZQComRS232 holder;
     CZQComRS232Config held;
