@@ -1,8 +1,8 @@
 #include "ZQStandInFile.h"
 
 #include <algorithm>
+#include <charconv>
 #include <chrono>
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <mutex>
@@ -70,8 +70,11 @@ std::string CZQStandInFile::CameraText(const std::string& camera, const char* ke
     const std::string text = Text(camera, key, defaultValue);
     std::string bytes;
     for (std::size_t at = 0; at < text.size();) {
-        unsigned byte = 0;
-        if (text.compare(at, 2, "\\x") == 0 && std::sscanf(text.c_str() + at, "\\x%2x", &byte) == 1) {
+        unsigned char byte = 0;
+        const char* const digits = text.data() + std::min(at + 2, text.size());
+        const char* const end = text.data() + std::min(at + 4, text.size());
+        if (text.compare(at, 2, "\\x") == 0 && end == digits + 2 &&
+            std::from_chars(digits, end, byte, 16).ptr == end) {
             bytes += static_cast<char>(byte);
             at += 4;
         } else {
