@@ -146,7 +146,7 @@ bool ParseModeText(const std::string& text, SerialControl& control, SystemErrorC
 std::vector<SerialPortName> ListSerialPorts() {
     std::vector<SerialPortName> ports;
     std::string folder;
-    if (GetEnvironmentText(kPortFolderVariable, folder)) {
+    if (GetTrustedEnvironmentText(kPortFolderVariable, folder)) {
         AddPorts(folder, kPrefix, 0, ports);
     } else {
         AddPorts("/dev", kPrefix, 0, ports);
