@@ -16,9 +16,11 @@ namespace ZQAPI::platform {
 // process.
 class DebugCapture {
 public:
-    // Gets each line without its end, the empty ones left out. Called on threads of the capture's choosing,
-    // one call at a time. It must neither throw nor write to the ordinary standard error.
-    using LineCallback = std::function<void(std::string_view line)>;
+    // Gets each line without its end, the empty ones left out. `isFirst`: a call that wrote something began
+    // with it; the further lines of the same call may come from a text in it that anybody has sent. Called on
+    // threads of the capture's choosing, one call at a time. It must neither throw nor write to the ordinary
+    // standard error.
+    using LineCallback = std::function<void(std::string_view line, bool isFirst)>;
 
     // Null with the system's code when there is no room for it. To be called before other threads run: it
     // turns debug output on for the process.

@@ -25,6 +25,9 @@ bool IsFileNameCaseInsensitive() noexcept;
 // True for a file or a folder; trailing separators are ignored.
 bool PathExists(const std::string& path) noexcept;
 
+// True when what has this name is no regular file but a folder, a device or a pipe.
+bool IsSpecialFile(const std::string& path) noexcept;
+
 // Moves a file, in one step as others see it. Without `replace` an existing destination is an error.
 bool MoveFileTo(const std::string& source, const std::string& destination, bool replace,
                 SystemErrorCode& error) noexcept;

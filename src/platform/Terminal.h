@@ -1,11 +1,16 @@
-// Whether somebody is watching.
+// Whether somebody is watching, and what is written for them.
 #pragma once
 
 #include <cstdio>
+#include <string_view>
 
 namespace ZQAPI::platform {
 
 // Whether the stream leads to a terminal (a console) rather than into a file or a pipe.
 bool IsTerminal(std::FILE* stream) noexcept;
+
+// Writes UTF-8: into files and pipes as it is, and so that a terminal shows it, whatever its code page is.
+// ferror() tells of a failure.
+void WriteUtf8(std::FILE* stream, std::string_view text);
 
 }  // namespace ZQAPI::platform

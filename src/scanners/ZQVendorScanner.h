@@ -49,11 +49,11 @@ template <class Info>
 struct SVendorScannerKind {
     using MakeSource = std::function<std::unique_ptr<CZQICameraSource<Info>>()>;
 
-    SVendorScannerNames names;
+    SVendorScannerNames names = {};
     MakeSource makeSource;  // loads the library; called for each scan and update
-    SVendorIdentity (*identify)(const Info& camera);
+    SVendorIdentity (*identify)(const Info& camera) = nullptr;
     // A camera that is none of the maker's: ZQ_ERR_UNKNOWN_MODEL.
-    SVendorProduct (*productOf)(const Info& camera);
+    SVendorProduct (*productOf)(const Info& camera) = nullptr;
     OnCameraFailure onCameraFailure = OnCameraFailure::kEnd;
     std::int32_t badTextError = ZQ_ERR_VENDOR_LIBRARY;  // for a text that a record can't keep
     std::uint32_t maxWaitMs = CZQVendorGuard::kMaxWaitMs;

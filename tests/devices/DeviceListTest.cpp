@@ -2,12 +2,16 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <functional>
+#include <thread>
 
 #include "support/ExpectError.h"
 #include "support/FileBytes.h"
+#include "support/RecordingLogger.h"
 #include "support/SampleDevices.h"
 #include "support/TempFolder.h"
 
@@ -198,6 +202,7 @@ TEST(DeviceListFile, DamageIsNoticed) {
 }
 
 TEST(DeviceListFile, FailedSaveLeavesTheOldFileAndNoLitter) {
+    Logged().Take();
     const TempFolder folder;
     const CZQDeviceList list = SampleList(2);
     // A folder can't be replaced by a file.
@@ -208,6 +213,56 @@ TEST(DeviceListFile, FailedSaveLeavesTheOldFileAndNoLitter) {
     EXPECT_TRUE(std::filesystem::is_directory(taken.str()));
 
     EXPECT_ZQ_ERROR(list.SaveToFile(folder.File("missing/Devices.ini")), ZQ_ERR_INI_WRITE);
+    EXPECT_TRUE(Logged().Take().empty());
+}
+
+TEST(DeviceListFile, LoadsBesideSavesGiveWholeLists) {
+    const TempFolder folder;
+    const CZQString path = folder.File("Devices.ini");
+    const CZQDeviceList lists[] = {SampleList(3), SampleList(40)};
+    lists[0].SaveToFile(path);
+    std::atomic<bool> isSaving = true;
+    std::jthread saver([&] {
+        for (std::size_t i = 0; i < 100; ++i) {
+            EXPECT_ZQ_ERROR(lists[i % 2].SaveToFile(path), 0);
+        }
+        isSaving = false;
+    });
+    while (isSaving) {
+        CZQDeviceList loaded;
+        EXPECT_ZQ_ERROR(loaded.LoadFromFile(path), 0);
+        EXPECT_TRUE(loaded.GetCount() == 3 || loaded.GetCount() == 40) << loaded.GetCount();
+    }
+    saver.join();
+    ExpectNoLitter(folder);
+}
+
+// An editor, say, that lets nobody delete what it has open.
+TEST(DeviceListFile, SaveWaitsForWhoeverHasTheFileOpen) {
+    const TempFolder folder;
+    const CZQString path = folder.File("Devices.ini");
+    SampleList(1).SaveToFile(path);
+    const std::string before = ContentOf(path);
+    std::ifstream reader(path.str());
+    const int error = ErrorOf([&] { SampleList(2).SaveToFile(path); });
+    EXPECT_TRUE(error == 0 || (error == ZQ_ERR_FILE_MOVE && ContentOf(path) == before)) << error;
+    ExpectNoLitter(folder);
+
+    std::atomic<bool> isSaved = false;
+    std::jthread holder([&] {
+        const auto sees = [&] {
+            return std::distance(std::filesystem::directory_iterator(folder.Path()), {});
+        };
+        while (!isSaved && sees() < 2) {
+            std::this_thread::yield();
+        }
+        reader.close();  // the new file is there and waits
+    });
+    EXPECT_ZQ_ERROR(SampleList(3).SaveToFile(path), 0);
+    isSaved = true;
+    CZQDeviceList list;
+    list.LoadFromFile(path);
+    EXPECT_EQ(list.GetCount(), 3U);
 }
 
 }  // namespace

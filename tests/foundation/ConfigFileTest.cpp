@@ -1,7 +1,11 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <atomic>
+#include <barrier>
 #include <filesystem>
+#include <thread>
+#include <vector>
 
 #include "foundation/Io/ZQConfigFile.h"
 #include "foundation/Io/ZQCrc32.h"
@@ -95,6 +99,41 @@ TEST_F(ConfigFileTest, AnUnsealedFileIsTakenOnceReportedAndSealed) {
     file.ReadString("key", value);
     EXPECT_EQ(value, "values");
     EXPECT_TRUE(Logged().Take().empty());
+}
+
+TEST_F(ConfigFileTest, AnUnsealedFileOpenedByManyAtOnceGetsOneSeal) {
+    const std::string content = "[s]\r\nkey=values\r\n";
+    for (int round = 0; round < 50; ++round) {
+        Put(content);
+        std::barrier start(4);
+        std::atomic<int> failures = 0;
+        {
+            std::vector<std::jthread> threads;
+            for (int i = 0; i < 4; ++i) {
+                threads.emplace_back([&] {
+                    start.arrive_and_wait();
+                    failures += OpenError() == 0 ? 0 : 1;
+                });
+            }
+        }
+        ASSERT_EQ(failures, 0);
+        ASSERT_EQ(Bytes(), CZQConfigFile::Sealed(content));
+        ASSERT_EQ(Logged().Take().size(), 1U);
+    }
+}
+
+TEST_F(ConfigFileTest, WhatWasVerifiedIsWhatIsRead) {
+    Put(CZQConfigFile::Sealed("[s]\r\nk=1\r\n"));
+    CZQConfigFile file(m_path, Mode::kRead, true);
+    file.SetSection("s");
+    Put("[s]\r\nk=2\r\n");
+    CZQString value;
+    file.ReadString("k", value);
+    EXPECT_EQ(value, "1");
+    file.WriteString("n", "3");
+    EXPECT_EQ(Bytes(), "[s]\r\nk=2\r\nn=3\r\n") << "what others wrote is kept";
+    file.ReadString("k", value);
+    EXPECT_EQ(value, "2");
 }
 
 TEST_F(ConfigFileTest, EveryDamagedByteIsNoticed) {

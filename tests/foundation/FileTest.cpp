@@ -51,6 +51,29 @@ TEST_F(FileTest, MoveReplacesOnlyWhenAsked) {
     EXPECT_ZQ_ERROR(CZQFile::Move(m_a, m_b, true), ZQ_ERR_FILE_MOVE) << "there is no source";
 }
 
+// Names next to the longest that the system takes, where a longer one beside them would not fit any more.
+TEST_F(FileTest, ReplacesWhereverThereIsRoomForTheFile) {
+    std::string path = m_folder.Path().string();
+    while (path.size() < 200) {
+        path += std::string(1, platform::PathSeparator()) + std::string(20, 'd');
+        std::filesystem::create_directory(path);
+    }
+    path += std::string(1, platform::PathSeparator());
+    path += std::string(259 - path.size(), 'n');
+    for (const std::string& file : {path, m_folder.File(std::string(200, 'm'))}) {
+        WriteBytes(file, "old");
+        CZQFile::Replace(file, "new");
+        EXPECT_EQ(ReadBytes(file), "new");
+        EXPECT_FALSE(CZQFile::ReplaceIf(file, "newer", "old"));
+        EXPECT_TRUE(CZQFile::ReplaceIf(file, "newer", "new"));
+        EXPECT_EQ(ReadBytes(file), "newer");
+        const auto folder = std::filesystem::path(file).parent_path();
+        for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+            EXPECT_NE(entry.path().extension(), ".tmp");
+        }
+    }
+}
+
 TEST_F(FileTest, DeleteAndAttributes) {
     EXPECT_ZQ_ERROR(CZQFile::Delete(m_a), ZQ_ERR_FILE_DELETE);
     EXPECT_ZQ_ERROR(CZQFile::SetAttributes(m_a, 1), ZQ_ERR_FILE_ATTRIBUTES);

@@ -1,10 +1,15 @@
 #include "foundation/IniCases.h"
 
+#include <gtest/gtest.h>
+
+#include <algorithm>
 #include <chrono>
 #include <fstream>
+#include <memory>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 
+#include "foundation/Io/ZQProfileFile.h"
 #include "support/FileBytes.h"
 
 namespace ZQAPI::test {
@@ -98,6 +103,45 @@ StagedFile::~StagedFile() {
 
 bool StagedFile::IsWriteProtected() const {
     return !std::ofstream(m_path, std::ios::app).is_open();
+}
+
+IniFunctions OwnFunctions(const std::filesystem::path& path) {
+    const auto file = std::make_shared<CZQProfileFile>(path.string());
+    return {[file](auto section, auto key, auto text, auto buffer, auto size, auto& error) {
+                return file->Get(section, key, text, buffer, size, error);
+            },
+            [file](auto section, auto key, auto value, auto& error) {
+                return file->Set(section, key, value, error);
+            }};
+}
+
+std::ostream& operator<<(std::ostream& stream, const IniOutcome& outcome) {
+    return stream << ::testing::PrintToString(outcome.text) << ", done " << outcome.isDone << ", file "
+                  << ::testing::PrintToString(outcome.file) << ", error " << outcome.error;
+}
+
+IniOutcome RunCase(const IniCase& iniCase, const std::filesystem::path& path, const IniFunctions& functions) {
+    constexpr char kUntouched = '\x55';
+    IniOutcome outcome;
+    if (iniCase.isGet) {
+        std::string buffer(iniCase.size + 16, kUntouched);
+        const std::size_t length =
+            functions.get(TextOrNull(iniCase.section), TextOrNull(iniCase.key),
+                          TextOrNull(iniCase.defaultValue), buffer.data(), iniCase.size, outcome.error);
+        outcome.text = buffer.substr(0, length);
+        const bool isList = !iniCase.section || !iniCase.key;
+        const std::size_t end = isList ? iniCase.size : std::min(length + 1, iniCase.size);
+        EXPECT_EQ(buffer.find_first_not_of(kUntouched, end), std::string::npos);
+        EXPECT_TRUE(iniCase.size == 0 || buffer[length] == '\0');
+    } else {
+        outcome.isDone = functions.set(TextOrNull(iniCase.section), TextOrNull(iniCase.key),
+                                       TextOrNull(iniCase.value), outcome.error);
+    }
+    if (iniCase.error == 0) {
+        outcome.error = 0;
+    }
+    outcome.file = ReadBytes(path);
+    return outcome;
 }
 
 }  // namespace ZQAPI::test

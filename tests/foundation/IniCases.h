@@ -5,9 +5,13 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
+#include <iosfwd>
 #include <optional>
 #include <string>
 #include <vector>
+
+#include "platform/SystemError.h"
 
 namespace ZQAPI::test {
 
@@ -54,5 +58,31 @@ private:
     std::filesystem::path m_path;
     bool m_isReadOnly;
 };
+
+// The two calls, the engine's or the system's.
+struct IniFunctions {
+    std::function<std::size_t(const char* section, const char* key, const char* defaultValue, char* buffer,
+                              std::size_t size, platform::SystemErrorCode& error)>
+        get;
+    std::function<bool(const char* section, const char* key, const char* value,
+                       platform::SystemErrorCode& error)>
+        set;
+};
+
+IniFunctions OwnFunctions(const std::filesystem::path& path);
+
+struct IniOutcome {
+    std::string text;
+    bool isDone = false;
+    std::optional<std::string> file;      // afterwards
+    platform::SystemErrorCode error = 0;  // 0 where the case says nothing of it
+
+    bool operator==(const IniOutcome&) const = default;
+};
+
+std::ostream& operator<<(std::ostream& stream, const IniOutcome& outcome);
+
+// Nothing is written behind a value's NUL, or behind the buffer.
+IniOutcome RunCase(const IniCase& iniCase, const std::filesystem::path& path, const IniFunctions& functions);
 
 }  // namespace ZQAPI::test

@@ -4,15 +4,11 @@
 #include <system_error>
 
 #include "foundation/IniCases.h"
-#include "foundation/Io/ZQProfileFile.h"
-#include "support/FileBytes.h"
 #include "support/TempFolder.h"
 
 namespace ZQAPI::test {
 
 namespace {
-
-constexpr char kUntouched = '\x55';
 
 // Whether a code of this system means what Windows' number does.
 bool MeansTheSame(platform::SystemErrorCode error, std::uint32_t windowsError) {
@@ -23,49 +19,21 @@ bool MeansTheSame(platform::SystemErrorCode error, std::uint32_t windowsError) {
                : code == std::errc::no_such_file_or_directory;
 }
 
-void RunGet(const IniCase& iniCase, CZQProfileFile& file) {
-    std::string buffer(iniCase.size + 16, kUntouched);
-    platform::SystemErrorCode error = 1;
-    const std::size_t length = file.Get(TextOrNull(iniCase.section), TextOrNull(iniCase.key),
-                                        TextOrNull(iniCase.defaultValue), buffer.data(), iniCase.size, error);
-
-    EXPECT_EQ(buffer.substr(0, length), iniCase.text);
-    const bool isList = !iniCase.section || !iniCase.key;
-    const std::size_t written = iniCase.size == 0 ? 0 : length + 1;
-    if (iniCase.size > 0) {
-        EXPECT_EQ(buffer[length], '\0');
-    }
-    if (!isList) {
-        EXPECT_EQ(buffer.find_first_not_of(kUntouched, written), std::string::npos) << "wrote behind the NUL";
-    }
-    EXPECT_EQ(buffer.find_first_not_of(kUntouched, iniCase.size), std::string::npos)
-        << "wrote behind the buffer";
-    EXPECT_EQ(error != 0, iniCase.error != 0);
-    EXPECT_TRUE(iniCase.error == 0 || MeansTheSame(error, iniCase.error)) << error;
-}
-
-void RunSet(const IniCase& iniCase, CZQProfileFile& file, const std::filesystem::path& path) {
-    const bool isThere = std::filesystem::is_regular_file(path);
-    const auto stamp = isThere ? std::filesystem::last_write_time(path) : std::filesystem::file_time_type();
-    platform::SystemErrorCode error = 0;
-    const bool isDone =
-        file.Set(TextOrNull(iniCase.section), TextOrNull(iniCase.key), TextOrNull(iniCase.value), error);
-
-    EXPECT_EQ(isDone, iniCase.succeeds);
-    EXPECT_EQ(ReadBytes(path), iniCase.fileAfter);
-    EXPECT_EQ(error != 0, !isDone);
-    EXPECT_TRUE(iniCase.error == 0 || MeansTheSame(error, iniCase.error)) << error;
-    if (isThere) {
-        EXPECT_EQ(std::filesystem::last_write_time(path) == stamp, iniCase.file == iniCase.fileAfter);
-    }
-    // What is in memory now is what the file says.
-    const auto listKeys = [&](CZQProfileFile& from) {
+// Writes only what changes, and has in memory afterwards what the file says.
+void ExpectWritesOnlyChanges(const IniCase& iniCase, const std::filesystem::path& path,
+                             const IniFunctions& functions, const IniOutcome& outcome,
+                             std::filesystem::file_time_type before) {
+    EXPECT_TRUE(!iniCase.file ||
+                (std::filesystem::last_write_time(path) == before) == (iniCase.file == iniCase.fileAfter));
+    const auto listKeys = [&](const IniFunctions& from) {
         std::string keys(4096, '\0');
-        keys.resize(from.Get(TextOrNull(iniCase.section), nullptr, "", keys.data(), keys.size(), error));
+        platform::SystemErrorCode error = 0;
+        keys.resize(from.get(TextOrNull(iniCase.section), nullptr, "", keys.data(), keys.size(), error));
         return keys;
     };
-    CZQProfileFile fresh(path.string());
-    EXPECT_EQ(listKeys(file), listKeys(fresh));
+    EXPECT_EQ(listKeys(functions), listKeys(OwnFunctions(path)));
+    EXPECT_EQ(outcome.isDone, iniCase.succeeds);
+    EXPECT_EQ(outcome.file, iniCase.fileAfter);
 }
 
 }  // namespace
@@ -79,11 +47,14 @@ TEST(IniCases, AllAsKnown) {
         if (iniCase.needsOrdinaryUser && !staged.IsWriteProtected()) {
             continue;
         }
-        CZQProfileFile file(staged.Path().string());
-        if (iniCase.isGet) {
-            RunGet(iniCase, file);
-        } else {
-            RunSet(iniCase, file, staged.Path());
+        std::error_code noFile;
+        const auto before = std::filesystem::last_write_time(staged.Path(), noFile);
+        const IniFunctions functions = OwnFunctions(staged.Path());
+        const IniOutcome outcome = RunCase(iniCase, staged.Path(), functions);
+        EXPECT_EQ(outcome.text, iniCase.text);
+        EXPECT_TRUE(iniCase.error == 0 || MeansTheSame(outcome.error, iniCase.error)) << outcome.error;
+        if (!iniCase.isGet) {
+            ExpectWritesOnlyChanges(iniCase, staged.Path(), functions, outcome, before);
         }
     }
 }

@@ -15,9 +15,18 @@ constexpr std::array kSections = {"a", "B", " b ", "", "c]d", "x\r\n[a", "[a"};
 constexpr std::array kKeys = {"k", "K ", "l", "", ";k", "[z]", "k=l", "\tm\t", "n\nk=1"};
 constexpr std::array kValues = {"", "1", " 1 ", "\"1\"", "v;w", "1\r\nl=2", "\r\n[b]\r\nk=3", "\xE4\x80"};
 
+std::string Repeated(const std::string& text, int count) {
+    std::string result;
+    while (count-- > 0) {
+        result += text;
+    }
+    return result;
+}
+
 const std::array<std::string, 5> kTexts = {
     "", "stray\r\n[a]\r\nk=0\r\n;k=1\r\n\r\n[b]\r\nk\r\n[A]\r\nk=2\r\n<#CRC0123456789#>",
-    "[a]\nk = 0 \n\n[]\n=1\n; end", "\xEF\xBB\xBF[a]\rk=0\r[b]\r",
+    // So long a section is looked through with an index.
+    "[a]\n" + Repeated("f\n", 80) + "k = 0 \n\nK=1\n[]\n=1\n; end", "\xEF\xBB\xBF[a]\rk=0\r[b]\r",
     std::string("[a]\r\nk=x") + '\0' + "y\r\n\x1A"};
 
 std::string AsUtf16(const std::string& text) {

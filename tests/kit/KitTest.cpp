@@ -4,6 +4,8 @@
 #include <cstring>
 
 #include "foundation/Io/ZQConfigFile.h"
+#include "platform/DebugCapture.h"
+#include "platform/Process.h"
 #include "support/FileBytes.h"
 #include "support/KitCopy.h"
 
@@ -35,38 +37,6 @@ TEST(Kit, ShippedConfigurationIsSealedAndHoldsOneVirtualCamera) {
     EXPECT_STREQ(device.IAM, ZQDEV_IAM_ZQ_VIRTUAL);
 }
 
-TEST(Kit, EditedListSurvivesSavingAndLoading) {
-    KitCopy kit;
-    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_InitLibrary), ZQ_OK);
-    ZQDEVICEINFO device{};
-    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_GetDevice, 0U, &device), ZQ_OK);
-    std::strcpy(device.DeviceID, "second");
-    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_AddDevice, device), ZQ_OK);
-    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_GetDevice, 1U, &device), ZQ_OK);
-    EXPECT_STREQ(device.Name, "Camera2");
-    std::strcpy(device.Name, "Named by hand");
-    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_ModifyDevice, device), ZQ_OK);
-    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_SaveDeviceConfig), ZQ_OK);
-    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_RemoveDevice, "second"), ZQ_OK);
-    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_LoadDeviceConfig), ZQ_OK);
-    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_GetDevice, 1U, &device), ZQ_OK);
-    EXPECT_STREQ(device.Name, "Named by hand");
-
-    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_DeInitLibrary), ZQ_OK);
-    EXPECT_EQ(ZQ_CALL(kit, ZQDEV_SaveDeviceConfig), ZQ_ERR_NOT_INITIALISED);
-}
-
-TEST(Kit, EmptyListIsSavedButFailsTheNextInitialisation) {
-    KitCopy kit;
-    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_InitLibrary), ZQ_OK);
-    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_ScanForDevicesWithScanner, ZQDEV_SCANNER_MANUAL), ZQ_OK);
-    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_SaveDeviceConfig), ZQ_OK);
-    EXPECT_EQ(ContentOf(kit.DevicesIni()).find("[General]\r\nDevices=\r\n\r\n<#CRC"), 0U);
-    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_DeInitLibrary), ZQ_OK);
-    EXPECT_EQ(ZQ_CALL(kit, ZQDEV_InitLibrary), ZQ_ERR_INI_KEY_MISSING);
-    EXPECT_EQ(ZQ_CALL(kit, ZQDEV_InitLibrary), ZQ_ERR_INI_KEY_MISSING);
-}
-
 TEST(Kit, ModulesOfADeviceTypeComeFromItsFile) {
     KitCopy kit;
     ASSERT_EQ(ZQ_CALL(kit, ZQDEV_InitLibrary), ZQ_OK);
@@ -87,6 +57,26 @@ TEST(Kit, ReservedFunctionsWorkInAnyStateAndWriteNothing) {
     EXPECT_EQ(ZQ_CALL(kit, ZQDEV_GetSupportedDevice, 0U, text, 3U), ZQ_OK);
     EXPECT_EQ(count, 99U);
     EXPECT_STREQ(text, "abc");
+}
+
+// The folder of the kit that is added to PATH, and the logger, are two steps of loading.
+TEST(Kit, LooksForItsLoggerAlsoWithoutPath) {
+    KitCopy kit;
+    kit.Unload();
+    std::filesystem::create_directories(kit.Path() / "3dParty/PGR/x64");
+    std::string before;
+    std::string told;
+    platform::SystemErrorCode error = 0;
+    platform::GetEnvironmentText("PATH", before);
+    ASSERT_TRUE(platform::SetEnvironmentText("PATH", "", error));
+    auto capture =
+        platform::DebugCapture::Start([&](std::string_view line) { (told += line) += '\n'; }, error);
+    ASSERT_TRUE(capture);
+    kit.Load();
+    capture.reset();
+    EXPECT_TRUE(platform::SetEnvironmentText("PATH", before, error));
+    EXPECT_NE(told.find("ExtraText: Error GetEnvironmentVariable(PATH)\n"), std::string::npos) << told;
+    EXPECT_NE(told.find("ZQSDK: LoggerAPI init: ZQLoggerAPI_x64.v2.0.dll\n"), std::string::npos) << told;
 }
 
 }  // namespace

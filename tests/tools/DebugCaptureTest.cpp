@@ -16,7 +16,10 @@ public:
     std::unique_ptr<platform::DebugCapture> Capture() {
         platform::SystemErrorCode error = 0;
         auto capture = platform::DebugCapture::Start(
-            [this](std::string_view line) { m_lines.emplace_back(line); }, error);
+            [this](std::string_view line, bool isFirst) {
+                m_lines.push_back((isFirst ? "" : "+ ") + std::string(line));
+            },
+            error);
         EXPECT_NE(capture, nullptr) << error;
         return capture;
     }
@@ -73,13 +76,15 @@ TEST(DebugCapture, OneAfterTheOtherEachHearsItsOwn) {
     }
 }
 
-TEST(DebugCapture, SeveralLinesAtOnceAreHandedOverOneByOne) {
+// A text in a message can hold line feeds, and what comes after them must not pass for a message.
+TEST(DebugCapture, SeveralLinesAtOnceAreHandedOverAsWhatTheyAre) {
     Lines lines;
     {
         const auto capture = lines.Capture();
         platform::WriteDebugOutput("one\n\ntwo\nthree");
+        platform::WriteDebugOutput("four");
     }
-    EXPECT_EQ(lines.Take(), (std::vector<std::string>{"one", "two", "three"}));
+    EXPECT_EQ(lines.Take(), (std::vector<std::string>{"one", "+ two", "+ three", "four"}));
 }
 
 }  // namespace

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <sstream>
 
+#include "platform/Files.h"
+
 namespace ZQAPI::zqdev {
 namespace {
 
@@ -19,6 +21,14 @@ TEST(Text, WhatCannotBePrintedIsEscaped) {
         {"\x1b[31m\x7f", "\\x1B[31m\\x7F", true},
         {"Gr\xC3\xBC\xC3\x9F", "Gr\xC3\xBC\xC3\x9F", true},
         {"\xF0\x9F\x93\xB7", "\xF0\x9F\x93\xB7", true},
+        {"\xC2\xA0\xE2\x80\x8D\xE2\x80\xA7\xE2\x80\xAF", "\xC2\xA0\xE2\x80\x8D\xE2\x80\xA7\xE2\x80\xAF",
+         true},
+        {"\xD8\x9C\xE2\x80\xAE"
+         "abc",
+         "\\xD8\\x9C\\xE2\\x80\\xAE"
+         "abc",
+         true},  // read from right to left
+        {"\xE2\x80\xA8\xE2\x81\xA6", "\\xE2\\x80\\xA8\\xE2\\x81\\xA6", true},
         {"Gr\xFC\xDF", "Gr\\xFC\\xDF", false},       // Latin-1
         {"cut \xC3", "cut \\xC3", false},            // a character that is not whole
         {"\xC0\x8A", "\\xC0\\x8A", false},           // a line feed in disguise
@@ -31,7 +41,9 @@ TEST(Text, WhatCannotBePrintedIsEscaped) {
         {"\xF4\x90\x80\x80", "\\xF4\\x90\\x80\\x80", false},
     };
     for (const auto& c : cases) {
-        EXPECT_EQ(Printable(c.text), c.printable);
+        if (c.utf8 || !platform::HasDriveLetters()) {  // elsewhere a code page knows every byte
+            EXPECT_EQ(Printable(c.text), c.printable);
+        }
         EXPECT_EQ(IsUtf8(c.text), c.utf8) << c.printable;
     }
 }

@@ -3,10 +3,15 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstdlib>
 #include <nlohmann/json.hpp>
+#include <thread>
 
 #include "devices/ZQDeviceList.h"
+#include "platform/FileLock.h"
+#include "platform/Files.h"
+#include "platform/SystemText.h"
 #include "support/FileBytes.h"
 #include "support/KitCopy.h"
 #include "support/SampleDevices.h"
@@ -24,10 +29,12 @@ struct Outcome {
 
 class Zqdev : public ::testing::Test {
 protected:
-    Outcome Run(const Arguments& arguments) {
-        const std::string out = m_outputs.File("out");
-        const std::string err = m_outputs.File("err");
-        std::string command = m_kit.File("zqdev");
+    // May be called by several threads. `program`: without what a shell takes for its own.
+    Outcome Run(const Arguments& arguments, std::string program = {}) {
+        const std::string number = std::to_string(++m_runs);
+        const std::string out = m_outputs.File("out" + number);
+        const std::string err = m_outputs.File("err" + number);
+        std::string command = program.empty() ? m_kit.File("zqdev") : std::move(program);
         for (const std::string& argument : arguments) {
             command += " \"" + argument + "\"";
         }
@@ -86,6 +93,7 @@ private:
     }
 
     TempFolder m_outputs;
+    std::atomic<int> m_runs{0};
 };
 
 TEST_F(Zqdev, FailuresAreOneLineWithTheirStatusAndLeaveTheListAlone) {
@@ -166,79 +174,174 @@ TEST_F(Zqdev, EditsAreSavedAtOnce) {
     ExpectFailure({"list"}, 1, {"-200013", "lacks a value"});
 }
 
-TEST_F(Zqdev, MissingAndEmptyListsAreExplainedAndMended) {
-    const std::string shipped = ContentOf(m_kit.DevicesIni());
+TEST_F(Zqdev, FilesThatDoNotServeAreExplained) {
+    const std::string devices = m_kit.DevicesIni();
+    const std::string api = m_kit.ApiIni();
+    const std::string shipped = ContentOf(devices);
+    std::string edited = shipped;
+    edited.replace(edited.find("Virtual camera"), 14, "Edited camera.");
+    CZQDeviceList().SaveToFile(devices);
+    const std::string empty = ContentOf(devices);
     const std::string init = "zqdev config init\"";
+    const auto scanners = [&](const std::string& names) {
+        WriteSealed(api, "[DeviceScanner]\r\nActiveScanners=" + names + "\r\n");
+        return ContentOf(api);
+    };
+    const std::string noScanner = scanners("");
+    const std::string unknownScanner = scanners("SCANNER_NONE");
+    const std::string kMissing;  // no content: no file
+    const struct {
+        const std::string& file;
+        std::string content;
+        Arguments arguments;
+        std::vector<std::string> parts;
+    } cases[] = {
+        {devices, kMissing, {"list"}, {"-220002", "does not exist", init}},
+        {devices, kMissing, {"config", "check"}, {"-220002", "Devices.ini"}},
+        {devices, empty, {"list"}, {"-200013", "empty list", init}},
+        {devices, empty, {"config", "check"}, {"-200013", init}},
+        {devices, "cut", {"list"}, {"-220002", "cut off", "config init --force"}},
+        {devices, edited, {"list"}, {"-220004", "edited by hand", "config seal", "restore"}},
+        {devices, edited, {"config", "check"}, {"-220004"}},
+        {api, noScanner, {"scan"}, {"-200013", "ActiveScanners"}},
+        {api, unknownScanner, {"scan"}, {"-100006", "ActiveScanners"}},
+        {api, kMissing, {"scan"}, {"-220002", "ZQAPI.ini does not exist", "config init"}},
+        {devices, shipped, {"config", "seal", "none.ini"}, {"none.ini", "no such file"}},
+    };
+    for (const auto& c : cases) {
+        WriteBytes(devices, shipped);
+        scanners("SCANNER_MANUAL");
+        if (c.content == kMissing) {
+            std::filesystem::remove(c.file);
+        } else {
+            WriteBytes(c.file, c.content);
+        }
+        SCOPED_TRACE(c.parts.front() + " " + c.arguments.back());
+        ExpectFailure(c.arguments, 1, c.parts);
+    }
+}
 
+// What is no file to be read and written, on any system and for any user: a folder.
+TEST_F(Zqdev, WhatTheSystemRefusesIsNeverToldAsDamageOrAbsence) {
     std::filesystem::remove(m_kit.DevicesIni());
-    ExpectFailure({"list"}, 1, {"-220002", "does not exist", init});
-    ExpectFailure({"config", "check"}, 1, {"-220002", "Devices.ini"});
+    std::filesystem::create_directory(m_kit.DevicesIni());
+    ExpectFailure({"list"}, 1, {"-220002", "does not let", "Devices.ini", "("});
+    ExpectFailure({"config", "seal", m_kit.DevicesIni()}, 1, {"does not let", "Devices.ini"});
+    EXPECT_EQ(RunJson({"config", "show"})["devicesIni"]["state"], "unreadable");
+    std::filesystem::remove(m_kit.ApiIni());
+    std::filesystem::create_directory(m_kit.ApiIni());
+    EXPECT_EQ(RunJson({"config", "show"}, 1)["apiIni"]["state"], "unreadable");
+}
+
+TEST_F(Zqdev, FilesAreMadeMendedAndSealedOnlyWhenAsked) {
+    const std::string shipped = ContentOf(m_kit.DevicesIni());
+    std::filesystem::remove_all(m_kit.Path() / "AppData");
     ExpectDone({"config", "init"});
+    ExpectDone({"config", "check"});
     EXPECT_EQ(ContentOf(m_kit.DevicesIni()), shipped);
 
     CZQDeviceList().SaveToFile(m_kit.DevicesIni());
     const std::string empty = ContentOf(m_kit.DevicesIni());
-    ExpectFailure({"list"}, 1, {"-200013", "empty list", init});
-    ExpectFailure({"config", "check"}, 1, {"-200013", init});
     ExpectDone({"config", "init"});
     EXPECT_EQ(ContentOf(m_kit.DevicesIni()), shipped);
     EXPECT_EQ(ContentOf(m_kit.DevicesIni() + ".bak"), empty);
 
-    std::filesystem::remove_all(m_kit.Path() / "AppData");
-    ExpectDone({"config", "init"});
-    ExpectDone({"config", "check"});
-    ExpectDone({"list"});
-}
-
-TEST_F(Zqdev, DamageIsReportedAndNeverTouchedUnasked) {
-    const std::string shipped = ContentOf(m_kit.DevicesIni());
-    std::string edited = shipped;
-    edited.replace(edited.find("Virtual camera"), 14, "Edited camera.");
-    WriteBytes(m_kit.DevicesIni(), edited);
     const std::string unsealed = "[DeviceScanner]\r\nActiveScanners=SCANNER_ZQ_UDP\r\n";
     WriteBytes(m_kit.ApiIni(), unsealed);
-
-    ExpectFailure({"list"}, 1, {"-220004", "edited by hand", "config seal", "restore"});
-    const Outcome check = Run({"config", "check"});
-    EXPECT_EQ(check.status, 1);
-    EXPECT_EQ(std::count(check.err.begin(), check.err.end(), '\n'), 2) << check.err;
-    EXPECT_NE(check.err.find("-220003"), std::string::npos) << check.err;
-    EXPECT_NE(check.err.find("-220004"), std::string::npos) << check.err;
+    WriteBytes(m_kit.DevicesIni(), "cut");
     ExpectDone({"config", "init"});
     ExpectDone({"config", "show"});
-    EXPECT_EQ(ContentOf(m_kit.DevicesIni()), edited);
+    EXPECT_EQ(ContentOf(m_kit.DevicesIni()), "cut");
     EXPECT_EQ(ContentOf(m_kit.ApiIni()), unsealed);
-
-    ExpectDone({"config", "seal", m_kit.DevicesIni(), m_kit.ApiIni()});
-    ExpectDone({"config", "check"});
-    EXPECT_EQ(RunJson({"show", "VirtualCamera:1"})["DeviceDesc"], "Edited camera.");
-    ExpectFailure({"config", "seal", m_kit.File("AppData")}, 1, {"-220001", "AppData"});
-
-    WriteBytes(m_kit.DevicesIni(), "cut");
-    ExpectFailure({"list"}, 1, {"-220002", "cut off", "config init --force"});
     ExpectDone({"config", "init", "--force"});
     EXPECT_EQ(ContentOf(m_kit.DevicesIni()), shipped);
     EXPECT_EQ(ContentOf(m_kit.DevicesIni() + ".bak"), "cut");
+
+    WriteBytes(m_kit.ApiIni(), unsealed);
+    ExpectFailure({"config", "check"}, 1, {"-220003"});
+    ExpectDone({"config", "seal", m_kit.ApiIni()});
+    ExpectDone({"config", "check"});
 }
 
-TEST_F(Zqdev, ScanSettingsThatDoNotServeAreExplained) {
-    const struct {
-        const char* content;
-        std::vector<std::string> parts;
-    } cases[] = {
-        {"[DeviceScanner]\r\nActiveScanners=\r\n", {"-200013", "ActiveScanners"}},
-        {"[DeviceScanner]\r\nActiveScanners=SCANNER_NONE\r\n", {"-100006", "ActiveScanners"}},
-    };
-    for (const auto& c : cases) {
-        WriteSealed(m_kit.ApiIni(), c.content);
-        ExpectFailure({"scan"}, 1, c.parts);
+TEST_F(Zqdev, EditsAtOnceAreAllKept) {
+    constexpr int kEdits = 20;
+    {
+        std::vector<std::jthread> edits;
+        for (int i = 0; i < kEdits; ++i) {
+            edits.emplace_back([this, i] { ExpectDone(AddArguments("device " + std::to_string(i))); });
+        }
     }
-    std::filesystem::remove(m_kit.ApiIni());
-    ExpectFailure({"scan"}, 1, {"-220002", "ZQAPI.ini does not exist", "config init"});
+    EXPECT_EQ(RunJson({"list"})["devices"].size(), 1U + kEdits);
+}
+
+TEST_F(Zqdev, WhoHoldsTheLockIsNamedAndWhatIsNoFileIsNoLock) {
+    const std::string file = m_kit.File("AppData/config/zqdev.lock");
+    const Arguments edit = {"modify", "VirtualCamera:1", "--desc", "x", "--wait", "0"};
+    WriteBytes(file, "left behind by somebody");
+    {
+        platform::FileLock lock;
+        std::string told;
+        ASSERT_EQ(lock.TryToTake(file, told), platform::FileLock::Outcome::kTaken) << told;
+        ExpectFailure(edit, 1, {"process " + std::to_string(platform::ProcessId()), "zqdev.lock", "--wait"});
+        ExpectDone({"list"});
+    }
+    ExpectDone(edit);
+
+    std::filesystem::remove(file);
+    std::filesystem::create_directory(file);
+    ExpectFailure(edit, 1, {"nothing was saved", "zqdev.lock"});
+    if (platform::HasDriveLetters()) {
+        GTEST_SKIP() << "links and pipes: Linux alone";
+    }
+    const std::string target = m_kit.File("somewhere else");
+    for (const std::string& command : {"ln -s '" + target + "' '" + file + "'", "mkfifo '" + file + "'"}) {
+        std::filesystem::remove(file);
+        ASSERT_EQ(std::system(command.c_str()), 0);  // NOLINT: own arguments
+        ExpectFailure(edit, 1, {"nothing was saved", "no ordinary file"});
+    }
+    EXPECT_FALSE(std::filesystem::exists(target));
+}
+
+// Its folder's name has another length, and other bytes, in each encoding.
+TEST_F(Zqdev, AKitInAFolderOfAnyNameWorksWhole) {
+    const std::filesystem::path folder = m_kit.Path().parent_path() / u8"K\u00FCche x";
+    std::filesystem::copy(m_kit.Path(), folder, std::filesystem::copy_options::recursive);
+    std::filesystem::remove_all(folder / "AppData");
+    const auto config = folder / "AppData" / "config";
+    const std::string text = platform::FromPath(folder);
+    const auto former = std::filesystem::current_path();
+    std::filesystem::current_path(folder);
+    const std::string own = std::string(".") + platform::PathSeparator() + "zqdev";
+    for (const Arguments& arguments : {Arguments{"config", "init"},
+                                       {"config", "check"},
+                                       {"config", "seal", platform::FromPath(config / "ZQAPI.ini")},
+                                       AddArguments("added"),
+                                       {"list"},
+                                       {"modules", "ZQNetCam-2M"}}) {
+        const Outcome outcome = Run(arguments, own);
+        EXPECT_EQ(outcome.status, 0) << arguments.front() << " " << outcome.err;
+        EXPECT_EQ(outcome.err, "");
+    }
+    EXPECT_TRUE(std::filesystem::exists(config / "Devices.ini"));
+    EXPECT_NE(Run({"config", "show"}, own)
+                  .out.find("K\xC3\xBC"
+                            "che x"),
+              std::string::npos);
+    EXPECT_EQ(Run({"scan", "--scanner", "manual"}, own).status, 3);
+    std::filesystem::current_path(former);
+
+    const auto shown = RunJson({"config", "show", "--kit", text});
+    EXPECT_NE(shown["devicesIni"]["file"].get<std::string>().find("K\xC3\xBC"
+                                                                  "che x"),
+              std::string::npos);
+    ExpectFailure({"--kit", text, "show", "nobody"}, 1,
+                  {"K\xC3\xBC"
+                   "che x"});
 }
 
 TEST_F(Zqdev, AnotherKitIsUsedWholly) {
     KitCopy other;
+    const std::string quote = platform::HasDriveLetters() ? "\"" : "'";
     const std::string own = ContentOf(m_kit.DevicesIni());
     Arguments arguments = AddArguments("in the other kit");
     arguments.insert(arguments.begin(), {"--kit", other.Path().string()});
@@ -248,7 +351,7 @@ TEST_F(Zqdev, AnotherKitIsUsedWholly) {
 
     std::filesystem::remove(other.DevicesIni());
     ExpectFailure({"list", "--kit", other.Path().string()}, 1,
-                  {"zqdev --kit '" + other.Path().string() + "' config init"});
+                  {"zqdev --kit " + quote + other.Path().string() + quote + " config init"});
     ExpectDone({"--kit", other.Path().string(), "config", "init"});
     EXPECT_EQ(RunJson({"list", "--kit", other.Path().string()})["devices"].size(), 1U);
 }
@@ -271,7 +374,7 @@ TEST_F(Zqdev, AnyTextIsListedInJsonAndOnTheScreen) {
     device.SetName("Camera1");
     device.SetDeviceTypeByName(std::string(64, 'T'));
     device.SetDeviceDesc("Gr\xFC\xDF");  // Latin-1
-    device.SetUsedAddress("\x1B[2J");
+    device.SetUsedAddress("\x1B[2J\xC2\x9B\xE2\x80\xAE");
     CZQDeviceList list;
     list.AddDevice(device, false);
     list.SaveToFile(m_kit.DevicesIni());
@@ -279,10 +382,12 @@ TEST_F(Zqdev, AnyTextIsListedInJsonAndOnTheScreen) {
     const auto json = RunJson({"list"})["devices"][0];
     EXPECT_EQ(json["DeviceID"], "a \"quoted\" \\ id");
     EXPECT_EQ(json["DeviceDesc"], "Gr\xC3\xBC\xC3\x9F");
-    EXPECT_EQ(json["UsedAddress"], "\x1B[2J");
-    const Outcome shown = Run({"list"});
-    EXPECT_EQ(shown.out.find('\x1B'), std::string::npos);
-    EXPECT_NE(shown.out.find("\\x1B[2J"), std::string::npos) << shown.out;
+    EXPECT_EQ(json["UsedAddress"], "\x1B[2J\xC2\x9B\xE2\x80\xAE");
+    for (const Arguments& arguments : {Arguments{"list", "--json"}, {"list"}}) {
+        const std::string shown = Run(arguments).out;
+        EXPECT_TRUE(std::all_of(shown.begin(), shown.end(), [](char c) { return c == '\n' || c >= ' '; }))
+            << shown;
+    }
 }
 
 TEST_F(Zqdev, SettingsAndModulesAreShownForPrograms) {

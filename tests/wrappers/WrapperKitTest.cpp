@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <future>
+#include <thread>
 
 #include "support/KitScan.h"
 #include "support/StandIns.h"
@@ -17,6 +19,34 @@ constexpr const char* kCameras =
     "[pleora.1]\nModel=PL\nSerial=P2\nAddress=10.0.0.3\n"
     "[tavi.0]\nModel=T\nBoard=1\nSerial=T1\n"
     "[usb2.0]\nModel=U\nType=275\nSerial=7\nAddress=1-4\n";
+
+// While a scan is held up in the library's code, everybody else goes on.
+TEST(WrapperKit, NobodyWaitsForALibraryThatDoesNotComeBack) {
+    const StandIns standIns;
+    const std::string block = standIns.TraceFile() + ".block";
+    WriteBytes(block, "");
+    standIns.Play("[gige]\nBlockingCall=isVersionCompliantDLL\nBlockMs=60000\nBlockFile=" + block +
+                  "\nTraceFile=" + standIns.TraceFile() + "\n" + kCameras);
+    const StandInPath path;
+    KitCopy kit;
+    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_InitLibrary), ZQ_OK);
+    const auto scan = [&kit] { return ZQ_CALL(kit, ZQDEV_ScanForDevicesWithScanner, ZQDEV_SCANNER_ZQ_GIGE); };
+    auto blocked = std::async(std::launch::async, scan);
+    while (standIns.Traced().find("isVersionCompliantDLL\n") == std::string::npos) {
+        std::this_thread::yield();
+    }
+    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_DeInitLibrary), ZQ_OK);
+    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_InitLibrary), ZQ_OK);
+    unsigned count = 0;
+    EXPECT_EQ(ZQ_CALL(kit, ZQDEV_GetNofDevices, &count), ZQ_OK);
+    EXPECT_EQ(standIns.Traced().find("goes on"), std::string::npos);
+
+    std::filesystem::remove(block);
+    EXPECT_EQ(blocked.get(), ZQ_OK);
+    EXPECT_EQ(ZQ_CALL(kit, ZQDEV_GetNofDevices, &count), ZQ_OK);
+    EXPECT_EQ(count, 1U);
+    EXPECT_EQ(ZQ_CALL(kit, ZQDEV_DeInitLibrary), ZQ_OK);
+}
 
 TEST(WrapperKit, ScansAllAtOnceAndChangesAddresses) {
     const StandIns standIns;

@@ -3,6 +3,7 @@
 #include <set>
 #include <string>
 
+#include "ZQSimIpv4.h"
 #include "ZQSimUdpServer.h"
 #include "platform/Files.h"
 #include "support/ExpectError.h"
@@ -109,6 +110,41 @@ TEST(SimulatedCameras, AnAddressThatCannotBeHadEndsTheStart) {
     }
     EXPECT_ZQ_ERROR(CZQSimUdpServer(MakeCameras(1, 0xC0000201, kMask), kSettings), ZQ_ERR_SOCKET_CREATE)
         << "192.0.2.1 is not this machine's";
+}
+
+// Anybody can tell a camera anything. An address where somebody else answers: tests/kit/check-network-cards.
+TEST(SimulatedCameras, ACameraTakesOnlyFreeAddressesOfItsSubnet) {
+    if (HasOneLoopbackAddress()) {
+        GTEST_SKIP() << kWhyNot;
+    }
+    constexpr std::uint32_t kFirst = 0x0A01000B;  // 10.1.0.11
+    CZQSimInterface machine("lo");
+    machine.AddAddress(kFirst + 9);
+    CZQSimUdpSettings settings;
+    settings.interfaceName = "lo";
+    std::string trouble;
+    settings.onTrouble = [&](const std::string& text) { trouble = text; };
+    CZQSimUdpServer server(MakeCameras(2, kFirst, 0xFFFFFF00), settings);
+    Client client;
+    std::uint32_t address = kFirst;
+    for (const auto& [wanted, reason] :
+         std::initializer_list<std::pair<std::uint32_t, const char*>>{{0x0A010105, "subnet"},
+                                                                      {0x0A0100FF, "subnet"},
+                                                                      {kFirst + 1, "another camera"},
+                                                                      {kFirst + 9, "machine's own"},
+                                                                      {kFirst + 10, nullptr}}) {
+        for (const std::string& command :
+             {"SYST:NET:IP " + FormatIpv4(wanted), std::string("SYST:NET:ENABLE")}) {
+            client.Send(kFirst, settings.commandPort, "025A51000001:" + command + "\n");
+            ASSERT_TRUE(client.Receive(5000)) << command;
+        }
+        // The last answer was sent before the camera moved, the next one after that.
+        client.Send(kFirst + 1, settings.commandPort, "FFFFFFFFFFFF:SYST:NET:IP?\n");
+        ASSERT_TRUE(client.Receive(5000));
+        address = reason == nullptr ? wanted : address;
+        EXPECT_EQ(server.GetCamera(0).GetAddress(), address);
+        EXPECT_NE(trouble.find(reason == nullptr ? "" : reason), std::string::npos) << trouble;
+    }
 }
 
 TEST(SimulatedCameras, SeveralSimulatorsHearTheSameBroadcast) {

@@ -49,7 +49,10 @@ void AddCameraOptions(CLI::App& app, Options& options) {
            "Twelve hexadecimal digits, for the first camera; the others count up from it, and the serial "
            "numbers follow")
         ->check(kHardwareAddress);
-    app.add_option("--mask", options.mask, "The subnet mask that the cameras report")
+    app.add_option(
+           "--mask", options.mask,
+           "The subnet mask that the cameras report; of their first subnets they take new addresses, with "
+           "0.0.0.0 any")
         ->check(kIpv4Address)
         ->capture_default_str();
     app.add_option("--type", options.deviceType,

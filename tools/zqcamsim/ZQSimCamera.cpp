@@ -104,6 +104,11 @@ std::string CZQSimCamera::EnableNetworkSettings() {
     return kDone;
 }
 
+void CZQSimCamera::SetNetwork(std::uint32_t address, std::uint32_t mask) noexcept {
+    m_address = address;
+    m_mask = mask;
+}
+
 std::vector<std::string> KnownDeviceTypes() {
     std::vector<std::string> names;
     for (const DeviceType& type : kDeviceTypes) {

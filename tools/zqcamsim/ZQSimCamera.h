@@ -35,6 +35,8 @@ public:
     // Executes one command; command and answer without their line feed. New network settings hold from
     // "SYST:NET:ENABLE" on.
     std::string Execute(std::string_view command);
+    // Settings that it can't have after all are taken back.
+    void SetNetwork(std::uint32_t address, std::uint32_t mask) noexcept;
 
 private:
     std::string Set(std::optional<std::uint32_t>& pending, std::string_view value) const;

@@ -1,14 +1,28 @@
 #include "ZQSimInterface.h"
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <cstdlib>
 #include <utility>
 
 #include "ZQSimIpv4.h"
 #include "foundation/ZQException.h"
+#include "platform/Files.h"
 
 namespace ZQAPI::sim {
+
+namespace {
+
+// Never one that PATH leads to: it is run with the rights to change the machine's addresses.
+const char* IpCommand() {
+    constexpr std::array kPlaces = {"/usr/sbin/ip", "/usr/bin/ip", "/sbin/ip", "/bin/ip"};
+    const auto* const found = std::find_if(kPlaces.begin(), kPlaces.end(),
+                                           [](const char* place) { return platform::PathExists(place); });
+    return found == kPlaces.end() ? kPlaces.front() : *found;
+}
+
+}  // namespace
 
 CZQSimInterface::CZQSimInterface(std::string name) : m_name(std::move(name)) {
     // The name becomes part of a shell command.
@@ -45,7 +59,7 @@ void CZQSimInterface::RemoveAddress(std::uint32_t address) {
 bool CZQSimInterface::ChangeAddress(const char* verb, std::uint32_t address) const {
     // One address, no subnet: the machine's routes stay as they are.
     const std::string command =
-        std::string("ip address ") + verb + " " + FormatIpv4(address) + "/32 dev " + m_name;
+        std::string(IpCommand()) + " address " + verb + " " + FormatIpv4(address) + "/32 dev " + m_name;
     return std::system(command.c_str()) == 0;
 }
 

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "ZQSimIpv4.h"
+#include "communication/ZQComICMPPing.h"
 #include "foundation/ZQException.h"
 #include "foundation/ZQSystem.h"
 
@@ -15,10 +16,13 @@ namespace {
 
 constexpr std::uint32_t kAnyAddress = 0;
 constexpr std::uint32_t kLoopback = 0x7F000001;
+constexpr std::uint32_t kLoopbackMask = 0xFF000000;
+constexpr std::uint32_t kMulticast = 0xE0000000;  // and above: no host's
 constexpr std::uint32_t kLimitedBroadcast = 0xFFFFFFFF;
 constexpr std::size_t kAddressFieldLength = 12;
 constexpr std::string_view kDiscoveryQuery = "SYST:NET:IP?";
-constexpr std::chrono::hours kNothingDue{1};
+// The end is noticed after this time at the latest. No datagram to itself could tell it: loopback may be down.
+constexpr std::chrono::milliseconds kLongestWait{50};
 
 std::string WhyNot(const char* what, std::uint32_t address, platform::SystemErrorCode error) {
     return std::string(what) + " " + FormatIpv4(address) + ": " + FormatSystemError(error).str();
@@ -30,10 +34,12 @@ CZQSimUdpServer::CZQSimUdpServer(std::vector<CZQSimCamera> cameras, CZQSimUdpSet
     : m_settings(std::move(settings)), m_interface(m_settings.interfaceName) {
     for (CZQSimCamera& camera : cameras) {
         const auto seed = m_settings.seed + static_cast<std::uint32_t>(m_stations.size());
-        m_stations.push_back(Station{std::move(camera), {}, {}, std::mt19937(seed), 0});
+        Station station{std::move(camera), {}, {}, std::mt19937(seed)};
+        station.homeAddress = station.boundAddress = station.camera.GetAddress();
+        station.homeMask = station.boundMask = station.camera.GetMask();
+        m_stations.push_back(std::move(station));
     }
     BindEverything();
-    OpenWakeSockets();
     CollectListeners();
     m_thread = std::thread([this] { Run(); });
 }
@@ -43,8 +49,6 @@ CZQSimUdpServer::~CZQSimUdpServer() {
         const std::lock_guard lock(m_mutex);
         m_stop = true;
     }
-    platform::SystemErrorCode ignored{};
-    m_waker.SendTo(m_wakeAddress, std::as_bytes(std::span("stop")), ignored);
     m_thread.join();
 }
 
@@ -135,17 +139,6 @@ bool CZQSimUdpServer::TryToBind(std::uint32_t address, platform::SystemErrorCode
     return true;
 }
 
-void CZQSimUdpServer::OpenWakeSockets() {
-    platform::Ipv4SocketAddress loopback;
-    loopback.addressBe = platform::SwapAddress(kLoopback);
-    platform::SystemErrorCode error{};
-    if (!m_wake.Open(error) || !m_wake.Bind(loopback, error) ||
-        !m_wake.GetLocalAddress(m_wakeAddress, error) || !m_waker.Open(error)) {
-        throw CZQException(ZQ_HERE("CZQSimUdpServer::OpenWakeSockets"), ZQ_ERR_SOCKET_CREATE, "%s",
-                           WhyNot("No socket on", kLoopback, error).c_str());
-    }
-}
-
 void CZQSimUdpServer::CollectListeners() {
     m_listeners.clear();
     for (const EPort port : {kDiscovery, kCommand}) {
@@ -161,7 +154,6 @@ void CZQSimUdpServer::CollectListeners() {
     for (const Listener& listener : m_listeners) {
         m_waited.push_back(listener.socket);
     }
-    m_waited.push_back(&m_wake);
 }
 
 platform::Ipv4SocketAddress CZQSimUdpServer::SocketAddress(std::uint32_t address, EPort port) const noexcept {
@@ -196,9 +188,7 @@ bool CZQSimUdpServer::ServeOnce() {
         platform::UdpSocket::WaitAny(m_waited, std::chrono::ceil<std::chrono::microseconds>(untilNext));
     const std::lock_guard lock(m_mutex);
     for (const std::size_t index : readable) {
-        if (index < m_listeners.size()) {
-            Receive(m_listeners[index]);
-        }
+        Receive(m_listeners[index]);
     }
     return true;
 }
@@ -262,18 +252,18 @@ std::vector<std::string> CZQSimUdpServer::MakeDatagrams(Station& station, const 
     return datagrams;
 }
 
-// The time until the next answer is due.
+// How long to wait for the next one, and for requests.
 CZQSimUdpServer::Clock::duration CZQSimUdpServer::SendDueAnswers() {
     while (!m_answers.empty()) {
         const auto next = m_answers.begin();
         const auto wait = next->first - Clock::now();
         if (wait > Clock::duration::zero()) {
-            return wait;
+            return std::min<Clock::duration>(wait, kLongestWait);
         }
         Send(next->second);
         m_answers.erase(next);
     }
-    return kNothingDue;
+    return kLongestWait;
 }
 
 void CZQSimUdpServer::Send(const Answer& answer) {
@@ -294,11 +284,53 @@ void CZQSimUdpServer::Send(const Answer& answer) {
     if (station.camera.GetAddress() != station.boundAddress) {
         MoveToNewAddress(station);
     }
+    station.boundMask = station.camera.GetMask();
+}
+
+// Why the camera must not take this address; empty when it may.
+std::string CZQSimUdpServer::ObjectionTo(const Station& station, std::uint32_t address) const {
+    const std::uint32_t host = address & ~station.homeMask;
+    const bool isHost = host != 0 && host != ~station.homeMask && address >> 24 != 0 && address < kMulticast;
+    if (!isHost || ((address ^ station.homeAddress) & station.homeMask) != 0) {
+        return "it is no host of the subnet that the camera was started in";
+    }
+    if (m_endpoints.contains(address)) {
+        return "another camera has it";
+    }
+    if ((address & kLoopbackMask) == (kLoopback & kLoopbackMask)) {
+        return address == kLoopback ? "it is this machine's own" : "";
+    }
+    platform::UdpSocket probe;
+    platform::Ipv4SocketAddress own;
+    own.addressBe = platform::SwapAddress(address);
+    platform::SystemErrorCode error{};
+    if (!probe.Open(error) || probe.Bind(own, error)) {
+        return "it is this machine's own";
+    }
+    if (!m_interface.IsUsable()) {
+        return "there is no interface to add it to";
+    }
+    try {
+        constexpr std::uint32_t kEchoTimeoutMs = 500;
+        const bool answers = CZQComICMPPing().Ping(FormatIpv4(address), kEchoTimeoutMs) >= 0;
+        return answers ? "somebody answers there" : "";
+    } catch (const CZQException& exception) {
+        return "nobody can tell whether it is free: " + exception.GetExtraText().str();
+    }
 }
 
 void CZQSimUdpServer::MoveToNewAddress(Station& station) {
-    const std::uint32_t former = std::exchange(station.boundAddress, station.camera.GetAddress());
+    const std::uint32_t former = station.boundAddress;
+    const std::uint32_t address = station.camera.GetAddress();
     try {
+        const std::string objection = ObjectionTo(station, address);
+        if (!objection.empty()) {
+            station.camera.SetNetwork(former, station.boundMask);
+            Trouble("Camera " + station.camera.GetIdentity().hardwareAddress + " keeps " +
+                    FormatIpv4(former) + " and does not take " + FormatIpv4(address) + ": " + objection);
+            return;
+        }
+        station.boundAddress = address;
         if (std::none_of(m_stations.begin(), m_stations.end(),
                          [&](const Station& other) { return other.boundAddress == former; })) {
             m_endpoints.erase(former);

@@ -41,6 +41,10 @@ struct CZQSimCounts {
 // Puts cameras on the network. Each answers from its own address: discovery requests and commands that are
 // sent to that address, and those that are broadcast. Runs from construction to destruction, on one thread of
 // its own. Thread-safe.
+//
+// Anybody may tell a camera to take another address, and this process may be allowed to give the machine any:
+// a camera takes only one of the subnet that it was started in (mask 0.0.0.0: any) that is free, neither this
+// machine's own nor one where somebody answers. Otherwise it keeps its own, and onTrouble is told.
 class CZQSimUdpServer {
 public:
     // Answers when it returns. ZQ_ERR_SOCKET_CREATE when an address can't be had or is in use.
@@ -67,7 +71,10 @@ private:
         CZQSimFaults faults;
         CZQSimCounts counts;
         std::mt19937 random;
-        std::uint32_t boundAddress = 0;  // host byte order
+        std::uint32_t boundAddress = 0;  // host byte order, like the rest
+        std::uint32_t boundMask = 0;
+        std::uint32_t homeAddress = 0;  // that it was started with
+        std::uint32_t homeMask = 0;
     };
     struct Listener {  // one socket to wait for
         platform::UdpSocket* socket;
@@ -86,7 +93,6 @@ private:
     bool BindBroadcast(platform::SystemErrorCode& error);
     void BindStation(Station& station);
     bool TryToBind(std::uint32_t address, platform::SystemErrorCode& error);
-    void OpenWakeSockets();
     void CollectListeners();
     platform::Ipv4SocketAddress SocketAddress(std::uint32_t address, EPort port) const noexcept;
 
@@ -98,6 +104,7 @@ private:
     Clock::duration SendDueAnswers();
     void Send(const Answer& answer);
     void MoveToNewAddress(Station& station);
+    std::string ObjectionTo(const Station& station, std::uint32_t address) const;
     void Trouble(const std::string& text) const;
 
     static std::vector<std::string> MakeDatagrams(Station& station, const CZQSimPortFaults& faults,
@@ -115,12 +122,9 @@ private:
     // this machine can't give it has none.
     std::map<std::uint32_t, Sockets> m_endpoints;
     Sockets m_broadcast;
-    bool m_sharePorts = false;    // with other sockets of this machine
-    platform::UdpSocket m_wake;   // a datagram here ends the wait
-    platform::UdpSocket m_waker;  // sends it; used by the destructor alone
-    platform::Ipv4SocketAddress m_wakeAddress;
+    bool m_sharePorts = false;          // with other sockets of this machine
     std::vector<Listener> m_listeners;  // what the thread waits for; it alone uses them once it runs
-    std::vector<const platform::UdpSocket*> m_waited;    // the same sockets, and the wake socket at the end
+    std::vector<const platform::UdpSocket*> m_waited;    // the same sockets
     std::multimap<Clock::time_point, Answer> m_answers;  // by the time they are due
     bool m_stop = false;
     std::thread m_thread;

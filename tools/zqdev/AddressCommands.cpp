@@ -90,6 +90,7 @@ ExitStatus SetIp(Session& session, const SetIpOptions& options) {
     session.Check(error, "'" + options.id + "' was told its new address and is not found any more",
                   Subject::kRescan, {}, ExitStatus::kNothingFound);
     const bool answers = Answers(session, options.address);
+    session.BeginEdit();
     library.Modify(camera, error);
     session.Check(error, "can't change device '" + options.id + "'", Subject::kRecord);
     session.Save(false);

@@ -1,18 +1,34 @@
 #include "Advice.h"
 
 #include "ConfigFiles.h"
-#include "foundation/Io/ZQFile.h"
+#include "Text.h"
 #include "foundation/ZQErrorNumbers.h"
 
 namespace ZQAPI::zqdev {
 
 namespace {
 
-bool IsMissing(const std::string& file) {
-    return !CZQFile::Exists(file);
+bool IsDenied(const std::string& file) {
+    return !IsMissing(file) && !ReadingObstacle(file).empty();
 }
 
-// The first row that fits is the answer. {file} is the file; {zqdev ...} becomes a call of the tool.
+bool IsWriteDenied(const std::string& file) {
+    return !WritingObstacle(file).empty();
+}
+
+constexpr const char* kMissing = "{file} does not exist: make it with \"{zqdev config init}\"";
+constexpr const char* kDenied =
+    "the system does not let {file} be read ({why-not-read}): mend that, or run it as a user who may read it";
+constexpr const char* kWriteDenied =
+    "the system does not let {file} be replaced ({why-not-written}): mend that, or run it as a user who may write "
+    "to its folder";
+constexpr const char* kCutOff =
+    "{file} is cut off: restore it, or replace it with \"{zqdev config init --force}\"";
+constexpr const char* kDamaged =
+    "{file} is damaged or was edited by hand: check it, then \"{zqdev config seal FILE}\", or restore it";
+
+// The first row that fits is the answer. {file} is the file, {why-not-...} the system's reason; {zqdev ...} becomes
+// a call of the tool.
 struct Row {
     Subject subject;
     int number;                                // 0: any
@@ -21,10 +37,9 @@ struct Row {
 };
 
 constexpr Row kRows[] = {
-    {Subject::kLoading, ZQ_ERR_SEAL_READ, IsMissing,
-     "{file} does not exist: make it with \"{zqdev config init}\""},
-    {Subject::kLoading, ZQ_ERR_SEAL_READ, nullptr,
-     "{file} can't be read or is cut off: restore it, or replace it with \"{zqdev config init --force}\""},
+    {Subject::kLoading, ZQ_ERR_SEAL_READ, IsMissing, kMissing},
+    {Subject::kLoading, 0, IsDenied, kDenied},
+    {Subject::kLoading, ZQ_ERR_SEAL_READ, nullptr, kCutOff},
     {Subject::kLoading, ZQ_ERR_INI_KEY_MISSING, IsDeviceListEmpty,
      "{file} was saved from an empty list: mend it with \"{zqdev config init}\""},
     {Subject::kLoading, ZQ_ERR_INI_KEY_MISSING, nullptr,
@@ -32,18 +47,17 @@ constexpr Row kRows[] = {
     {Subject::kLoading, ZQ_ERR_TEXT_TOO_LONG, nullptr,
      "a text in {file} is too long (names 63, values 64 characters): shorten it by hand, then "
      "\"{zqdev config seal FILE}\""},
-    {Subject::kLoading, ZQ_ERR_SEAL_MISMATCH, nullptr,
-     "{file} is damaged or was edited by hand: check it, then \"{zqdev config seal FILE}\", or restore it"},
+    {Subject::kLoading, ZQ_ERR_SEAL_MISMATCH, nullptr, kDamaged},
+    {Subject::kLoading, 0, IsWriteDenied, kWriteDenied},
     {Subject::kLoading, 0, nullptr, "check that {file} can be read and written"},
 
+    {Subject::kSaving, 0, IsWriteDenied, kWriteDenied},
     {Subject::kSaving, 0, nullptr, "check that the folder of {file} can be written to and has room"},
 
-    {Subject::kScan, ZQ_ERR_SEAL_READ, IsMissing,
-     "{file} does not exist: make it with \"{zqdev config init}\""},
-    {Subject::kScan, ZQ_ERR_SEAL_READ, nullptr,
-     "{file} can't be read or is cut off: restore it, or replace it with \"{zqdev config init --force}\""},
-    {Subject::kScan, ZQ_ERR_SEAL_MISMATCH, nullptr,
-     "{file} is damaged or was edited by hand: check it, then \"{zqdev config seal FILE}\", or restore it"},
+    {Subject::kScan, ZQ_ERR_SEAL_READ, IsMissing, kMissing},
+    {Subject::kScan, 0, IsDenied, kDenied},
+    {Subject::kScan, ZQ_ERR_SEAL_READ, nullptr, kCutOff},
+    {Subject::kScan, ZQ_ERR_SEAL_MISMATCH, nullptr, kDamaged},
     {Subject::kScan, ZQ_ERR_INI_KEY_MISSING, nullptr,
      "name at least one scanner in ActiveScanners in {file}, then \"{zqdev config seal FILE}\""},
     {Subject::kScan, ZQ_ERR_BAD_VALUE, nullptr,
@@ -54,8 +68,10 @@ constexpr Row kRows[] = {
      "a scanner's line settings are missing or wrong in {file} (\"{zqdev config show}\" lists them): mend "
      "them, "
      "then \"{zqdev config seal FILE}\""},
+    {Subject::kScan, 0, IsWriteDenied, kWriteDenied},
     {Subject::kScan, 0, nullptr, "check the settings in {file} and the network; -v shows what the scan did"},
 
+    {Subject::kOneScanner, 0, IsDenied, kDenied},
     {Subject::kOneScanner, 0, nullptr,
      "check the settings in {file} and the network; -v shows what the scan did"},
 
@@ -64,6 +80,7 @@ constexpr Row kRows[] = {
     {Subject::kRescan, ZQ_ERR_BAD_VALUE, nullptr,
      "the device's scanner is none that this library knows: give it another with "
      "\"{zqdev modify ID --scanner NAME}\""},
+    {Subject::kRescan, 0, IsDenied, kDenied},
     {Subject::kRescan, 0, nullptr, "check the settings in {file} and the network; -v shows what was tried"},
 
     {Subject::kAddress, ZQ_ERR_BAD_NEW_ADDRESS, nullptr,
@@ -84,8 +101,8 @@ constexpr Row kRows[] = {
 
     {Subject::kModules, ZQ_ERR_SEAL_READ, IsMissing,
      "{file} does not exist: check the spelling of the device type, or add the file to the kit"},
-    {Subject::kModules, ZQ_ERR_SEAL_MISMATCH, nullptr,
-     "{file} is damaged or was edited by hand: check it, then \"{zqdev config seal FILE}\", or restore it"},
+    {Subject::kModules, ZQ_ERR_SEAL_READ, IsDenied, kDenied},
+    {Subject::kModules, ZQ_ERR_SEAL_MISMATCH, nullptr, kDamaged},
     {Subject::kModules, ZQ_ERR_BAD_VALUE, nullptr, "a device type has no separators or colons in its name"},
     {Subject::kModules, ZQ_ERR_INI_KEY_MISSING, nullptr,
      "{file} lists no modules: fill in CCMs and IAMs, then \"{zqdev config seal FILE}\""},
@@ -93,29 +110,42 @@ constexpr Row kRows[] = {
 
     {Subject::kFile, ZQ_ERR_SEAL_READ, IsMissing,
      "there is no such file; \"{zqdev config init}\" makes missing ones"},
-    {Subject::kFile, ZQ_ERR_SEAL_READ, nullptr, "it can't be read or is cut off: restore it"},
+    {Subject::kFile, ZQ_ERR_SEAL_READ, IsDenied, kDenied},
+    {Subject::kFile, ZQ_ERR_SEAL_READ, nullptr, "it is cut off: restore it"},
     {Subject::kFile, ZQ_ERR_SEAL_MISSING, nullptr, "check it, then \"{zqdev config seal FILE}\""},
     {Subject::kFile, ZQ_ERR_SEAL_MISMATCH, nullptr,
      "it is damaged or was edited by hand: check it, then \"{zqdev config seal FILE}\", or restore it"},
     {Subject::kFile, 0, nullptr, "check that it can be read and written"},
+
+    {Subject::kSeal, 0, IsMissing, "there is no such file: check the name"},
+    {Subject::kSeal, 0, IsDenied, kDenied},
+    {Subject::kSeal, 0, IsWriteDenied, kWriteDenied},
+    {Subject::kSeal, 0, nullptr, "try it again"},
 };
 
-// Replaces {file}, FILE within a call, and the calls themselves.
+template <class Words>
+void Replace(std::string& text, std::string_view mark, const Words& words) {
+    for (std::size_t start = 0; (start = text.find(mark, start)) != std::string::npos;) {
+        const std::string replacement = words();
+        text.replace(start, mark.size(), replacement);
+        start += replacement.size();
+    }
+}
+
+// Replaces {file}, {why-not-...}, FILE within a call, and the calls themselves.
 std::string Filled(std::string text, const Kit& kit, const std::string& file) {
     constexpr std::string_view kCall = "{zqdev ";
     for (std::size_t start = 0; (start = text.find(kCall)) != std::string::npos;) {
         const std::size_t end = text.find('}', start);
         std::string arguments = text.substr(start + kCall.size(), end - start - kCall.size());
         if (const std::size_t name = arguments.find("FILE"); name != std::string::npos) {
-            arguments.replace(name, 4, "'" + file + "'");
+            arguments.replace(name, 4, Quoted(file));
         }
         text.replace(start, end + 1 - start, kit.Command(arguments));
     }
-    constexpr std::string_view kFile = "{file}";
-    for (std::size_t start = 0; (start = text.find(kFile, start)) != std::string::npos;
-         start += file.size()) {
-        text.replace(start, kFile.size(), file);
-    }
+    Replace(text, "{file}", [&] { return file; });
+    Replace(text, "{why-not-read}", [&] { return ReadingObstacle(file); });
+    Replace(text, "{why-not-written}", [&] { return WritingObstacle(file); });
     return text;
 }
 

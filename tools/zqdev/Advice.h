@@ -17,7 +17,8 @@ enum class Subject {
     kAddress,     // changing a camera's network address
     kRecord,      // adding or changing a device
     kModules,     // a device type's camera configuration file
-    kFile,        // checking or sealing any file
+    kFile,        // checking any file's seal
+    kSeal,        // sealing it
 };
 
 // The step that mends it. `file` is the file that the subject is about.

@@ -4,9 +4,9 @@
 #include "Commands.h"
 #include "ConfigFiles.h"
 #include "Text.h"
-#include "foundation/Io/ZQFile.h"
 #include "foundation/Io/ZQIniFile.h"
 #include "foundation/ZQException.h"
+#include "platform/SystemText.h"
 
 namespace ZQAPI::embedded {
 
@@ -32,7 +32,7 @@ struct SealOptions {
 
 // In a word or two.
 std::string StateOf(const std::string& file) {
-    if (!CZQFile::Exists(file)) {
+    if (IsMissing(file)) {
         return "missing";
     }
     switch (SealError(file)) {
@@ -49,7 +49,7 @@ std::string StateOf(const std::string& file) {
 
 // What is done with a file, and said of it.
 std::string Initialise(const std::string& file, std::string_view content, bool mend, bool force) {
-    const bool exists = CZQFile::Exists(file);
+    const bool exists = !IsMissing(file);
     if (exists && !force && !mend) {
         const std::string state = StateOf(file);
         return "left as it is" + (state == "sealed" ? "" : ", although it is " + state);
@@ -58,16 +58,25 @@ std::string Initialise(const std::string& file, std::string_view content, bool m
     return !exists ? "made" : std::string(force ? "replaced" : "mended") + ", the old one is kept as .bak";
 }
 
+// Only a list that was saved empty is mended: one that is damaged may still hold what somebody needs.
+bool IsToBeMended(const Kit& kit) {
+    const int seal = SealError(kit.DevicesIni());
+    return (seal == 0 || seal == ZQ_ERR_SEAL_MISSING) && IsDeviceListEmpty(kit.DevicesIni());
+}
+
 ExitStatus Init(Session& session, const InitOptions& options) {
     const Kit& kit = session.GetKit();
-    // Only a list that was saved empty is mended: one that is damaged may still hold what somebody needs.
-    const int seal = SealError(kit.DevicesIni());
-    const bool mend = (seal == 0 || seal == ZQ_ERR_SEAL_MISSING) && IsDeviceListEmpty(kit.DevicesIni());
+    if (options.force || IsMissing(kit.ApiIni()) || IsMissing(kit.DevicesIni()) || IsToBeMended(kit)) {
+        MakeFolder(kit.ConfigFolder());
+        session.LockConfiguration();
+    }
+    const bool mend = IsToBeMended(kit);
     const std::string api = Initialise(kit.ApiIni(), embedded::kApiIni, false, options.force);
     const std::string devices = Initialise(kit.DevicesIni(), embedded::kDevicesIni, mend, options.force);
-    session.Show({{{"file", ToJson(kit.ApiIni())}, {"result", api}},
-                  {{"file", ToJson(kit.DevicesIni())}, {"result", devices}}},
-                 kit.ApiIni() + ": " + api + "\n" + kit.DevicesIni() + ": " + devices + "\n");
+    session.Show(
+        {{{"file", ToJson(kit.ApiIni())}, {"result", api}},
+         {{"file", ToJson(kit.DevicesIni())}, {"result", devices}}},
+        Printable(kit.ApiIni()) + ": " + api + "\n" + Printable(kit.DevicesIni()) + ": " + devices + "\n");
     return ExitStatus::kDone;
 }
 
@@ -122,11 +131,29 @@ std::string SettingsText(const Json& sections) {
     return text;
 }
 
+struct PathLine {
+    const char* title;
+    std::string path;
+    std::string state;  // of the file; empty: not told
+};
+
+std::string PathsText(const std::vector<PathLine>& lines) {
+    constexpr std::size_t kTitleWidth = 17;
+    std::string text;
+    for (const PathLine& line : lines) {
+        std::string title = line.title;
+        title.resize(kTitleWidth, ' ');
+        text += title + Printable(line.path) + (line.state.empty() ? "" : " (" + line.state + ")") + "\n";
+    }
+    return text;
+}
+
 ExitStatus Show(Session& session, const NoOptions& /*options*/) {
     const Kit& kit = session.GetKit();
     const std::string apiState = StateOf(kit.ApiIni());
     const std::string devicesState = StateOf(kit.DevicesIni());
-    const Json settings = ScanSettings(kit.ApiIni());
+    const bool isDenied = !IsMissing(kit.ApiIni()) && !ReadingObstacle(kit.ApiIni()).empty();
+    const Json settings = isDenied ? Json() : ScanSettings(kit.ApiIni());
     session.Show({{"library", ToJson(kit.LibraryFile())},
                   {"binPath", ToJson(kit.BinPath())},
                   {"cameraConfigFolder", ToJson(kit.CameraConfigFolder())},
@@ -134,20 +161,27 @@ ExitStatus Show(Session& session, const NoOptions& /*options*/) {
                   {"apiIni", {{"file", ToJson(kit.ApiIni())}, {"state", apiState}}},
                   {"devicesIni", {{"file", ToJson(kit.DevicesIni())}, {"state", devicesState}}},
                   {"scanSettings", settings}},
-                 "Library          " + kit.LibraryFile() + "\nBin path         " + kit.BinPath() +
-                     "\nDevice types     " + kit.CameraConfigFolder() + "\nConfiguration    " +
-                     kit.ConfigFolder() + "\nScan settings    " + kit.ApiIni() + " (" + apiState +
-                     ")\nDevice list      " + kit.DevicesIni() + " (" + devicesState + ")\n" +
+                 PathsText({{"Library", kit.LibraryFile(), {}},
+                            {"Bin path", kit.BinPath(), {}},
+                            {"Device types", kit.CameraConfigFolder(), {}},
+                            {"Configuration", kit.ConfigFolder(), {}},
+                            {"Scan settings", kit.ApiIni(), apiState},
+                            {"Device list", kit.DevicesIni(), devicesState}}) +
                      SettingsText(settings));
+    if (isDenied) {
+        throw Failure(FailureLine("the scan settings can't be shown", ZQ_ERR_STREAM_OPEN,
+                                  Advice(Subject::kScan, ZQ_ERR_STREAM_OPEN, kit, kit.ApiIni())));
+    }
     return ExitStatus::kDone;
 }
 
 std::vector<std::string> SealedFiles(const Kit& kit) {
     std::vector<std::string> files;
     std::error_code error;
-    for (const auto& entry : std::filesystem::directory_iterator(kit.CameraConfigFolder(), error)) {
+    const std::filesystem::path folder = platform::ToPath(kit.CameraConfigFolder());
+    for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
         if (entry.path().extension() == ".ccf") {
-            files.push_back(entry.path().string());
+            files.push_back(platform::FromPath(entry.path()));
         }
     }
     std::sort(files.begin(), files.end());
@@ -177,7 +211,7 @@ ExitStatus CheckFiles(Session& session, const NoOptions& /*options*/) {
     for (const std::string& file : SealedFiles(kit)) {
         const Finding finding = Inspect(kit, file);
         json.push_back({{"file", ToJson(file)}, {"state", finding.state}, {"error", finding.number}});
-        text.append(file).append(": ").append(finding.state).append("\n");
+        text += Printable(file) + ": " + finding.state + "\n";
         if (finding.number != 0) {
             failures.push_back(
                 FailureLine(file, finding.number, Advice(finding.subject, finding.number, kit, file)));
@@ -197,11 +231,11 @@ ExitStatus SealFiles(Session& session, const SealOptions& options) {
         try {
             const std::uint32_t checksum = Seal(file);
             json.push_back({{"file", ToJson(file)}, {"checksum", checksum}});
-            text += file + ": sealed, checksum " + std::to_string(checksum) + "\n";
+            text += Printable(file) + ": sealed, checksum " + std::to_string(checksum) + "\n";
         } catch (const CZQException& exception) {
             session.Show(json, text);
             throw Failure(FailureLine("can't seal " + file, exception.GetErrorNumber(),
-                                      "check that it is a file that can be read and written"));
+                                      Advice(Subject::kSeal, 0, session.GetKit(), file)));
         }
     }
     session.Show(json, text);

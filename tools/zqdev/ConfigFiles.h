@@ -7,6 +7,14 @@
 
 namespace ZQAPI::zqdev {
 
+// Whether there is nothing of this name: what can't be seen for lack of permission is not missing.
+bool IsMissing(const std::string& file);
+
+// Why the system does not let this process read the file, or replace it by one that is a little longer; empty when
+// it does. Nothing is changed.
+std::string ReadingObstacle(const std::string& file);
+std::string WritingObstacle(const std::string& file);
+
 // What is wrong with the file's seal: 0 when it is right, else the error number. Changes nothing.
 int SealError(const std::string& file);
 
@@ -16,7 +24,10 @@ std::uint32_t Seal(const std::string& file);
 // Whether the file is there and its list of devices has no entry.
 bool IsDeviceListEmpty(const std::string& file);
 
-// Writes the file whole or not at all, its folder too when there is none. An existing file is kept as
+// Makes the folder where there is none, and those that it lies in. Throws Failure.
+void MakeFolder(const std::string& folder);
+
+// Writes the file whole or not at all. An existing file is kept as
 // FILE.bak. Throws Failure.
 void ReplaceFile(const std::string& file, std::string_view content);
 

@@ -4,6 +4,7 @@
 
 #include "Failure.h"
 #include "Text.h"
+#include "platform/SystemError.h"
 #include "platform/Terminal.h"
 
 namespace ZQAPI::zqdev {
@@ -16,13 +17,15 @@ void Console::SetErrorStream(std::FILE* stream) {
 void Console::Print(std::string_view text) {
     const std::lock_guard lock(m_mutex);
     EraseProgress();
-    std::fwrite(text.data(), 1, text.size(), stdout);
+    platform::WriteUtf8(stdout, text);
 }
 
 void Console::FlushResults() {
     const std::lock_guard lock(m_mutex);
     if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
-        throw Failure("the results could not be written; check where standard output leads");
+        const std::string reason = platform::SystemErrorText(platform::LastSystemError());
+        throw Failure("it is done, but the results could not be written (" + reason +
+                      "); check where standard output leads");
     }
 }
 
@@ -52,7 +55,7 @@ void Console::PrintLine(const std::string& line) {
     const std::lock_guard lock(m_mutex);
     EraseProgress();
     std::fflush(stdout);  // what was printed before comes before
-    std::fwrite(line.data(), 1, line.size(), m_errors);
+    platform::WriteUtf8(m_errors, line);
     std::fflush(m_errors);
 }
 
@@ -62,7 +65,7 @@ void Console::ShowProgress(const std::string& text) {
         return;
     }
     EraseProgress();
-    std::fwrite(text.data(), 1, text.size(), m_errors);
+    platform::WriteUtf8(m_errors, text);
     std::fflush(m_errors);
     m_progressColumns = ColumnsOf(text);
 }

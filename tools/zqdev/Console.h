@@ -16,6 +16,7 @@ public:
     // captured.
     void SetErrorStream(std::FILE* stream);
 
+    // Printable but for its line ends.
     void Print(std::string_view text);
     // Results have reached their destination. Throws Failure when they have not (a full disk, say).
     void FlushResults();

@@ -114,6 +114,7 @@ ZQDEVICEINFO WithUniqueName(Session& session, const std::string& id) {
 }
 
 ExitStatus Add(Session& session, const EditOptions& options) {
+    session.BeginEdit();
     device::Library& library = session.GetLibrary();
     ZQDEVICEINFO device = {};
     ApplyGivenFields(session, options, device);
@@ -148,6 +149,7 @@ ExitStatus Modify(Session& session, const EditOptions& options) {
                           session.GetKit().Command("modify --help") + "\" lists them",
                       ExitStatus::kWrongUsage);
     }
+    session.BeginEdit();
     ZQDEVICEINFO device = session.GetDevice(options.id);
     ApplyGivenFields(session, options, device);
     const std::string name(device::Text(device.Name));
@@ -163,6 +165,7 @@ ExitStatus Modify(Session& session, const EditOptions& options) {
 }
 
 ExitStatus Remove(Session& session, const RemoveOptions& options) {
+    session.BeginEdit();
     const ZQDEVICEINFO device = session.GetDevice(options.id);
     device::Library& library = session.GetLibrary();
     if (library.Count() == 1) {

@@ -3,29 +3,31 @@
 #include <filesystem>
 
 #include "Failure.h"
+#include "Text.h"
 #include "foundation/ZQException.h"
 #include "platform/Process.h"
+#include "platform/SystemText.h"
 
 namespace ZQAPI::zqdev {
 
 namespace {
 
 std::string FindLibrary(const std::string& folder) {
-    const std::filesystem::path place = folder.empty()
-                                            ? std::filesystem::path(platform::OwnModulePath()).parent_path()
-                                            : std::filesystem::path(folder);
+    const std::filesystem::path place =
+        folder.empty() ? platform::ToPath(platform::OwnModulePath()).parent_path() : platform::ToPath(folder);
     std::error_code error;
     const std::filesystem::path library = std::filesystem::canonical(place / ZQDEV_LIBRARY_FILE, error);
     if (error || !std::filesystem::is_regular_file(library, error)) {
-        throw Failure(FailureLine("there is no kit in " + place.string(), ZQ_ERR_LIBRARY_NOT_LOADED,
+        throw Failure(FailureLine("there is no kit in " + platform::FromPath(place),
+                                  ZQ_ERR_LIBRARY_NOT_LOADED,
                                   "name the folder that holds " ZQDEV_LIBRARY_FILE " with --kit"));
     }
-    return library.string();
+    return platform::FromPath(library);
 }
 
 // Without the doubled separators that the library's own paths have.
 std::string Tidy(const CZQString& path) {
-    return std::filesystem::path(path.str()).lexically_normal().make_preferred().string();
+    return platform::FromPath(platform::ToPath(path.str()).lexically_normal().make_preferred());
 }
 
 }  // namespace
@@ -51,6 +53,10 @@ std::string Kit::DevicesIni() const {
     return Tidy(m_paths.GetDevicesIniPath());
 }
 
+std::string Kit::LockFile() const {
+    return Tidy(m_paths.GetConfigFilesPath() + "zqdev.lock");
+}
+
 std::string Kit::CameraConfigFolder() const {
     return Tidy(m_paths.GetCameraConfigPath());
 }
@@ -64,7 +70,7 @@ std::string Kit::CameraConfigFile(const std::string& deviceType) const {
 }
 
 std::string Kit::Command(const std::string& arguments) const {
-    return m_folder.empty() ? "zqdev " + arguments : "zqdev --kit '" + m_folder + "' " + arguments;
+    return m_folder.empty() ? "zqdev " + arguments : "zqdev --kit " + Quoted(m_folder) + " " + arguments;
 }
 
 }  // namespace ZQAPI::zqdev

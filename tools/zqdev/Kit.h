@@ -7,7 +7,8 @@
 
 namespace ZQAPI::zqdev {
 
-// Where a kit's library and files lie. A value.
+// Where a kit's library and files lie; paths are texts as the library takes them (platform/SystemText.h). A
+// value.
 class Kit {
 public:
     // The kit in the folder, or the one that this program lies in when `folder` is empty. Throws Failure when
@@ -21,6 +22,8 @@ public:
     std::string ConfigFolder() const;
     std::string ApiIni() const;
     std::string DevicesIni() const;
+    // What whoever changes the configuration locks meanwhile.
+    std::string LockFile() const;
     std::string CameraConfigFolder() const;
     // Empty for a type that can be no file name.
     std::string CameraConfigFile(const std::string& deviceType) const;

@@ -38,6 +38,10 @@ int Main(int argc, const char* const* argv, Console& console) {
     app.add_flag("--json", session.GetOptions().json, "Print results as JSON");
     app.add_flag("-v,--verbose", session.GetOptions().verbose,
                  "Show the library's debug output on standard error");
+    app.add_option("--wait", session.GetOptions().waitSeconds,
+                   "Wait this many seconds at most for another zqdev that changes the configuration")
+        ->check(CLI::Range(0, 3600))
+        ->capture_default_str();
     app.footer("Exit status: 0 done, 1 failed, 2 wrong usage, 3 nothing found.");
     for (const auto add : kCommandGroups) {
         add(app, session);

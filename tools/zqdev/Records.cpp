@@ -46,7 +46,8 @@ const std::vector<FieldInfo>& Fields() {
 }
 
 Json ToJson(std::string_view text) {
-    return IsUtf8(text) ? std::string(text) : Latin1ToUtf8(text);
+    std::string utf8 = Utf8(text);
+    return IsUtf8(utf8) ? utf8 : Latin1ToUtf8(text);
 }
 
 Json ToJson(const ZQDEVICEINFO& device) {

@@ -23,7 +23,8 @@ struct FieldInfo {
 // All eleven, in the order in which they are shown.
 const std::vector<FieldInfo>& Fields();
 
-// Bytes that are no UTF-8 count as Latin-1, so that every text has a form in JSON.
+// Bytes that are no UTF-8 count as the system's code page's, or where it has none as Latin-1, so that every text
+// has a form in JSON.
 Json ToJson(std::string_view text);
 Json ToJson(const ZQDEVICEINFO& device);
 Json ToJson(const std::vector<ZQDEVICEINFO>& devices);

@@ -70,6 +70,7 @@ ExitStatus Rescan(Session& session, const RescanOptions& options) {
     session.Check(error, "can't re-check device '" + options.id + "'", Subject::kRescan, {},
                   error == ZQ_ERR_DEVICE_NOT_FOUND ? ExitStatus::kNothingFound : ExitStatus::kFailed);
     if (options.save) {
+        session.BeginEdit();
         session.GetLibrary().Modify(device, error);
         session.Check(error, "can't change device '" + options.id + "'", Subject::kRecord);
         session.Save(false);

@@ -8,12 +8,15 @@ namespace ZQAPI::zqdev {
 namespace {
 
 // The scanner's outcome in a line of the library's debug output, for people; nothing in any other line.
-std::optional<std::string> ScannerOutcome(std::string_view line) {
+std::optional<std::string> ScannerOutcome(std::string_view line, bool isFirst) {
+    if (!isFirst) {
+        return std::nullopt;  // part of some text
+    }
     // Windows ends its texts with a line end of its own.
     line = line.substr(0, line.find_last_not_of("\r\n") + 1);
     for (const std::string_view start : {"ZQSDK: Scanner ", "ZQSDK: !! Scanner "}) {
         if (line.starts_with(start)) {
-            return Printable(line.substr(start.size()));
+            return std::string(line.substr(start.size()));
         }
     }
     return std::nullopt;
@@ -43,7 +46,7 @@ void Session::StopListening() {
 ExitStatus Session::Run() {
     platform::SystemErrorCode error = 0;
     if (m_options.verbose &&
-        !StartListening([this](std::string_view line) { m_console.PrintDebug(line); }, error)) {
+        !StartListening([this](std::string_view line, bool) { m_console.PrintDebug(line); }, error)) {
         throw Failure("can't listen to the debug output (" + FormatSystemError(error).str() +
                       "); leave -v out");
     }
@@ -59,8 +62,8 @@ void Session::ShowScannersDuring(const std::function<void()>& call) {
     }
     platform::SystemErrorCode ignored = 0;
     StartListening(
-        [this](std::string_view line) {
-            if (const auto outcome = ScannerOutcome(line)) {
+        [this](std::string_view line, bool isFirst) {
+            if (const auto outcome = ScannerOutcome(line, isFirst)) {
                 m_console.PrintNote(*outcome);
             }
         },
@@ -129,13 +132,30 @@ void Session::Save(bool allowEmpty) {
                           "all the same");
         }
     }
+    LockConfiguration();
     std::error_code error;
     GetLibrary().Save(error);
+    m_lock.reset();  // nobody waits for whoever reads the results
     Check(error, "can't save the device list", Subject::kSaving);
 }
 
+void Session::LockConfiguration() {
+    if (!m_lock) {
+        m_lock.emplace(m_console, GetKit(), std::chrono::seconds(m_options.waitSeconds));
+    }
+}
+
+void Session::BeginEdit() {
+    LockConfiguration();
+    if (m_library) {
+        std::error_code error;
+        m_library->Load(error);
+        Check(error, "can't load the device list", Subject::kLoading);
+    }
+}
+
 void Session::Show(const Json& json, const std::string& text) {
-    m_console.Print(m_options.json ? json.dump(2) + "\n" : text);
+    m_console.Print(m_options.json ? json.dump(2, ' ', true) + "\n" : text);
 }
 
 }  // namespace ZQAPI::zqdev

@@ -10,6 +10,7 @@
 
 #include "Advice.h"
 #include "Console.h"
+#include "EditLock.h"
 #include "Failure.h"
 #include "Kit.h"
 #include "KitLibrary.h"
@@ -28,6 +29,7 @@ public:
         std::string kitFolder;  // empty: the tool's own
         bool json = false;
         bool verbose = false;
+        unsigned waitSeconds = 30;  // for another zqdev that changes the configuration
     };
 
     explicit Session(Console& console) : m_console(console) {}
@@ -54,6 +56,12 @@ public:
     // The device with this identifier in the library's list. Throws Failure when there is none.
     ZQDEVICEINFO GetDevice(const std::string& id);
 
+    // Keeps every other zqdev from changing the configuration, until Save or the end. Throws Failure when
+    // another one does not end in time.
+    void LockConfiguration();
+    // The same, and the library's list is the saved one, with what others have saved until now.
+    void BeginEdit();
+
     // Saves the library's list, unless that would leave a file that can't be loaded again; `allowEmpty` lets
     // devices with empty fields pass all the same.
     void Save(bool allowEmpty);
@@ -62,7 +70,7 @@ public:
     // nobody can listen to that, the call runs all the same.
     void ShowScannersDuring(const std::function<void()>& call);
 
-    // Shows the result: the JSON or, for people, the text.
+    // Shows the result: the JSON, in ASCII whatever its texts are, or, for people, the text, which is printable.
     void Show(const Json& json, const std::string& text);
 
 private:
@@ -76,6 +84,7 @@ private:
     // Taken down from the last to the first, so that the debug output of unloading is still heard.
     std::unique_ptr<platform::DebugCapture> m_capture;
     std::optional<Kit> m_kit;
+    std::optional<EditLock> m_lock;
     std::optional<KitLibrary> m_kitLibrary;
     std::optional<device::Library> m_library;
 };

@@ -4,7 +4,11 @@
 #include <array>
 #include <cstdint>
 #include <cstdio>
+#include <iterator>
 #include <numeric>
+
+#include "platform/Files.h"
+#include "platform/SystemText.h"
 
 namespace ZQAPI::zqdev {
 
@@ -56,10 +60,28 @@ std::string Escaped(char c) {
     }
 }
 
-bool IsControl(std::string_view character) {
-    const auto first = static_cast<std::uint8_t>(character[0]);
-    return first < 0x20 || first == 0x7F ||
-           (first == 0xC2 && character.size() == 2 && static_cast<std::uint8_t>(character[1]) < 0xA0);
+struct Range {
+    char32_t first;
+    char32_t last;
+};
+// What does something to a terminal, or to the order and the lines in which the text around it is read.
+constexpr Range kUnsafe[] = {
+    {0x00, 0x1F},     {0x7F, 0x9F},      // control characters, C0 and C1
+    {0x061C, 0x061C}, {0x200E, 0x200F},  // marks of direction
+    {0x2028, 0x2029},                    // line and paragraph separator
+    {0x202A, 0x202E}, {0x2066, 0x2069},  // embeddings, overrides and isolates
+};
+
+bool IsUnsafe(std::string_view character) {
+    char32_t code = static_cast<std::uint8_t>(character[0]);
+    if (character.size() > 1) {
+        code &= 0x7FU >> character.size();
+    }
+    for (const char c : character.substr(1)) {
+        code = code << 6U | (static_cast<std::uint8_t>(c) & 0x3FU);
+    }
+    return std::any_of(std::begin(kUnsafe), std::end(kUnsafe),
+                       [code](const Range& range) { return code >= range.first && code <= range.last; });
 }
 
 // Takes at most `width` columns off the text's start, up to a blank where there is one.
@@ -99,12 +121,13 @@ void AppendLine(std::string& text, const std::vector<std::string_view>& cells,
 
 }  // namespace
 
-std::string Printable(std::string_view text) {
+std::string Printable(std::string_view raw) {
+    const std::string utf8 = Utf8(raw);
     std::string printable;
-    while (!text.empty()) {
+    for (std::string_view text = utf8; !text.empty();) {
         const std::size_t length = CharacterLength(text);
         const std::string_view character = text.substr(0, std::max<std::size_t>(length, 1));
-        if (length == 0 || IsControl(character)) {
+        if (length == 0 || IsUnsafe(character)) {
             for (const char c : character) {
                 printable += Escaped(c);
             }
@@ -125,6 +148,21 @@ bool IsUtf8(std::string_view text) {
         text.remove_prefix(length);
     }
     return true;
+}
+
+std::string Utf8(std::string_view text) {
+    return IsUtf8(text) ? std::string(text) : platform::ToUtf8(text);
+}
+
+std::string Quoted(std::string_view text) {
+    if (platform::HasDriveLetters()) {
+        return '"' + std::string(text) + '"';  // no file name has one of these in it
+    }
+    std::string quoted = "'";
+    for (const char c : text) {
+        quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    }
+    return quoted + "'";
 }
 
 std::size_t ColumnsOf(std::string_view printable) {

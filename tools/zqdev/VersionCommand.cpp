@@ -1,4 +1,5 @@
 #include "Commands.h"
+#include "Text.h"
 
 namespace ZQAPI::zqdev {
 
@@ -10,7 +11,7 @@ ExitStatus Version(Session& session, const NoOptions& /*options*/) {
     const std::string& library = session.GetKit().LibraryFile();
     const KitLibrary loadable(library);
     session.Show({{"version", ZQDEV_VERSION}, {"library", ToJson(library)}},
-                 "zqdev " ZQDEV_VERSION "\nlibrary " + library + "\n");
+                 "zqdev " ZQDEV_VERSION "\nlibrary " + Printable(library) + "\n");
     return ExitStatus::kDone;
 }
 

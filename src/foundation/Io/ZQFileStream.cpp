@@ -1,12 +1,10 @@
 #include "foundation/Io/ZQFileStream.h"
 
 #include <cinttypes>
-#include <filesystem>
 #include <limits>
 #include <string>
 
 #include "foundation/ZQException.h"
-#include "foundation/ZQSystem.h"
 #include "platform/Files.h"
 
 namespace ZQAPI {
@@ -57,9 +55,8 @@ void CZQFileStream::Open(const CZQString& fileName, std::uint32_t access, std::u
     m_canSeek = true;
     m_canRead = access != kWrite;
     m_canWrite = access != kRead;
-    // Some systems open a folder for reading and fail later.
-    std::error_code ignored;
-    if (!std::filesystem::is_directory(fileName.str(), ignored)) {
+    // Some systems open a folder for reading and fail later; a pipe would be waited for.
+    if (!platform::IsSpecialFile(fileName.str())) {
         m_file.reset(std::fopen(fileName.c_str(), OpenMode(access, disposition)));
     }
     if (!m_file) {
@@ -74,11 +71,12 @@ void CZQFileStream::CheckOpen(const char* method) const {
     }
 }
 
-void CZQFileStream::CheckReadable(const char* method) const {
+void CZQFileStream::BeginReading(const char* method) {
     CheckOpen(method);
     if (!CanRead()) {
         throw CZQException(ZQ_HERE(method), ZQ_ERR_STREAM_NOT_READABLE);
     }
+    std::clearerr(m_file.get());
 }
 
 void CZQFileStream::CheckWritable(const char* method) const {
@@ -126,7 +124,7 @@ void CZQFileStream::Read(void* buffer, std::size_t count) {
     if (count == 0) {
         return;
     }
-    CheckReadable(kMethod);
+    BeginReading(kMethod);
     if (buffer == nullptr) {
         throw CZQException(ZQ_HERE(kMethod), ZQ_ERR_NULL_OUTPUT);
     }

@@ -10,7 +10,7 @@ namespace ZQAPI {
 
 // A buffered file. In text mode lines end in CR LF on disk and in LF for the caller, and a 1A byte ends what
 // can be read; that is so on every system. Between reading and writing on the same stream, Seek or Flush must
-// be called.
+// be called. Only regular files are opened.
 //
 // Errors of every operation but Close: ZQ_ERR_STREAM_CLOSED; of those that read ZQ_ERR_STREAM_NOT_READABLE,
 // ZQ_ERR_STREAM_END, ZQ_ERR_STREAM_READ; of those that write ZQ_ERR_STREAM_NOT_WRITABLE, ZQ_ERR_STREAM_WRITE,
@@ -44,8 +44,8 @@ public:
     void Close() noexcept override { m_file.reset(); }
 
 protected:
-    // `method` is who asks, for the exception.
-    void CheckReadable(const char* method) const;
+    // `method` is who asks, for the exception. What failed before says nothing of this read.
+    void BeginReading(const char* method);
     void CheckWritable(const char* method) const;
     // The next character of a text file, EOF at its end or on an error.
     int GetTextCharacter() noexcept;

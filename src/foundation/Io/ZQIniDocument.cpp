@@ -21,6 +21,9 @@ constexpr std::size_t kFirstBlock = 1024;
 constexpr std::size_t kLineOverhead = 3;
 constexpr std::size_t kSectionSize = 128;
 
+// A section with more lines than this is looked through with an index.
+constexpr int kMaxUnindexedLines = 64;
+
 // Replaced lines stay in memory until there are this many bytes more of them than the file had.
 constexpr std::size_t kMaxDroppedBytes = 65536;
 
@@ -41,6 +44,23 @@ void ForEachLine(std::basic_string_view<Char> rest, Visit visit) {
 
 }  // namespace
 
+void CZQIniDocument::Line::SetBytes(std::string_view bytes) noexcept {
+    begin = bytes.data();
+    size = static_cast<std::uint32_t>(bytes.size());
+}
+
+void CZQIniDocument::Line::SetText(std::string_view fromNameOn, std::string_view name) noexcept {
+    text = fromNameOn.data();
+    textSize = static_cast<std::uint32_t>(fromNameOn.size());
+    nameSize = static_cast<std::uint32_t>(name.size());
+}
+
+std::string_view CZQIniDocument::Line::Value() const noexcept {
+    const std::string_view rest(text + nameSize, textSize - nameSize);
+    const std::size_t equals = rest.find('=');
+    return equals == std::string_view::npos ? std::string_view() : TrimIniPart(rest.substr(equals + 1));
+}
+
 CZQIniDocument::CZQIniDocument(std::string content)
     : m_content(std::move(content)), m_arena(kFirstBlock + kLineOverhead * m_content.size()) {
     Parse();
@@ -51,7 +71,7 @@ void CZQIniDocument::Parse() {
     m_sections.reserve(content.size() / kSectionSize);
     m_isUtf16 = content.starts_with(kUtf16Mark);
     if (m_isUtf16) {
-        m_front.bytes = content.substr(0, kUtf16Mark.size());
+        m_front.SetBytes(content.substr(0, kUtf16Mark.size()));
         m_front.isTerminated = false;
         ParseUtf16(content.substr(kUtf16Mark.size()));
     } else {
@@ -79,16 +99,33 @@ void CZQIniDocument::ParseUtf16(std::string_view bytes) {
 // A line of the file: its text, and the bytes that stand for it with its line end.
 void CZQIniDocument::Append(std::string_view text, std::string_view bytes) {
     Line line;
-    line.bytes = bytes;
+    line.SetBytes(bytes);
     line.isTerminated = bytes.size() > text.size();
     Classify(text, line);
+    if (Extend(*m_last, line)) {
+        return;
+    }
     Line& added = InsertAfter(*m_last, line);
     if (added.kind == LineKind::kHeader) {
-        AddSection(added);
-        m_parsedSection = &added;
+        Section& section = AddSection(added);
+        m_parsedSection = section.header == &added ? &section : nullptr;
     } else if (added.kind == LineKind::kEntry && m_parsedSection != nullptr) {
         m_parsedSection->lastEntry = &added;
     }
+}
+
+// Lines that mean nothing become part of such a line before them.
+bool CZQIniDocument::Extend(Line& last, const Line& line) const noexcept {
+    const auto meansNothing = [](const Line& one) {
+        return one.kind == LineKind::kBlank || one.kind == LineKind::kComment;
+    };
+    if (&last == &m_front || !meansNothing(last) || !meansNothing(line) ||
+        last.begin + last.size != line.begin) {
+        return false;
+    }
+    last.size += line.size;
+    last.isTerminated = line.isTerminated;
+    return true;
 }
 
 // After an edit that the file reads differently from what was asked for, and to get rid of replaced lines.
@@ -113,39 +150,76 @@ void CZQIniDocument::Classify(std::string_view text, Line& line) {
         line.kind = LineKind::kComment;
     } else if (trimmed.front() == '[') {
         line.kind = LineKind::kHeader;
-        line.name = TrimIniPart(trimmed.substr(1, trimmed.find(']') - 1));
+        const std::string_view name = TrimIniPart(trimmed.substr(1, trimmed.find(']') - 1));
+        line.SetText(name, name);
     } else {
         const std::size_t equals = trimmed.find('=');
-        line.name = TrimIniPart(trimmed.substr(0, equals));
+        const std::string_view name = TrimIniPart(trimmed.substr(0, equals));
+        line.SetText(trimmed, name);
         line.hasValue = equals != std::string_view::npos;
-        if (line.hasValue) {
-            line.value = TrimIniPart(trimmed.substr(equals + 1));
-        }
-        line.kind = line.hasValue || !line.name.empty() ? LineKind::kEntry : LineKind::kBlank;
+        line.kind = line.hasValue || !name.empty() ? LineKind::kEntry : LineKind::kBlank;
     }
 }
 
 // Where there is a section of that name already, this one is never read.
-void CZQIniDocument::AddSection(Line& header) {
-    header.lastEntry = &header;
-    m_sections.try_emplace(header.name, &header);
+CZQIniDocument::Section& CZQIniDocument::AddSection(Line& header) {
+    Section& section = m_sections[header.Name()];
+    if (section.header == nullptr) {
+        section.header = &header;
+        section.lastEntry = &header;
+    }
+    return section;
 }
 
-CZQIniDocument::Line* CZQIniDocument::FindSection(std::string_view name) const {
-    if (m_recentSection == nullptr || !IniNameEqual()(m_recentSection->name, name)) {
+CZQIniDocument::Section* CZQIniDocument::FindSection(std::string_view name) const {
+    if (m_recentSection == nullptr || !IniNameEqual()(m_recentSection->header->Name(), name)) {
         const auto found = m_sections.find(name);
-        m_recentSection = found == m_sections.end() ? nullptr : found->second;
+        m_recentSection = found == m_sections.end() ? nullptr : &found->second;
     }
     return m_recentSection;
 }
 
-CZQIniDocument::Line* CZQIniDocument::FindEntry(const Line& header, std::string_view key) {
-    for (Line* line = header.next; line != nullptr && line->kind != LineKind::kHeader; line = line->next) {
-        if (line->kind == LineKind::kEntry && IniNameEqual()(line->name, key)) {
+CZQIniDocument::Line* CZQIniDocument::FindEntry(Section& section, std::string_view key) {
+    if (section.index) {
+        return FindIndexed(section, key);
+    }
+    int passed = 0;
+    for (Line* line = section.header->next; line != nullptr && line->kind != LineKind::kHeader;
+         line = line->next) {
+        if (line->kind == LineKind::kEntry && IniNameEqual()(line->Name(), key)) {
             return line;
+        }
+        if (++passed > kMaxUnindexedLines) {
+            MakeIndex(section);
+            return FindIndexed(section, key);
         }
     }
     return nullptr;
+}
+
+void CZQIniDocument::MakeIndex(Section& section) {
+    section.index = std::make_unique<std::vector<IndexedEntry>>();
+    std::vector<IndexedEntry>& index = *section.index;
+    for (Line* line = section.header->next; line != nullptr && line->kind != LineKind::kHeader;
+         line = line->next) {
+        if (line->kind == LineKind::kEntry) {
+            index.push_back({IniNameHash()(line->Name()), line});
+        }
+    }
+    std::stable_sort(index.begin(), index.end(),
+                     [](const IndexedEntry& a, const IndexedEntry& b) { return a.hash < b.hash; });
+}
+
+CZQIniDocument::Line* CZQIniDocument::FindIndexed(Section& section, std::string_view key) {
+    const std::size_t hash = IniNameHash()(key);
+    const std::vector<IndexedEntry>& index = *section.index;
+    auto entry =
+        std::lower_bound(index.begin(), index.end(), hash,
+                         [](const IndexedEntry& one, std::size_t wanted) { return one.hash < wanted; });
+    while (entry != index.end() && entry->hash == hash && !IniNameEqual()(entry->line->Name(), key)) {
+        ++entry;
+    }
+    return entry != index.end() && entry->hash == hash ? entry->line : nullptr;
 }
 
 std::size_t CZQIniDocument::GetProfileString(const char* section, const char* key, const char* defaultValue,
@@ -174,19 +248,19 @@ std::string CZQIniDocument::GetWholeValue(const char* section, const char* key) 
 
 std::optional<std::string_view> CZQIniDocument::FindValue(std::string_view section,
                                                           std::string_view key) const {
-    const Line* const header = FindSection(section);
-    const Line* const line = header == nullptr ? nullptr : FindEntry(*header, key);
+    Section* const found = FindSection(section);
+    const Line* const line = found == nullptr ? nullptr : FindEntry(*found, key);
     if (line == nullptr || !line->hasValue) {
         return std::nullopt;
     }
-    return line->value;
+    return line->Value();
 }
 
 std::string CZQIniDocument::SectionNames() const {
     std::string names;
     for (const Line* line = &m_front; line != nullptr; line = line->next) {
-        if (line->kind == LineKind::kHeader && !line->name.empty()) {
-            names.append(line->name).push_back('\0');
+        if (line->kind == LineKind::kHeader && !line->Name().empty()) {
+            names.append(line->Name()).push_back('\0');
         }
     }
     return names;
@@ -194,11 +268,11 @@ std::string CZQIniDocument::SectionNames() const {
 
 std::string CZQIniDocument::KeyNames(std::string_view section) const {
     std::string names;
-    const Line* const header = FindSection(section);
-    const Line* line = header == nullptr ? nullptr : header->next;
+    const Section* const found = FindSection(section);
+    const Line* line = found == nullptr ? nullptr : found->header->next;
     for (; line != nullptr && line->kind != LineKind::kHeader; line = line->next) {
-        if (line->hasValue && !line->name.empty()) {
-            names.append(line->name).push_back('\0');
+        if (line->hasValue && !line->Name().empty()) {
+            names.append(line->Name()).push_back('\0');
         }
     }
     return names;
@@ -218,46 +292,46 @@ bool CZQIniDocument::SetProfileString(const char* section, const char* key, cons
 }
 
 bool CZQIniDocument::SetValue(std::string_view section, std::string_view key, std::string_view value) {
-    Line* const header = FindSection(section);
-    if (header == nullptr) {
+    Section* const found = FindSection(section);
+    if (found == nullptr) {
         Terminate(*m_last);
         Line& added = InsertAfter(*m_last, MakeLine({"[", section, "]"}));
-        AddSection(added);
-        AddValue(added, key, value);
+        AddValue(AddSection(added), key, value);
         if (HasLineBreak(section)) {
             Reparse();
         }
         return true;
     }
-    Line* const line = FindEntry(*header, key);
+    Line* const line = FindEntry(*found, key);
     if (line == nullptr) {
-        AddValue(*header, key, value);
+        AddValue(*found, key, value);
         return true;
     }
     return ReplaceValue(*line, value);
 }
 
-void CZQIniDocument::AddValue(Line& header, std::string_view key, std::string_view value) {
-    Line& previous = *header.lastEntry;
+void CZQIniDocument::AddValue(Section& section, std::string_view key, std::string_view value) {
+    Line& previous = *section.lastEntry;
     Terminate(previous);
     Line& added = InsertAfter(previous, MakeLine({key, "=", value}));
     if (added.kind == LineKind::kEntry) {
-        header.lastEntry = &added;
+        section.lastEntry = &added;
     }
+    section.index.reset();
     if (added.kind == LineKind::kHeader || HasLineBreak(key) || HasLineBreak(value)) {
         Reparse();
     }
 }
 
 bool CZQIniDocument::ReplaceValue(Line& line, std::string_view value) {
-    if (line.hasValue && line.value == value) {
+    if (line.hasValue && line.Value() == value) {
         return false;
     }
-    Line changed = MakeLine({line.name, "=", value});
-    if (changed.bytes == line.bytes) {
+    Line changed = MakeLine({line.Name(), "=", value});
+    if (changed.Bytes() == line.Bytes()) {
         return false;  // the value has blanks around it, which reading takes off
     }
-    m_droppedBytes += line.bytes.size();
+    m_droppedBytes += line.size;
     changed.next = line.next;
     line = changed;
     if (HasLineBreak(value) || m_droppedBytes > m_content.size() + kMaxDroppedBytes) {
@@ -268,13 +342,14 @@ bool CZQIniDocument::ReplaceValue(Line& line, std::string_view value) {
 
 // Comments and blank lines of the section stay.
 bool CZQIniDocument::DeleteSection(std::string_view section) {
-    Line* line = FindSection(section);
-    if (line == nullptr) {
+    const Section* const found = FindSection(section);
+    if (found == nullptr) {
         return false;
     }
+    Line* line = found->header;
     do {
         if (line->kind == LineKind::kHeader || line->kind == LineKind::kEntry) {
-            line->bytes = {};
+            line->SetBytes({});
         }
         line = line->next;
     } while (line != nullptr && line->kind != LineKind::kHeader);
@@ -287,9 +362,9 @@ bool CZQIniDocument::DeleteKey(std::string_view section, std::string_view key) {
     bool isInSection = false;
     for (Line* line = m_front.next; line != nullptr; line = line->next) {
         if (line->kind == LineKind::kHeader) {
-            isInSection = IniNameEqual()(line->name, section);
-        } else if (isInSection && line->kind == LineKind::kEntry && IniNameEqual()(line->name, key)) {
-            line->bytes = {};
+            isInSection = IniNameEqual()(line->Name(), section);
+        } else if (isInSection && line->kind == LineKind::kEntry && IniNameEqual()(line->Name(), key)) {
+            line->SetBytes({});
             Reparse();
             return true;
         }
@@ -300,22 +375,22 @@ bool CZQIniDocument::DeleteKey(std::string_view section, std::string_view key) {
 std::string CZQIniDocument::Bytes() const {
     std::size_t size = 0;
     for (const Line* line = &m_front; line != nullptr; line = line->next) {
-        size += line->bytes.size();
+        size += line->size;
     }
     std::string bytes;
     bytes.reserve(size);
     for (const Line* line = &m_front; line != nullptr; line = line->next) {
-        bytes.append(line->bytes);
+        bytes.append(line->Bytes());
     }
     return bytes;
 }
 
 bool CZQIniDocument::HasBytes(std::string_view bytes) const noexcept {
     for (const Line* line = &m_front; line != nullptr; line = line->next) {
-        if (!bytes.starts_with(line->bytes)) {
+        if (!bytes.starts_with(line->Bytes())) {
             return false;
         }
-        bytes.remove_prefix(line->bytes.size());
+        bytes.remove_prefix(line->size);
     }
     return bytes.empty();
 }
@@ -338,7 +413,7 @@ CZQIniDocument::Line CZQIniDocument::MakeLine(std::initializer_list<std::string_
     }
     const std::string_view kept = Keep(text.append(kLineEnd));
     Line line;
-    line.bytes = m_isUtf16 ? Keep(ToUtf16Bytes(kept)) : kept;
+    line.SetBytes(m_isUtf16 ? Keep(ToUtf16Bytes(kept)) : kept);
     Classify(kept.substr(0, kept.size() - kLineEnd.size()), line);
     return line;
 }
@@ -347,7 +422,7 @@ CZQIniDocument::Line CZQIniDocument::MakeLine(std::initializer_list<std::string_
 void CZQIniDocument::Terminate(Line& line) {
     if (!line.isTerminated) {
         const std::string lineEnd = m_isUtf16 ? ToUtf16Bytes(kLineEnd) : std::string(kLineEnd);
-        line.bytes = Keep(std::string(line.bytes) + lineEnd);
+        line.SetBytes(Keep(std::string(line.Bytes()) + lineEnd));
         line.isTerminated = true;
     }
 }

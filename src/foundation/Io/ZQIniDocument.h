@@ -1,12 +1,15 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <initializer_list>
+#include <memory>
 #include <memory_resource>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 #include "foundation/Io/ZQIniText.h"
 
@@ -17,8 +20,9 @@ namespace ZQAPI {
 // an edit keeps its bytes, whatever they are.
 //
 // A file that begins with the UTF-16LE mark is UTF-16 text, seen and edited as 8-bit text here; every other
-// file is 8-bit text as it stands. Finding a section takes constant time, a key the time to pass the lines
-// before it in its section. Guarded by its owner.
+// file is 8-bit text as it stands. Parsing takes time and memory in proportion to the text; finding a section
+// takes constant time, and a key in it no more than the logarithm of the section's lines, once that section
+// has been passed through. Guarded by its owner.
 class CZQIniDocument {
 public:
     explicit CZQIniDocument(std::string content = {});
@@ -44,37 +48,60 @@ public:
     bool HasBytes(std::string_view bytes) const noexcept;
 
 private:
-    enum class LineKind { kBlank, kComment, kHeader, kEntry };
+    enum class LineKind : std::uint8_t { kBlank, kComment, kHeader, kEntry };
 
-    // One line. All views are into m_content or m_arena.
+    // One line, or several in a row that mean nothing. There can be as many as the file has bytes, so it is
+    // small. The pointers are into m_content or m_arena.
     struct Line {
-        std::string_view bytes;  // as in the file, line end included
-        std::string_view name;   // of the section or the key
-        std::string_view value;  // with its quotes
+        const char* begin = "";  // as in the file, line end included
+        const char* text = "";   // as 8-bit text, from the name on, without blanks and line end behind it
         Line* next = nullptr;
-        Line* lastEntry =
-            nullptr;  // of a header: new keys go behind it; the header itself when there is none
+        std::uint32_t size = 0;
+        std::uint32_t textSize = 0;
+        std::uint32_t nameSize = 0;
         LineKind kind = LineKind::kBlank;
         bool hasValue = false;  // there is a '='
         bool isTerminated = true;
+
+        std::string_view Bytes() const noexcept { return {begin, size}; }
+        void SetBytes(std::string_view bytes) noexcept;
+        void SetText(std::string_view fromNameOn, std::string_view name) noexcept;
+        std::string_view Name() const noexcept { return {text, nameSize}; }  // of the section or the key
+        std::string_view Value() const noexcept;                             // with its quotes
+    };
+
+    struct IndexedEntry {
+        std::size_t hash;
+        Line* line;
+    };
+
+    // The first one of its name; no later one is ever read.
+    struct Section {
+        Line* header = nullptr;
+        Line* lastEntry = nullptr;  // new keys go behind it; the header itself when there is none
+        // Its entries by hash and place: made when one is looked for far from the header.
+        std::unique_ptr<std::vector<IndexedEntry>> index;
     };
 
     static void Classify(std::string_view text, Line& line);
-    static Line* FindEntry(const Line& header, std::string_view key);
+    static Line* FindEntry(Section& section, std::string_view key);
+    static Line* FindIndexed(Section& section, std::string_view key);
+    static void MakeIndex(Section& section);
 
     void Parse();
     void ParseUtf16(std::string_view bytes);
     void Append(std::string_view text, std::string_view bytes);
     void Reparse();
-    void AddSection(Line& header);
-    Line* FindSection(std::string_view name) const;
+    bool Extend(Line& last, const Line& line) const noexcept;
+    Section& AddSection(Line& header);
+    Section* FindSection(std::string_view name) const;
 
     std::optional<std::string_view> FindValue(std::string_view section, std::string_view key) const;
     std::string SectionNames() const;
     std::string KeyNames(std::string_view section) const;
 
     bool SetValue(std::string_view section, std::string_view key, std::string_view value);
-    void AddValue(Line& header, std::string_view key, std::string_view value);
+    void AddValue(Section& section, std::string_view key, std::string_view value);
     bool ReplaceValue(Line& line, std::string_view value);
     bool DeleteSection(std::string_view section);
     bool DeleteKey(std::string_view section, std::string_view key);
@@ -90,11 +117,11 @@ private:
     std::size_t m_droppedBytes = 0;               // of replaced lines, still in m_arena
     Line m_front;                                 // before the first line; holds the UTF-16 mark
     Line* m_last = &m_front;
-    Line* m_parsedSection = nullptr;  // while parsing: where entries belong
-    mutable Line* m_recentSection =
-        nullptr;  // the last one looked for: the next call is mostly about it again
-    // The first header of each name.
-    std::unordered_map<std::string_view, Line*, IniNameHash, IniNameEqual> m_sections;
+    Section* m_parsedSection = nullptr;  // while parsing: where entries belong
+    // The last one looked for: the next call is mostly about it again.
+    mutable Section* m_recentSection = nullptr;
+    // Looking something up makes indexes, so it is mutable.
+    mutable std::unordered_map<std::string_view, Section, IniNameHash, IniNameEqual> m_sections;
 };
 
 }  // namespace ZQAPI

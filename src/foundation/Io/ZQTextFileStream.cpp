@@ -7,7 +7,7 @@ CZQString CZQTextFileStream::ReadLine() {
     // a last line without line end whose length is a multiple of it can't be read. An old rule, kept.
     constexpr std::size_t kPiece = 255;
     constexpr const char* kMethod = "CZQTextFileStream::ReadLine";
-    CheckReadable(kMethod);
+    BeginReading(kMethod);
     std::string line;
     for (;;) {
         const int c = GetTextCharacter();

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 #include <array>
@@ -9,6 +10,7 @@
 #include <string>
 #include <thread>
 #include <utility>
+#include <vector>
 
 #include "platform/Process.h"
 
@@ -45,47 +47,63 @@ struct Pipe {
     Descriptor write;
 };
 
+bool TakeEnds(bool opened, const std::array<int, 2>& ends, Pipe& pipe) {
+    if (opened) {
+        pipe.read = Descriptor(ends[0]);
+        pipe.write = Descriptor(ends[1]);
+    }
+    return opened;
+}
+
 bool OpenPipe(Pipe& pipe) {
     std::array<int, 2> ends{};
-    if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
-        return false;
-    }
-    pipe.read = Descriptor(ends[0]);
-    pipe.write = Descriptor(ends[1]);
-    return true;
+    return TakeEnds(::pipe2(ends.data(), O_CLOEXEC) == 0, ends, pipe);
 }
+
+// A pipe that keeps apart what was written apart. It has no end of file.
+bool OpenMessagePipe(Pipe& pipe) {
+    std::array<int, 2> ends{};
+    return TakeEnds(::socketpair(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0, ends.data()) == 0, ends, pipe);
+}
+
+// More than a socket takes at once, unless the machine's settings were raised.
+constexpr std::size_t kLongestWrite = 256 * 1024;
 
 // Turns the debug output on; see WriteDebugOutput.
 constexpr const char* kSwitch = "ZQSDK_DEBUG";
 constexpr const char* kOff = "0";
 
-// Puts bytes together to lines.
+// Puts what was written together to lines.
 class LineSplitter {
 public:
     explicit LineSplitter(DebugCapture::LineCallback onLine) : m_onLine(std::move(onLine)) {}
 
-    void Add(std::string_view bytes) {
-        m_pending += bytes;
+    // What one call wrote.
+    void Add(std::string_view written) {
+        bool isFirst = m_pending.empty() || m_pendingIsFirst;
+        m_pending += written;
         std::size_t start = 0;
         for (std::size_t end = 0; (end = m_pending.find('\n', start)) != std::string::npos; start = end + 1) {
-            HandOver(std::string_view(m_pending).substr(start, end - start));
+            HandOver(std::string_view(m_pending).substr(start, end - start), std::exchange(isFirst, false));
         }
         m_pending.erase(0, start);
+        m_pendingIsFirst = isFirst;
     }
     void Finish() {
-        HandOver(m_pending);
+        HandOver(m_pending, m_pendingIsFirst);
         m_pending.clear();
     }
 
 private:
-    void HandOver(std::string_view line) {
+    void HandOver(std::string_view line, bool isFirst) {
         if (!line.empty()) {
-            m_onLine(line);
+            m_onLine(line, isFirst);
         }
     }
 
     DebugCapture::LineCallback m_onLine;
     std::string m_pending;
+    bool m_pendingIsFirst = false;
 };
 
 }  // namespace
@@ -129,7 +147,7 @@ struct DebugCapture::State {
 
 bool DebugCapture::State::Start() {
     Descriptor real(::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3));
-    if (real.Get() < 0 || !OpenPipe(output) || !OpenPipe(stop) ||
+    if (real.Get() < 0 || !OpenMessagePipe(output) || !OpenPipe(stop) ||
         ::fcntl(output.read.Get(), F_SETFL, O_NONBLOCK) != 0) {
         return false;
     }
@@ -147,22 +165,17 @@ bool DebugCapture::State::Start() {
     return true;
 }
 
-// The end is not left to the pipe's own end of file: a process that inherited standard error could hold it
-// open.
 void DebugCapture::State::Read() {
+    std::vector<char> buffer(kLongestWrite);
     std::array<pollfd, 2> sources{{{output.read.Get(), POLLIN, 0}, {stop.read.Get(), POLLIN, 0}}};
     for (bool stopping = false; !stopping;) {
         if (::poll(sources.data(), sources.size(), -1) < 0 && errno != EINTR) {
             break;
         }
         stopping = sources[1].revents != 0;
-        std::array<char, 4096> buffer{};
         ssize_t count = 0;
-        while ((count = ::read(output.read.Get(), buffer.data(), buffer.size())) > 0) {
+        while ((count = ::read(output.read.Get(), buffer.data(), buffer.size())) >= 0) {
             lines.Add({buffer.data(), static_cast<std::size_t>(count)});
-        }
-        if (count == 0) {
-            break;
         }
     }
     lines.Finish();

@@ -93,6 +93,11 @@ bool PathExists(const std::string& path) noexcept {
     return ::lstat(std::string(name).c_str(), &status) == 0;
 }
 
+bool IsSpecialFile(const std::string& path) noexcept {
+    struct stat status = {};
+    return ::stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode);
+}
+
 bool MoveFileTo(const std::string& source, const std::string& destination, bool replace,
                 SystemErrorCode& error) noexcept {
     const bool moved = replace ? ::rename(source.c_str(), destination.c_str()) == 0

@@ -24,11 +24,11 @@ void HandOver(std::string_view text) {
         return;
     }
     t_inCallback = true;
-    while (!text.empty()) {
+    for (bool isFirst = true; !text.empty(); isFirst = false) {
         const std::string_view line = text.substr(0, text.find('\n'));
         text.remove_prefix(std::min(line.size() + 1, text.size()));
         if (!line.empty()) {
-            (*g_onLine)(line);
+            (*g_onLine)(line, isFirst);
         }
     }
     t_inCallback = false;

@@ -100,6 +100,13 @@ bool PathExists(const std::string& path) noexcept {
     return true;
 }
 
+bool IsSpecialFile(const std::string& path) noexcept {
+    const FileHandle file(path, FILE_READ_ATTRIBUTES, kShareAll, OPEN_EXISTING);
+    const DWORD attributes = GetFileAttributesA(path.c_str());
+    return (file.IsOpen() && GetFileType(file.Get()) != FILE_TYPE_DISK) ||
+           (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0);
+}
+
 bool MoveFileTo(const std::string& source, const std::string& destination, bool replace,
                 SystemErrorCode& error) noexcept {
     const DWORD flags = replace ? MOVEFILE_REPLACE_EXISTING : 0;

@@ -40,6 +40,9 @@ std::int32_t CameraText(const char* function, const char* key, ZQGIGE_CAMERA cam
     if (camera == nullptr || text == nullptr) {
         return kNullPointer;
     }
+    if (file.Text(camera->section, "Unreadable") == key) {
+        return kNotOpen;
+    }
     CopyText(text, size, file.CameraText(camera->section, key),
              file.Number(camera->section, "FillBuffers", 0) != 0);
     return kDone;

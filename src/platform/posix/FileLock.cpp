@@ -1,0 +1,102 @@
+#include "platform/FileLock.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <fstream>
+
+#include "platform/SystemError.h"
+
+namespace ZQAPI::platform {
+
+struct FileLock::State {
+    // Whoever may only read the file may lock it as well: another user can have made it.
+    explicit State(const char* file) noexcept
+        : descriptor(::open(file, kSafely | O_RDWR | O_CREAT, 0666)) {  // NOLINT(*-vararg)
+        if (descriptor < 0 && errno == EACCES) {
+            descriptor = ::open(file, kSafely | O_RDONLY);  // NOLINT(*-vararg)
+            errno = descriptor < 0 && errno == ENOENT ? EACCES : errno;
+        }
+    }
+    State(const State&) = delete;
+    State& operator=(const State&) = delete;
+    ~State() {
+        if (descriptor >= 0) {
+            ::close(descriptor);
+        }
+    }
+
+    static constexpr int kSafely = O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
+    int descriptor;
+};
+
+namespace {
+
+constexpr const char* kNoFile = "it is no ordinary file";
+
+// The kernel's table names each lock's process and the file by device and inode:
+// "1: FLOCK  ADVISORY  WRITE 4711 fe:00:10953082 0 EOF".
+std::string HolderOf(const struct stat& file) {
+    std::ifstream locks("/proc/locks");
+    for (std::string line; std::getline(locks, line);) {
+        int process = 0;
+        unsigned major = 0;
+        unsigned minor = 0;
+        unsigned long inode = 0;
+        if (std::sscanf(line.c_str(), "%*s FLOCK ADVISORY WRITE %d %x:%x:%lu", &process, &major, &minor,
+                        &inode) == 4 &&
+            inode == file.st_ino && major == ::major(file.st_dev) && minor == ::minor(file.st_dev)) {
+            return "process " + std::to_string(process);
+        }
+    }
+    return "another process";
+}
+
+// Nobody else's process finds a file that was deleted or replaced meanwhile.
+bool IsStillAt(const char* path, const struct stat& file) noexcept {
+    struct stat found = {};
+    return ::lstat(path, &found) == 0 && found.st_dev == file.st_dev && found.st_ino == file.st_ino;
+}
+
+}  // namespace
+
+FileLock::FileLock() noexcept = default;
+FileLock::~FileLock() = default;
+
+FileLock::Outcome FileLock::TryToTake(const std::string& file, std::string& told) {
+    auto state = std::make_unique<State>(file.c_str());
+    struct stat status = {};
+    if (state->descriptor < 0 || ::fstat(state->descriptor, &status) != 0) {
+        const SystemErrorCode error = LastSystemError();
+        told = error == ELOOP || error == EISDIR || error == ENXIO ? kNoFile : SystemErrorText(error);
+        return Outcome::kFailed;
+    }
+    if (!S_ISREG(status.st_mode)) {
+        told = kNoFile;
+        return Outcome::kFailed;
+    }
+    if (::flock(state->descriptor, LOCK_EX | LOCK_NB) != 0) {
+        const SystemErrorCode error = LastSystemError();
+        const bool isHeld = error == EWOULDBLOCK || error == EINTR;
+        told = isHeld ? HolderOf(status) : SystemErrorText(error);
+        return isHeld ? Outcome::kHeldByAnother : Outcome::kFailed;
+    }
+    if (!IsStillAt(file.c_str(), status)) {
+        told = "another process";
+        return Outcome::kHeldByAnother;
+    }
+    m_state = std::move(state);
+    return Outcome::kTaken;
+}
+
+void FileLock::Release() noexcept {
+    m_state.reset();
+}
+
+}  // namespace ZQAPI::platform
