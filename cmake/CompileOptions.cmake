@@ -20,6 +20,12 @@ if(ZQ_SANITIZE)
   add_link_options(-fsanitize=${ZQ_SANITIZE})
 endif()
 
+# Everything tells libFuzzer which way it took; see tests/fuzz.
+option(ZQ_FUZZ "Build the fuzz targets with libFuzzer (Clang) instead of the replay of their corpora" OFF)
+if(ZQ_FUZZ)
+  add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+
 # zq_precompile(<target> <header>...): the large headers that the target's sources have in common are read once. For the
 # sanitizers' builds alone: the others notice a header that is used without being included, the linter goes by them, and
 # GCC's optimiser warns of sound code in precompiled headers.

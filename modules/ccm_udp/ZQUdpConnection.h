@@ -29,6 +29,10 @@ public:
     std::string SendCommand(std::string_view command) override;
     void Abort() noexcept override;
 
+    // The answer that a datagram carries, its line feed included; nothing when it is not this camera's.
+    std::optional<std::string> AnswerIn(std::string_view datagram,
+                                        const platform::Ipv4SocketAddress& from) const;
+
 private:
     using Clock = std::chrono::steady_clock;
 
@@ -38,8 +42,6 @@ private:
     std::string Receive(platform::UdpSocket& socket, std::size_t size,
                         platform::Ipv4SocketAddress& from) const;
     std::optional<std::string> ReceiveUntil(platform::UdpSocket& socket, Clock::time_point deadline) const;
-    std::optional<std::string> AnswerIn(std::string_view datagram,
-                                        const platform::Ipv4SocketAddress& from) const;
     void KeepOpen(platform::UdpSocket socket);
 
     const CZQComWs2DllInit m_socketLibrary;
