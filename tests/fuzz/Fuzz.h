@@ -42,7 +42,7 @@ inline std::string_view Text(const std::uint8_t* data, std::size_t size) {
 // Takes the text up to the separator off the input's front, the separator too.
 inline std::string TakePart(std::string_view& input, char separator = kBetweenParts) {
     const std::size_t end = std::min(input.find(separator), input.size());
-    const std::string part(input.substr(0, end));
+    std::string part(input.substr(0, end));
     input.remove_prefix(std::min(end + 1, input.size()));
     return part;
 }

@@ -34,7 +34,7 @@ void ReadAll(const CZQIniDocument& document, std::size_t textSize) {
         for (const std::string& key : AllParts(Get(document, section.c_str(), nullptr, whole), '\0')) {
             const std::string value = Get(document, section.c_str(), key.c_str(), whole);
             ZQ_REQUIRE(value.size() >= 65536 || value == "default" ||
-                       value == document.GetWholeValue(section.c_str(), key.c_str()).c_str());
+                       value == document.GetWholeValue(section.c_str(), key.c_str()));
             for (std::size_t size = 0; size < 4; ++size) {
                 const std::string part = Get(document, section.c_str(), key.c_str(), size);
                 ZQ_REQUIRE(value.starts_with(part));

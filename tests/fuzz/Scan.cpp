@@ -14,6 +14,7 @@
 #include "devices/ZQSdkPaths.h"
 #include "foundation/ZQDynamicDLL.h"
 #include "scanners/ZQScanIFZqUDP.h"
+#include "scanners/ZQUdpAnswers.h"
 
 using namespace ZQAPI;
 using namespace ZQAPI::fuzz;
@@ -24,6 +25,7 @@ constexpr std::uint16_t kDiscoveryPort = 19380;
 constexpr std::uint16_t kCommandPort = 19383;
 constexpr const char* kAnywhere = "0.0.0.0";
 constexpr const char* kCamera = "127.0.0.1";
+constexpr std::uint32_t kLoopback = 0x7F000001;
 constexpr std::size_t kMaxAnswers = 8;
 constexpr std::size_t kMaxDatagram = 1400;
 constexpr const char* kSection = "DeviceScanner." ZQDEV_SCANNER_NAME_ZQ_UDP;
@@ -39,11 +41,8 @@ struct Script {
 
 // Commands to an address where nobody is would only cost their time-outs.
 std::string Reachable(const std::string& datagram) {
-    const auto answer = ParseUdpAnswer(datagram);
-    std::uint32_t address = 0;
-    platform::SystemErrorCode error = 0;
-    const bool isElsewhere = answer && platform::TextToAddress(answer->ipAddress.str(), address, error);
-    return isElsewhere ? datagram.substr(0, 13) + kCamera + "\n" : datagram;
+    const auto answer = ReadUdpAnswer({datagram.c_str(), kLoopback, {}});
+    return answer.camera ? datagram.substr(0, 13) + kCamera + "\n" : datagram;
 }
 
 Script ScriptOf(std::string_view input) {

@@ -25,7 +25,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string address = TakePart(datagram);
     Succeeds([&] {
         const CZQUdpCameraAddress camera{CZQString(address)};
-        ZQ_REQUIRE(camera.addressBe != 0 && camera.addressBe != 0xFFFFFFFF);
+        ZQ_REQUIRE(camera.addressBe != 0xFFFFFFFF && (camera.addressBe != 0 || camera.IsBroadcast()));
         ZQ_REQUIRE(!camera.IsBroadcast() || (camera.localBe != 0 && camera.hardwareAddress.size() == 12));
     });
 

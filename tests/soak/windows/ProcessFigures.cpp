@@ -5,8 +5,7 @@
 #include <psapi.h>
 #include <tlhelp32.h>
 
-#include <cstdint>
-#include <vector>
+#include "support/ScarceResources.h"
 
 namespace ZQAPI::soak {
 
@@ -17,18 +16,6 @@ std::size_t ResidentKiB() {
     counters.cb = sizeof counters;
     GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters);
     return counters.WorkingSetSize / 1024;
-}
-
-// Tried one by one: Wine does not count them.
-std::size_t NofHandles() {
-    constexpr std::uintptr_t kStep = 4;
-    constexpr std::uintptr_t kHighest = 0x8000;
-    std::size_t count = 0;
-    for (std::uintptr_t value = kStep; value <= kHighest; value += kStep) {
-        DWORD flags = 0;
-        count += GetHandleInformation(reinterpret_cast<HANDLE>(value), &flags) != 0 ? 1 : 0;
-    }
-    return count;
 }
 
 std::size_t NofThreads() {
@@ -43,21 +30,10 @@ std::size_t NofThreads() {
     return count;
 }
 
-std::size_t NofIndicesLeft() {
-    std::vector<DWORD> indices;
-    for (DWORD index = TlsAlloc(); index != TLS_OUT_OF_INDEXES; index = TlsAlloc()) {
-        indices.push_back(index);
-    }
-    for (const DWORD index : indices) {
-        TlsFree(index);
-    }
-    return indices.size();
-}
-
 }  // namespace
 
 ProcessFigures ReadProcessFigures() {
-    return {ResidentKiB(), NofHandles(), NofThreads(), NofIndicesLeft()};
+    return {ResidentKiB(), test::OpenHandles(), NofThreads(), test::FreeThreadLocalIndices()};
 }
 
 }  // namespace ZQAPI::soak
