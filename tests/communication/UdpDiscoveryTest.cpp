@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <thread>
 
-#include "platform/DebugCapture.h"
 #include "scanners/ZQAddressConflict.h"
 #include "scanners/ZQUdpDiscovery.h"
+#include "support/DebugLines.h"
 #include "support/UdpPeer.h"
 
 namespace ZQAPI::test {
@@ -17,19 +17,6 @@ using EHeard = CZQUdpCameras::EHeard;
 
 constexpr std::uint32_t kLoopback = 0x7F000001;
 constexpr std::uint32_t kElsewhere = 0x0A090042;  // 10.9.0.66
-
-// The debug output of a piece of work.
-template <class Work>
-std::vector<std::string> LinesOf(Work&& work) {
-    std::vector<std::string> lines;
-    platform::SystemErrorCode error = 0;
-    auto capture =
-        platform::DebugCapture::Start([&lines](std::string_view line) { lines.emplace_back(line); }, error);
-    EXPECT_NE(capture, nullptr) << error;
-    work();
-    capture.reset();
-    return lines;
-}
 
 TEST(UdpAnswer, CountsOnlyWhenItLeadsToOneCamera) {
     const struct {
@@ -76,7 +63,7 @@ TEST(UdpAnswer, CountsOnlyWhenItLeadsToOneCamera) {
 
 TEST(UdpCameras, TheFirstCardWinsAndADifferentAddressIsAConflict) {
     CZQUdpCameras cameras;
-    const auto lines = LinesOf([&] {
+    const auto lines = DebugLinesOf([&] {
         EXPECT_EQ(cameras.Add(1, {"00A0B1000001", "10.0.0.1", "b"}), EHeard::kFirst);
         EXPECT_EQ(cameras.Add(0, {"00A0B1000002", "10.0.0.2", "a"}), EHeard::kFirst);
         EXPECT_EQ(cameras.Add(1, {"00A0B1000002", "10.0.0.2", "b"}), EHeard::kAgain);
@@ -98,7 +85,7 @@ TEST(UdpCameras, TheFirstCardWinsAndADifferentAddressIsAConflict) {
 
 TEST(UdpCameras, AreBoundedWhateverComesIn) {
     CZQUdpCameras cameras;
-    const auto lines = LinesOf([&] {
+    const auto lines = DebugLinesOf([&] {
         for (std::size_t i = 0; i < 2 * CZQUdpCameras::kMaxCameras; ++i) {
             const bool fits = i < CZQUdpCameras::kMaxCameras;
             EXPECT_EQ(cameras.Add(0, {CZQString::Formatted("%012zu", i), "10.0.0.1", ""}),
@@ -137,7 +124,7 @@ TEST(UdpDiscovery, FindsTheCameraAmongStrangersAndTellsOfTheFirstOfThem) {
         peer.Send(request->from, "00A0B1000001:127.0.0.66\n");
     });
     std::vector<SUdpDeviceConnInfo> found;
-    const auto lines = LinesOf([&] { found = DiscoverUdpDevices({kPort, 1, 2000, false}); });
+    const auto lines = DebugLinesOf([&] { found = DiscoverUdpDevices({kPort, 1, 2000, false}); });
     ASSERT_EQ(found.size(), 1U);
     EXPECT_EQ(found[0].ipAddress, "127.0.0.1");
     EXPECT_TRUE(found[0].hasConflict);

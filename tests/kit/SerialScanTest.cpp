@@ -1,15 +1,15 @@
 // Scans of serial lines through the exported functions, against simulated cameras.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <chrono>
 #include <cstring>
-#include <functional>
 
 #include "ZQSimSerialServer.h"
 #include "communication/ZQCCM.h"
 #include "communication/ZQComRS232.h"
-#include "platform/DebugCapture.h"
 #include "support/ComPorts.h"
+#include "support/DebugLines.h"
 #include "support/ExpectError.h"
 #include "support/KitScan.h"
 #include "support/StandIns.h"
@@ -54,17 +54,6 @@ protected:
 
     std::unique_ptr<sim::CZQSimSerialServer> cameras;
 };
-
-// What all libraries of this process tell meanwhile.
-std::string DebugOutputOf(const std::function<void()>& body) {
-    std::string told;
-    platform::SystemErrorCode error = 0;
-    const auto capture = platform::DebugCapture::Start(
-        [&told](std::string_view line) { told.append(line).append("\n"); }, error);
-    EXPECT_NE(capture, nullptr) << error;
-    body();
-    return told;
-}
 
 TEST_F(RS232Scan, FindsACameraAndChecksItAgainUntilItIsUnplugged) {
     Connect(2);
@@ -114,9 +103,9 @@ TEST_F(RS232Scan, SettingsThatCanNotBeReadFailTheScan) {
     EXPECT_EQ(ZQ_CALL(kit, ZQDEV_ScanForDevices), ZQ_ERR_COM_CONFIG_LOAD);
     Connect(1);
     Configure("1", "MARK");
-    const std::string told =
-        DebugOutputOf([this] { EXPECT_EQ(ZQ_CALL(kit, ZQDEV_ScanForDevices), ZQ_ERR_COM_CONFIG_LOAD); });
-    EXPECT_NE(told.find("error -100006 RS232.Parity=MARK"), std::string::npos) << told;
+    const auto told =
+        DebugLinesOf([this] { EXPECT_EQ(ZQ_CALL(kit, ZQDEV_ScanForDevices), ZQ_ERR_COM_CONFIG_LOAD); });
+    EXPECT_THAT(told, testing::Contains(testing::HasSubstr("error -100006 RS232.Parity=MARK")));
     CZQCCM module;
     EXPECT_ZQ_ERROR(module.OpenCCM(kit.File("CCMs/ZQCCMRs232API.dll"), "", "1"), ZQ_ERR_COM_CONFIG_LOAD);
 }
@@ -219,9 +208,9 @@ TEST_F(RS232Scan, BadCamerasDoNotHideTheGoodOne) {
     holder.Open(held);
 
     Configure("8;1;2;3;4;5;6;7");
-    const std::string told = DebugOutputOf([this] { EXPECT_EQ(ScanForAddresses(), "7=" + IdOf(7) + ";"); });
-    EXPECT_NE(told.find("Address=2; Command=SYST:ID?"), std::string::npos) << told;
-    EXPECT_NE(told.find("Address=8; The answer does not end"), std::string::npos) << told;
+    const auto told = DebugLinesOf([this] { EXPECT_EQ(ScanForAddresses(), "7=" + IdOf(7) + ";"); });
+    EXPECT_THAT(told, testing::Contains(testing::HasSubstr("Address=2; Command=SYST:ID?")));
+    EXPECT_THAT(told, testing::Contains(testing::HasSubstr("Address=8; The answer does not end")));
     EXPECT_EQ(cameras->GetNofCommands(0), 1U);
     EXPECT_EQ(cameras->GetNofCommands(2), 2U);  // cut at 64 characters and accepted, then given up
     EXPECT_EQ(cameras->GetNofCommands(3), 1U);
