@@ -127,10 +127,9 @@ bool FileReplacement::State::MakeFile(mode_t mode, SystemErrorCode& error) {
 // What this process may not give away stays its own.
 void FileReplacement::State::TakeRightsOf(const struct stat& old) const noexcept {
     constexpr uid_t kSameOwner = static_cast<uid_t>(-1);
-    if (::fchown(file.Get(), old.st_uid, old.st_gid) != 0) {
-        (void)::fchown(file.Get(), kSameOwner, old.st_gid);
-    }
-    (void)::fchmod(file.Get(), old.st_mode & kPermissions);
+    [[maybe_unused]] const bool isGiven = ::fchown(file.Get(), old.st_uid, old.st_gid) == 0 ||
+                                          ::fchown(file.Get(), kSameOwner, old.st_gid) == 0;
+    [[maybe_unused]] const bool isKept = ::fchmod(file.Get(), old.st_mode & kPermissions) == 0;
 }
 
 bool FileReplacement::Create(SystemErrorCode& error) {
