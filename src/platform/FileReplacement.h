@@ -28,7 +28,7 @@ public:
     bool Write(std::string_view content, SystemErrorCode& error);
     // The new file's, as long as it is not moved.
     std::string TemporaryPath() const;
-    // Ends it. Where readers can be in the way, they are waited for, at most half a second.
+    // Ends it. Where readers can be in the way, they are waited for, half a second on a machine that is not too busy.
     bool MoveOver(SystemErrorCode& error);
 
 private:

@@ -9,6 +9,7 @@
 #include <functional>
 #include <thread>
 
+#include "platform/Files.h"
 #include "support/ExpectError.h"
 #include "support/FileBytes.h"
 #include "support/RecordingLogger.h"
@@ -222,9 +223,12 @@ TEST(DeviceListFile, LoadsBesideSavesGiveWholeLists) {
     const CZQDeviceList lists[] = {SampleList(3), SampleList(40)};
     lists[0].SaveToFile(path);
     std::atomic<bool> isSaving = true;
+    int refused = 0;
     std::jthread saver([&] {
         for (std::size_t i = 0; i < 100; ++i) {
-            EXPECT_ZQ_ERROR(lists[i % 2].SaveToFile(path), 0);
+            const int error = ErrorOf([&] { lists[i % 2].SaveToFile(path); });
+            refused += error == ZQ_ERR_FILE_MOVE ? 1 : 0;
+            EXPECT_TRUE(error == 0 || error == ZQ_ERR_FILE_MOVE) << error;
         }
         isSaving = false;
     });
@@ -234,6 +238,8 @@ TEST(DeviceListFile, LoadsBesideSavesGiveWholeLists) {
         EXPECT_TRUE(loaded.GetCount() == 3 || loaded.GetCount() == 40) << loaded.GetCount();
     }
     saver.join();
+    // Where an open file can't be replaced, a reader that hardly ever closes it may win; not often.
+    EXPECT_LE(refused, platform::HasDriveLetters() ? 10 : 0);
     ExpectNoLitter(folder);
 }
 

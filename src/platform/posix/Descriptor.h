@@ -16,6 +16,8 @@ public:
     Descriptor(const std::string& path, int flags) noexcept
         : m_value(::open(path.c_str(), flags | O_CLOEXEC, 0666)) {
     }  // NOLINT(cppcoreguidelines-pro-type-vararg)
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
     Descriptor(Descriptor&& other) noexcept : m_value(std::exchange(other.m_value, -1)) {}
     Descriptor& operator=(Descriptor&& other) noexcept {
         std::swap(m_value, other.m_value);

@@ -187,13 +187,17 @@ std::string FileReplacement::TemporaryPath() const {
 
 bool FileReplacement::MoveOver(SystemErrorCode& error) {
     constexpr ULONGLONG kPatienceMs = 500;
-    constexpr DWORD kPauseMs = 5;
+    constexpr int kMinTries = 100;  // where the machine is so busy that the time allows hardly any
+    constexpr DWORD kPauseMs = 1;
     State& state = *m_state;
     state.file.reset();
     const ULONGLONG begin = GetTickCount64();
-    while (MoveFileExW(state.temporary.c_str(), state.path.c_str(), MOVEFILE_REPLACE_EXISTING) == FALSE) {
+    for (int tries = 1;
+         MoveFileExW(state.temporary.c_str(), state.path.c_str(), MOVEFILE_REPLACE_EXISTING) == FALSE;
+         ++tries) {
         error = LastSystemError();
-        if (!IsInTheWay(error) || !CanBeReplaced(state.path) || GetTickCount64() - begin >= kPatienceMs) {
+        const bool isPatient = tries < kMinTries || GetTickCount64() - begin < kPatienceMs;
+        if (!IsInTheWay(error) || !CanBeReplaced(state.path) || !isPatient) {
             return false;
         }
         Sleep(kPauseMs);
