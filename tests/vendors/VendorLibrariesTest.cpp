@@ -38,6 +38,17 @@ struct Play {
     std::uint32_t nofFound;
 };
 
+using Texts = std::vector<std::string>;
+using Pairs = std::vector<std::pair<std::string, std::string>>;
+
+// What a scan ends with at a camera that was counted and is gone, was counted and never was, is none of the
+// maker's.
+struct Errors {
+    std::int32_t vanished = 0;
+    std::int32_t blank = 0;
+    std::int32_t strange = 0;
+};
+
 // One scanner, its library, two of its cameras and what the second one's record must say.
 struct Member {
     std::string name;  // what follows "SCANNER_"
@@ -49,13 +60,9 @@ struct Member {
     std::string record;  // from DeviceID on, as Describe gives it
     std::string address;
     std::string movedAddress;
-    std::vector<std::string> functions;                      // each ends the scan when it fails
-    std::vector<std::pair<std::string, std::string>> pairs;  // each call of the first needs one of the second
-    struct {
-        std::int32_t vanished;  // was counted, is gone
-        std::int32_t blank;     // was counted and never was
-        std::int32_t strange;   // none of the maker's
-    } error;
+    Texts functions;  // each ends the scan when it fails
+    Pairs pairs;      // each call of the first needs one of the second
+    Errors error;
     std::vector<Play> plays;
 
     friend void PrintTo(const Member& member, std::ostream* out) { *out << member.name; }
@@ -72,138 +79,84 @@ std::vector<Play> Ages(std::size_t recordSize, std::int32_t error) {
     return {{"InfoSize=" + std::to_string(recordSize - 2) + "\n", 0, 2}, {"InfoSize=4\n", error, 0}};
 }
 
+Member Row(const char* name, decltype(Member::make) make, const char* section, const char* file,
+           const char* first, const char* second, const char* record, const char* address,
+           const char* movedAddress, const Texts& functions, const Pairs& pairs, const Errors& error,
+           const std::vector<Play>& plays) {
+    return {name,    make,         section,   file,  first, second, record,
+            address, movedAddress, functions, pairs, error, plays};
+}
+
 constexpr std::int32_t kLibrary = ZQ_ERR_VENDOR_LIBRARY;
 constexpr std::int32_t kUnknown = ZQ_ERR_UNKNOWN_MODEL;
 
 const Member kMembers[] = {
-    {"IDS_UEYE",
-     Make<CZQScanIFIDSUEye, CZQUEye>,
-     "ueye",
-     ZQ_TEST_UEYE,
-     "Model=VX-UE13M\nSerial=17\n",
-     "Model=VX-UE13M\nSerial=\\x204002711234\\x20\n",
-     "VX-UE13M:4002711234|ZQUE-13M|Valdremonix UE 1.3M camera|CCM_IDS_UEYE|IAM_IDS_UEYE|-.-",
-     "4002711234",
-     "4002711234",
-     {"is_GetNumberOfCameras", "is_GetCameraList"},
-     {},
-     {0, kUnknown, kUnknown},
-     {{"LateCameras=1\n", 0, 2},
-      {"LateCameras=1\nShortStatus=-1\n", 0, 2},
-      {"GrowsForever=1\n", kLibrary, 0},
-      {"NofCameras=-1\n", kLibrary, 0}}},
-    {"PGR_FLY",
-     Make<CZQScanIFPGRFly, CZQFlyCapture2>,
-     "flycapture2",
-     ZQ_TEST_FLYCAPTURE2,
-     "Model=Valdremonix FLY-20M\nSerial=17\n",
-     "Model=Valdremonix FLY-20M\nSerial=4294967295\n",
-     "Valdremonix FLY-20M:4294967295|ZQFLY-20M|Valdremonix FLY 2.0M camera|CCM_PGR_FLY|IAM_PGR_FLY|-.-",
-     "4294967295",
-     "4294967295",
-     {"fc2CreateContext", "fc2GetNumOfCameras", "fc2GetCameraSerialNumberFromIndex",
-      "fc2GetCameraFromSerialNumber", "fc2Connect", "fc2GetCameraInfo"},
-     {{"fc2CreateContext", "fc2DestroyContext"}, {"fc2Connect", "fc2Disconnect"}},
-     {kLibrary, kLibrary, kUnknown},
-     {{"Layout=early\n", 0, 2}, {"NullContext=1\n", kLibrary, 0}}},
-    {"MV",
-     Make<CZQScanIFMatrixVision, CZQMvDeviceManager>,
-     "mvdevicemanager",
-     ZQ_TEST_MVDEVICEMANAGER,
-     "Model=Valdremonix MV-12\nSerial=17\n",
-     "Model=Valdremonix MV-12\nSerial=GX000123\n",
-     "Valdremonix MV-12:GX000123|ZQMV-12|Valdremonix MV 1.2 camera|CCM_MV|IAM_MV|-.-",
-     "GX000123",
-     "GX000123",
-     {"DMR_Init", "DMR_UpdateDeviceList", "DMR_GetDeviceCount", "DMR_GetDevice", "DMR_GetDeviceInfoEx"},
-     {{"DMR_Init", "DMR_Close"}},
-     {kLibrary, kLibrary, kUnknown},
-     {{"Layout=packed\n", 0, 2},
-      {"SizeQueryStatus=-2123\n", 0, 2},
-      {"SizeQueryStatus=-2108\n", kLibrary, 0},
-      {"InfoSize=113\n", kLibrary, 0},
-      {"InfoSize=-1\n", kLibrary, 0}}},
-    {"ZQ_IC",
-     Make<CZQScanIFICImagingSource, CZQImagingSource>,
-     "icimagingcontrol",
-     "ZQICImagingControlCore_x64.v2.0.dll",
-     "Model=Valdremonix IC-72\nSerial=1\n",
-     "Model=Valdremonix IC-274 (USB)\nSerial=-7\n",
-     "Valdremonix IC-274 (USB):-7|ZQIC-274|Valdremonix IC 274 camera|CCM_ZQ_IC|IAM_ZQ_IC|-.-",
-     "-7",
-     "-7",
-     Functions("ZQIC", {"ZQIC_GetCameraInfo"}),
-     {{"ZQIC_Init", "ZQIC_DeInit"}},
-     {kLibrary, kLibrary, kUnknown},
-     Ages(sizeof(ZQIC_CAMERA_INFO), kLibrary)},
-    {"BO_FX",
-     Make<CZQScanIFBoFX, CZQFx>,
-     "fxlib",
-     "FxLib_64.v2.0.dll",
-     "Model=Valdremonix FX-0640M\nVendorId=1\nModelId=2\nSerial=1\n",
-     "Model=Valdremonix FX-2448M\nVendorId=2595\nModelId=65537\nSerial=2147483647\n",
-     "2595:65537:2147483647|ZQFX-2448M|Valdremonix FX 2448 monochrome camera|CCM_FX_IEEE1394|"
-     "IAM_FX_IEEE1394|-.-",
-     "2147483647",
-     "2147483647",
-     Functions("ZQFX", {"ZQFX_GetCameraInfo"}),
-     {{"ZQFX_Init", "ZQFX_DeInit"}},
-     {kLibrary, kLibrary, kUnknown},
-     Ages(sizeof(ZQFX_CAMERA_INFO), kLibrary)},
-    {"PLEORA_IPORT",
-     Make<CZQScanIFPleoraIport, CZQPleora>,
-     "pleora",
-     "ZQPleoraEbusVisionCore_x64.v2.0.dll",
-     "Model=PL\nSerial=A1\nAddress=10.0.0.1\n",
-     "Model=PL\nSerial=A2\nAddress=10.0.0.2\n",
-     "PL:A2|ZQPL-10|Valdremonix PL 10 camera|CCM_PLEORA_IPORT|IAM_PLEORA_IPORT|-.-",
-     "10.0.0.2",
-     "10.0.0.9",
-     Functions("ZQPLEORA"),
-     {{"ZQPLEORA_Init", "ZQPLEORA_DeInit"}},
-     {},
-     Ages(sizeof(ZQPLEORA_CAMERA_INFO), 0)},
-    {"TAVI",
-     Make<CZQScanIFTavi, CZQTavi>,
-     "tavi",
-     "ZQTaviCore_64.v2.0.dll",
-     "Model=T\nBoard=0\nSerial=T1\n",
-     "Model=T\nBoard=3\nSerial=T2\n",
-     "3:T2|ZQTV-20|Valdremonix TV 20 camera|CCM_TAVI|IAM_TAVI|-.-",
-     "3:T2",
-     "3:T2",
-     Functions("ZQTAVI", {"ZQTAVI_GetCameraInfo"}),
-     {{"ZQTAVI_Init", "ZQTAVI_DeInit"}},
-     {kLibrary, kLibrary, 0},
-     Ages(sizeof(ZQTAVI_CAMERA_INFO), kLibrary)},
-    {"SISO_USB2",
-     Make<CZQScanIFZqSiSoUsb, CZQUsb2>,
-     "usb2",
-     "ZQUSB2Core_x64.v2.0.dll",
-     "Model=U\nType=19\nSerial=1\nAddress=1-1\n",
-     "Model=U\nType=336\nSerial=305419896\nAddress=1-2.3\n",
-     "USB0150:305419896|ZQUS-50C|Valdremonix US 5.0C camera|CCM_SI_USB2|IAM_SI_USB2|-.-",
-     "1-2.3",
-     "2-1",
-     Functions("ZQUSB2", {"ZQUSB2_GetCameraInfo", "ZQUSB2_OpenCamera", "ZQUSB2_ReadSpiRegister"}),
-     {{"ZQUSB2_Init", "ZQUSB2_DeInit"}, {"ZQUSB2_OpenCamera", "ZQUSB2_CloseCamera"}},
-     {kLibrary, kLibrary, kUnknown},
-     Ages(sizeof(ZQUSB2_CAMERA_INFO), kLibrary)},
-    {"ZQ_GIGE",
-     Make<CZQScanIFZQGigE, CZQGigE>,
-     "gige",
-     "ZQGigE.x64.dll",
-     "Model=Valdremonix GE-40\nSerial=G1\nMac=02:00:00:00:00:01\nAddress=10.0.1.1\nKinds=2\n",
-     "Model=ZZ valdremonix ge-40\nSerial=G2\nMac=02:00:00:00:00:02\nAddress=10.0.1.2\nVersion=1.4\nKinds=2\n",
-     "ZZ valdremonix ge-40:G2|ZQGE-40|Valdremonix GE 4.0 camera|CCM_ZQ_GIGE|IAM_ZQ_GIGE|1.4",
-     "10.0.1.2",
-     "10.0.1.9",
-     {"CameraContainer_getNumberOfCameras", "Camera_getSerialNumber", "Camera_getMacAddress",
-      "Camera_getIPAddress", "Camera_getDeviceVersion"},
-     {{"CameraContainer_create", "CameraContainer_delete"}},
-     {},
-     {{"FailingCall=Camera_getModelName\n", 0, 0}}},
-};
+    Row("IDS_UEYE", Make<CZQScanIFIDSUEye, CZQUEye>, "ueye", ZQ_TEST_UEYE, "Model=VX-UE13M\nSerial=17\n",
+        "Model=VX-UE13M\nSerial=\\x204002711234\\x20\n",
+        "VX-UE13M:4002711234|ZQUE-13M|Valdremonix UE 1.3M camera|CCM_IDS_UEYE|IAM_IDS_UEYE|-.-", "4002711234",
+        "4002711234", {"is_GetNumberOfCameras", "is_GetCameraList"}, {}, {0, kUnknown, kUnknown},
+        {{"LateCameras=1\n", 0, 2},
+         {"LateCameras=1\nShortStatus=-1\n", 0, 2},
+         {"GrowsForever=1\n", kLibrary, 0},
+         {"NofCameras=-1\n", kLibrary, 0}}),
+    Row("PGR_FLY", Make<CZQScanIFPGRFly, CZQFlyCapture2>, "flycapture2", ZQ_TEST_FLYCAPTURE2,
+        "Model=Valdremonix FLY-20M\nSerial=17\n", "Model=Valdremonix FLY-20M\nSerial=4294967295\n",
+        "Valdremonix FLY-20M:4294967295|ZQFLY-20M|Valdremonix FLY 2.0M camera|CCM_PGR_FLY|IAM_PGR_FLY|-.-",
+        "4294967295", "4294967295",
+        {"fc2CreateContext", "fc2GetNumOfCameras", "fc2GetCameraSerialNumberFromIndex",
+         "fc2GetCameraFromSerialNumber", "fc2Connect", "fc2GetCameraInfo"},
+        {{"fc2CreateContext", "fc2DestroyContext"}, {"fc2Connect", "fc2Disconnect"}},
+        {kLibrary, kLibrary, kUnknown}, {{"Layout=early\n", 0, 2}, {"NullContext=1\n", kLibrary, 0}}),
+    Row("MV", Make<CZQScanIFMatrixVision, CZQMvDeviceManager>, "mvdevicemanager", ZQ_TEST_MVDEVICEMANAGER,
+        "Model=Valdremonix MV-12\nSerial=17\n", "Model=Valdremonix MV-12\nSerial=GX000123\n",
+        "Valdremonix MV-12:GX000123|ZQMV-12|Valdremonix MV 1.2 camera|CCM_MV|IAM_MV|-.-", "GX000123",
+        "GX000123",
+        {"DMR_Init", "DMR_UpdateDeviceList", "DMR_GetDeviceCount", "DMR_GetDevice", "DMR_GetDeviceInfoEx"},
+        {{"DMR_Init", "DMR_Close"}}, {kLibrary, kLibrary, kUnknown},
+        {{"Layout=packed\n", 0, 2},
+         {"SizeQueryStatus=-2123\n", 0, 2},
+         {"SizeQueryStatus=-2108\n", kLibrary, 0},
+         {"InfoSize=113\n", kLibrary, 0},
+         {"InfoSize=-1\n", kLibrary, 0}}),
+    Row("ZQ_IC", Make<CZQScanIFICImagingSource, CZQImagingSource>, "icimagingcontrol",
+        "ZQICImagingControlCore_x64.v2.0.dll", "Model=Valdremonix IC-72\nSerial=1\n",
+        "Model=Valdremonix IC-274 (USB)\nSerial=-7\n",
+        "Valdremonix IC-274 (USB):-7|ZQIC-274|Valdremonix IC 274 camera|CCM_ZQ_IC|IAM_ZQ_IC|-.-", "-7", "-7",
+        Functions("ZQIC", {"ZQIC_GetCameraInfo"}), {{"ZQIC_Init", "ZQIC_DeInit"}},
+        {kLibrary, kLibrary, kUnknown}, Ages(sizeof(ZQIC_CAMERA_INFO), kLibrary)),
+    Row("BO_FX", Make<CZQScanIFBoFX, CZQFx>, "fxlib", "FxLib_64.v2.0.dll",
+        "Model=Valdremonix FX-0640M\nVendorId=1\nModelId=2\nSerial=1\n",
+        "Model=Valdremonix FX-2448M\nVendorId=2595\nModelId=65537\nSerial=2147483647\n",
+        "2595:65537:2147483647|ZQFX-2448M|Valdremonix FX 2448 monochrome camera|CCM_FX_IEEE1394|"
+        "IAM_FX_IEEE1394|-.-",
+        "2147483647", "2147483647", Functions("ZQFX", {"ZQFX_GetCameraInfo"}), {{"ZQFX_Init", "ZQFX_DeInit"}},
+        {kLibrary, kLibrary, kUnknown}, Ages(sizeof(ZQFX_CAMERA_INFO), kLibrary)),
+    Row("PLEORA_IPORT", Make<CZQScanIFPleoraIport, CZQPleora>, "pleora",
+        "ZQPleoraEbusVisionCore_x64.v2.0.dll", "Model=PL\nSerial=A1\nAddress=10.0.0.1\n",
+        "Model=PL\nSerial=A2\nAddress=10.0.0.2\n",
+        "PL:A2|ZQPL-10|Valdremonix PL 10 camera|CCM_PLEORA_IPORT|IAM_PLEORA_IPORT|-.-", "10.0.0.2",
+        "10.0.0.9", Functions("ZQPLEORA"), {{"ZQPLEORA_Init", "ZQPLEORA_DeInit"}}, {},
+        Ages(sizeof(ZQPLEORA_CAMERA_INFO), 0)),
+    Row("TAVI", Make<CZQScanIFTavi, CZQTavi>, "tavi", "ZQTaviCore_64.v2.0.dll",
+        "Model=T\nBoard=0\nSerial=T1\n", "Model=T\nBoard=3\nSerial=T2\n",
+        "3:T2|ZQTV-20|Valdremonix TV 20 camera|CCM_TAVI|IAM_TAVI|-.-", "3:T2", "3:T2",
+        Functions("ZQTAVI", {"ZQTAVI_GetCameraInfo"}), {{"ZQTAVI_Init", "ZQTAVI_DeInit"}},
+        {kLibrary, kLibrary, 0}, Ages(sizeof(ZQTAVI_CAMERA_INFO), kLibrary)),
+    Row("SISO_USB2", Make<CZQScanIFZqSiSoUsb, CZQUsb2>, "usb2", "ZQUSB2Core_x64.v2.0.dll",
+        "Model=U\nType=19\nSerial=1\nAddress=1-1\n", "Model=U\nType=336\nSerial=305419896\nAddress=1-2.3\n",
+        "USB0150:305419896|ZQUS-50C|Valdremonix US 5.0C camera|CCM_SI_USB2|IAM_SI_USB2|-.-", "1-2.3", "2-1",
+        Functions("ZQUSB2", {"ZQUSB2_GetCameraInfo", "ZQUSB2_OpenCamera", "ZQUSB2_ReadSpiRegister"}),
+        {{"ZQUSB2_Init", "ZQUSB2_DeInit"}, {"ZQUSB2_OpenCamera", "ZQUSB2_CloseCamera"}},
+        {kLibrary, kLibrary, kUnknown}, Ages(sizeof(ZQUSB2_CAMERA_INFO), kLibrary)),
+    Row("ZQ_GIGE", Make<CZQScanIFZQGigE, CZQGigE>, "gige", "ZQGigE.x64.dll",
+        "Model=Valdremonix GE-40\nSerial=G1\nMac=02:00:00:00:00:01\nAddress=10.0.1.1\nKinds=2\n",
+        "Model=ZZ valdremonix ge-40\nSerial=G2\nMac=02:00:00:00:00:02\nAddress=10.0.1.2\nVersion=1.4\nKinds=2\n",
+        "ZZ valdremonix ge-40:G2|ZQGE-40|Valdremonix GE 4.0 camera|CCM_ZQ_GIGE|IAM_ZQ_GIGE|1.4", "10.0.1.2",
+        "10.0.1.9",
+        {"CameraContainer_getNumberOfCameras", "Camera_getSerialNumber", "Camera_getMacAddress",
+         "Camera_getIPAddress", "Camera_getDeviceVersion"},
+        {{"CameraContainer_create", "CameraContainer_delete"}}, {},
+        {{"FailingCall=Camera_getModelName\n", 0, 0}})};
 
 // What a record says, its three addresses first.
 std::string Describe(const CZQDeviceInfo& device) {
