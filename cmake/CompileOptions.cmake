@@ -1,3 +1,9 @@
+set(ZQ_SANITIZE "" CACHE STRING "Sanitizers to build with, as -fsanitize= takes them")
+if(ZQ_SANITIZE)
+  add_compile_options(-fsanitize=${ZQ_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=${ZQ_SANITIZE})
+endif()
+
 # One set of compiler options for everything this project compiles itself.
 add_library(zq_options INTERFACE)
 target_compile_features(zq_options INTERFACE cxx_std_20)
@@ -6,18 +12,27 @@ target_compile_options(zq_options INTERFACE
   # Exception locations name files as they lie in the source tree, on whatever machine they were built.
   "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=")
 
+# Hardening: what is read from cameras, files and other libraries may be anything. The test "hardening" reads the headers
+# of what is shipped. Checked copies need an optimised build, and keep the sanitizers from seeing the calls themselves.
+target_compile_options(zq_options INTERFACE -fstack-protector-strong)
+if(NOT ZQ_SANITIZE)
+  target_compile_options(zq_options INTERFACE "$<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>")
+endif()
+if(WIN32)
+  target_link_options(zq_options INTERFACE -Wl,--nxcompat,--dynamicbase,--high-entropy-va)
+else()
+  target_compile_options(zq_options INTERFACE -fstack-clash-protection)
+  target_link_options(zq_options INTERFACE -Wl,-z,relro,-z,now,-z,noexecstack)
+  include(CheckPIESupported)
+  check_pie_supported(LANGUAGES C CXX)
+endif()
+
 if(WIN32)
   # C99 formatting, and the narrow system functions of Windows 7 and later.
   target_compile_definitions(zq_options INTERFACE
     __USE_MINGW_ANSI_STDIO=1 WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
   # The run-time goes into each program and library: they depend on system DLLs alone.
   target_link_options(zq_options INTERFACE -static)
-endif()
-
-set(ZQ_SANITIZE "" CACHE STRING "Sanitizers to build with, as -fsanitize= takes them")
-if(ZQ_SANITIZE)
-  add_compile_options(-fsanitize=${ZQ_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
-  add_link_options(-fsanitize=${ZQ_SANITIZE})
 endif()
 
 # zq_precompile(<target> <header>...): the large headers that the target's sources have in common are read once. For the
@@ -29,3 +44,9 @@ function(zq_precompile target)
     target_precompile_headers(${target} PRIVATE ${ARGN})
   endif()
 endfunction()
+
+# Everything tells libFuzzer which way it took; see tests/fuzz.
+option(ZQ_FUZZ "Build the fuzz targets with libFuzzer (Clang) instead of the replay of their corpora" OFF)
+if(ZQ_FUZZ)
+  add_compile_options(-fsanitize=fuzzer-no-link)
+endif()

@@ -46,8 +46,13 @@ typedef uint64_t ZQCCM_HANDLE;
  * talk to the camera here: that the call succeeds does not mean that there is one. */
 ZQCCM_API int32_t ZQCCM_OpenCCM(const char* parameter, const char* address, ZQCCM_HANDLE* handle);
 
-/* Closes a connection. A handle that is not open: ZQ_ERR_CONNECTION_NOT_OPEN. A command that another thread
- * has under way on it is finished undisturbed. */
+/* Closes a connection. A handle that is not open: ZQ_ERR_CONNECTION_NOT_OPEN.
+ *
+ * A command that another thread has under way on the connection: the kit's own modules end it at once with
+ * ZQ_ERR_COM_ABORTED, and send nothing more once this function has returned. Other modules should do the same,
+ * for that is how a scan gives up a silent camera in favour of others; one that lets the command finish
+ * undisturbed only holds such a scan up. Either way the handle is not given out again soon: a command may be
+ * on its way to it. */
 ZQCCM_API int32_t ZQCCM_CloseCCM(ZQCCM_HANDLE handle);
 
 /* Sends one command and waits for its answer.

@@ -250,7 +250,11 @@ ZQDEV_API int ZQDEV_ScanForDevices(void);
 ZQDEV_API int ZQDEV_ScanForDevicesWithScanner(int scanner);
 
 /* Asks the device's scanner (UsedScanner) for the device anew and refreshes addresses and firmware version in
- * the caller's record; the list is not changed. Not found any more: ZQ_ERR_DEVICE_NOT_FOUND. */
+ * the caller's record; the list is not changed. Not found any more: ZQ_ERR_DEVICE_NOT_FOUND.
+ *
+ * For a network camera it ends as soon as the camera has said who it is; one that is gone costs the scanner's
+ * whole listening time, and never more than 30 s. Of two cameras with one identifier the one that answers
+ * first counts. */
 ZQDEV_API int ZQDEV_RescanDevice(ZQDEVICEINFO* device);
 
 /* Gives a network camera a new IPv4 address (dotted decimal; the subnet mask is that of its address class)

@@ -2,11 +2,13 @@
 // interface's name, "img0".
 #include "ZQSerialConnection.h"
 #include "communication/ZQComImaqRS232.h"
+#include "devices/ZQSdkPaths.h"
+#include "foundation/ZQSystem.h"
 
 namespace ZQAPI {
 
 std::shared_ptr<CZQCommandConnection> OpenCommandConnection(const CZQString& commandAddress) {
-    auto channel = std::make_unique<CZQComImaqRS232>();
+    auto channel = std::make_unique<CZQComImaqRS232>(CZQSdkPaths::MakeBinPath(GetOwnModulePath()));
     channel->Open(CZQComImaqRS232Config(commandAddress, ""));
     return std::make_shared<CZQSerialConnection>(std::move(channel));
 }

@@ -5,6 +5,7 @@
 #include "communication/ZQComRS232.h"
 #include "communication/ZQSerialPortNumber.h"
 #include "devices/ZQSdkPaths.h"
+#include "foundation/Io/ZQIniFile.h"
 #include "foundation/ZQException.h"
 #include "foundation/ZQSystem.h"
 
@@ -12,17 +13,18 @@ namespace ZQAPI {
 
 namespace {
 
-// The line settings that the kit's scanner uses, or the default ones where there are none.
+// The line settings that the kit's scanner uses, or the default ones where there are none. Bad ones are
+// thrown, as the scanner does.
 CZQComRS232Config LineSettings() {
-    try {
-        // Found anew each time: a module keeps nothing.
-        const CZQSdkPaths kit(CZQSdkPaths::MakeBinPath(GetOwnModulePath()));
-        return {kit.GetApiIniPath(), "DeviceScanner." ZQDEV_SCANNER_NAME_ZQ_RS232};
-    } catch (const CZQException& exception) {
-        DebugOutput("ZQSDK: RS232 command module uses the default line settings: %s",
-                    exception.GetExtraText().c_str());
+    // Found anew each time: a module keeps nothing.
+    const CZQSdkPaths kit(CZQSdkPaths::MakeBinPath(GetOwnModulePath()));
+    const CZQString section = "DeviceScanner." ZQDEV_SCANNER_NAME_ZQ_RS232;
+    CZQIniFile ini(kit.GetApiIniPath());
+    ini.SetSection(section);
+    if (!ini.KeyExists("Baudrate")) {
         return {};
     }
+    return {kit.GetApiIniPath(), section};
 }
 
 }  // namespace
@@ -30,8 +32,8 @@ CZQComRS232Config LineSettings() {
 std::shared_ptr<CZQCommandConnection> OpenCommandConnection(const CZQString& commandAddress) {
     const auto portNumber = ParseSerialPortNumber(commandAddress);
     if (!portNumber) {
-        throw CZQException(ZQ_HERE("OpenCommandConnection"), ZQ_ERR_BAD_VALUE, "Address=%s",
-                           commandAddress.c_str());
+        throw CZQException(ZQ_HERE("CZQSerialConnection::OpenCommandConnection"), ZQ_ERR_BAD_VALUE,
+                           "Address=%s", commandAddress.c_str());
     }
     CZQComRS232Config config = LineSettings();
     config.SetPortNumber(*portNumber);

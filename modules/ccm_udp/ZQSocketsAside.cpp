@@ -1,13 +1,14 @@
 #include "ZQSocketsAside.h"
 
 #include <chrono>
-#include <deque>
-#include <memory>
+#include <list>
 #include <mutex>
+#include <optional>
 #include <thread>
 #include <utility>
 
 #include "communication/ZQComWs2DllInit.h"
+#include "foundation/ZQNoDestructor.h"
 #include "platform/ModuleThread.h"
 #include "platform/Process.h"
 
@@ -16,7 +17,11 @@ namespace ZQAPI {
 namespace {
 
 constexpr std::chrono::seconds kLongestUnderWay{3};
+// Thousands of silent cameras are asked within that time.
+constexpr std::size_t kMaxSockets = 16;
 
+// Thread-safe. Holds nothing while no socket is aside: there is then nothing to give back when the module is
+// unloaded, which happens under the loader's lock, where the socket library must not be called.
 class SocketsAside {
 public:
     using Clock = std::chrono::steady_clock;
@@ -24,6 +29,12 @@ public:
     // True when a thread is needed that runs CloseWhenDue.
     bool Add(platform::UdpSocket socket) {
         const std::lock_guard lock(m_mutex);
+        if (!m_socketLibrary) {
+            m_socketLibrary.emplace();
+        }
+        if (m_sockets.size() == kMaxSockets) {
+            m_sockets.pop_front();
+        }
         m_sockets.push_back({Clock::now() + kLongestUnderWay, std::move(socket)});
         return !std::exchange(m_closing, true);
     }
@@ -40,6 +51,7 @@ public:
                 m_sockets.pop_front();
             }
         }
+        m_socketLibrary.reset();
         m_closing = false;
     }
 
@@ -55,22 +67,23 @@ private:
         platform::UdpSocket socket;
     };
 
-    CZQComWs2DllInit m_socketLibrary;  // the connection that the sockets were made for may be gone
     std::mutex m_mutex;
-    std::deque<Entry> m_sockets;  // in the order in which they are due
+    // The connection that the sockets were made for may be gone.
+    std::optional<CZQComWs2DllInit> m_socketLibrary;
+    std::list<Entry> m_sockets;  // in the order in which they are due
     bool m_closing = false;
 };
 
 void PutAside(platform::UdpSocket socket) {
-    // Shared with the thread: at the end of the process it may outlive this function's static object.
-    static const auto sockets = std::make_shared<SocketsAside>();
-    if (!sockets->Add(std::move(socket))) {
+    static CZQNoDestructor<SocketsAside> aside;
+    SocketsAside& sockets = aside.Get();
+    if (!sockets.Add(std::move(socket))) {
         return;
     }
     platform::SystemErrorCode error{};
-    if (!platform::StartModuleThread([kept = sockets] { kept->CloseWhenDue(); }, error)) {
+    if (!platform::StartModuleThread([&sockets] { sockets.CloseWhenDue(); }, error)) {
         // They stay open until the next one that is put aside.
-        sockets->NoThread();
+        sockets.NoThread();
         platform::WriteDebugOutput("ZQSDK: !! no thread to close the UDP command module's sockets");
     }
 }

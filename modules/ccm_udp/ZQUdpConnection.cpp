@@ -1,5 +1,6 @@
 #include "ZQUdpConnection.h"
 
+#include <algorithm>
 #include <span>
 #include <utility>
 
@@ -16,6 +17,8 @@ constexpr std::uint32_t kLimitedBroadcast = 0xFFFFFFFF;
 constexpr const char* kAnyCamera = "FFFFFFFFFFFF";
 constexpr int kTries = 3;
 constexpr std::chrono::milliseconds kTimePerTry{1000};
+// An abort is noticed within this time.
+constexpr std::chrono::microseconds kMaxWait = std::chrono::milliseconds(10);
 
 }  // namespace
 
@@ -45,6 +48,17 @@ std::string CZQUdpConnection::SendCommand(std::string_view command) {
     throw CZQException(ZQ_HERE("CZQUdpConnection::SendCommand"), ZQ_ERR_COM_TIMEOUT, "Tries=%d", kTries);
 }
 
+void CZQUdpConnection::Abort() noexcept {
+    const std::lock_guard lock(m_mutex);
+    m_aborted = true;
+}
+
+void CZQUdpConnection::ThrowIfAborted() const {
+    if (m_aborted) {
+        throw CZQException(ZQ_HERE("CZQUdpConnection::SendCommand"), ZQ_ERR_COM_ABORTED);
+    }
+}
+
 platform::UdpSocket CZQUdpConnection::OpenSocket() const {
     platform::UdpSocket socket;
     platform::SystemErrorCode error{};
@@ -61,7 +75,9 @@ platform::UdpSocket CZQUdpConnection::OpenSocket() const {
     return socket;
 }
 
-void CZQUdpConnection::Send(platform::UdpSocket& socket, const std::string& request) const {
+void CZQUdpConnection::Send(platform::UdpSocket& socket, const std::string& request) {
+    const std::lock_guard lock(m_mutex);
+    ThrowIfAborted();
     platform::Ipv4SocketAddress to;
     to.addressBe = m_camera.IsBroadcast() ? kLimitedBroadcast : m_camera.addressBe;
     to.portBe = platform::SwapPort(kCommandPort);
@@ -77,7 +93,9 @@ std::optional<std::string> CZQUdpConnection::ReceiveUntil(platform::UdpSocket& s
                                                           Clock::time_point deadline) const {
     for (auto left = deadline - Clock::now(); left > Clock::duration::zero();
          left = deadline - Clock::now()) {
-        const auto waited = socket.WaitReadable(std::chrono::ceil<std::chrono::microseconds>(left));
+        ThrowIfAborted();
+        const auto waited =
+            socket.WaitReadable(std::min(std::chrono::ceil<std::chrono::microseconds>(left), kMaxWait));
         if (waited == platform::WaitResult::kTimeout) {
             continue;
         }

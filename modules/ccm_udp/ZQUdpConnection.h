@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <mutex>
 #include <optional>
@@ -7,8 +8,8 @@
 #include <string_view>
 
 #include "ZQCommandConnection.h"
-#include "ZQUdpCameraAddress.h"
 #include "communication/ZQComWs2DllInit.h"
+#include "communication/ZQUdpCameraAddress.h"
 #include "platform/UdpSocket.h"
 
 namespace ZQAPI {
@@ -26,23 +27,28 @@ public:
     // The command is sent up to three times, 1000 ms apart, until an answer comes: ZQ_ERR_COM_TIMEOUT after
     // that.
     std::string SendCommand(std::string_view command) override;
+    void Abort() noexcept override;
+
+    // The answer that a datagram carries, its line feed included; nothing when it is not this camera's.
+    std::optional<std::string> AnswerIn(std::string_view datagram,
+                                        const platform::Ipv4SocketAddress& from) const;
 
 private:
     using Clock = std::chrono::steady_clock;
 
     platform::UdpSocket OpenSocket() const;
-    void Send(platform::UdpSocket& socket, const std::string& request) const;
+    void Send(platform::UdpSocket& socket, const std::string& request);
+    void ThrowIfAborted() const;
     std::string Receive(platform::UdpSocket& socket, std::size_t size,
                         platform::Ipv4SocketAddress& from) const;
     std::optional<std::string> ReceiveUntil(platform::UdpSocket& socket, Clock::time_point deadline) const;
-    std::optional<std::string> AnswerIn(std::string_view datagram,
-                                        const platform::Ipv4SocketAddress& from) const;
     void KeepOpen(platform::UdpSocket socket);
 
     const CZQComWs2DllInit m_socketLibrary;
     const CZQUdpCameraAddress m_camera;
-    std::mutex m_mutex;            // held for m_latest alone, never while waiting
-    platform::UdpSocket m_latest;  // of the command that ended last; see KeepOpen
+    std::mutex m_mutex;                  // held while sending and for m_latest, never while waiting
+    std::atomic<bool> m_aborted{false};  // set under the mutex: nothing is sent after that
+    platform::UdpSocket m_latest;        // of the command that ended last; see KeepOpen
 };
 
 }  // namespace ZQAPI

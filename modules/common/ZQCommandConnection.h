@@ -20,6 +20,10 @@ public:
 
     // The answer, its line feed included. The command is one line with its line feed.
     virtual std::string SendCommand(std::string_view command) = 0;
+
+    // The connection is closed. A command under way ends promptly with ZQ_ERR_COM_ABORTED, and so does every
+    // further one; nothing is sent to the camera any more once this has returned.
+    virtual void Abort() noexcept = 0;
 };
 
 // Each module defines this for its own kind.

@@ -9,6 +9,7 @@
 #include "ZQAPI/ZQCommandModule.h"
 #include "ZQCommandConnection.h"
 #include "foundation/ZQException.h"
+#include "foundation/ZQNoDestructor.h"
 
 namespace ZQAPI {
 
@@ -32,11 +33,13 @@ public:
         return found->second;
     }
 
-    void Remove(ZQCCM_HANDLE handle) {
+    std::shared_ptr<CZQCommandConnection> Remove(ZQCCM_HANDLE handle) {
         const std::lock_guard lock(m_mutex);
-        if (m_connections.erase(handle) == 0) {
+        auto removed = m_connections.extract(handle);
+        if (removed.empty()) {
             throw CZQException(ZQ_HERE("Connections::Remove"), ZQ_ERR_CONNECTION_NOT_OPEN);
         }
+        return std::move(removed.mapped());
     }
 
 private:
@@ -46,8 +49,10 @@ private:
 };
 
 Connections& OpenConnections() {
-    static Connections connections;
-    return connections;
+    // Never destroyed: a connection that nobody closed must not give back sockets and ports while the module
+    // is unloaded, under the loader's lock.
+    static CZQNoDestructor<Connections> connections;
+    return connections.Get();
 }
 
 void RequireInput(const void* input) {
@@ -99,7 +104,7 @@ std::int32_t ZQCCM_OpenCCM(const char* parameter, const char* address, ZQCCM_HAN
 }
 
 std::int32_t ZQCCM_CloseCCM(ZQCCM_HANDLE handle) {
-    return ZQAPI::ResultOf([&] { ZQAPI::OpenConnections().Remove(handle); });
+    return ZQAPI::ResultOf([&] { ZQAPI::OpenConnections().Remove(handle)->Abort(); });
 }
 
 std::int32_t ZQCCM_SendCmd(ZQCCM_HANDLE handle, const char* command, char* answer, std::uint32_t answerSize) {

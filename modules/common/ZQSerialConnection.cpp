@@ -20,6 +20,7 @@ std::string CZQSerialConnection::SendCommand(std::string_view command) {
     if (m_mayAnswerLate) {
         WaitUntilQuiet();
     }
+    ThrowIfAborted();
     m_channel->Flush();
     m_mayAnswerLate = true;
     m_channel->Send(command.data(), static_cast<std::uint32_t>(command.size()));
@@ -28,11 +29,24 @@ std::string CZQSerialConnection::SendCommand(std::string_view command) {
     return answer;
 }
 
+// The channel's own abort ends a wait for a byte, this one the command whatever it does.
+void CZQSerialConnection::Abort() noexcept {
+    m_aborted = true;
+    m_channel->Abort();
+}
+
+void CZQSerialConnection::ThrowIfAborted() const {
+    if (m_aborted) {
+        throw CZQException(ZQ_HERE("CZQSerialConnection::SendCommand"), ZQ_ERR_COM_ABORTED);
+    }
+}
+
 void CZQSerialConnection::WaitUntilQuiet() {
     const CZQStopWatch watch(true);
     try {
         char discarded = 0;
         while (watch.GetElapsed() < kMaxTimeUntilQuietMs) {
+            ThrowIfAborted();
             m_channel->Recv(&discarded, 1, kQuietTimeMs, false);
         }
     } catch (const CZQException& exception) {
@@ -47,6 +61,7 @@ std::string CZQSerialConnection::ReadLine() {
     const CZQStopWatch watch(true);
     std::string answer;
     while (!answer.ends_with('\n')) {
+        ThrowIfAborted();
         const std::uint64_t elapsed = watch.GetElapsed();
         if (elapsed > kAnswerTimeMs) {
             throw CZQException(here, ZQ_ERR_COM_TIMEOUT);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <mutex>
 
 #include "ZQCommandConnection.h"
@@ -19,14 +20,17 @@ public:
     // whole line within 1000 ms: else ZQ_ERR_COM_TIMEOUT; a line of more than 1023 bytes:
     // ZQ_ERR_BUFFER_TOO_SMALL.
     std::string SendCommand(std::string_view command) override;
+    void Abort() noexcept override;
 
 private:
+    void ThrowIfAborted() const;
     void WaitUntilQuiet();
     std::string ReadLine();
 
     std::mutex m_mutex;
     const std::unique_ptr<CZQComBase> m_channel;
     bool m_mayAnswerLate = false;
+    std::atomic<bool> m_aborted{false};
 };
 
 }  // namespace ZQAPI

@@ -79,10 +79,12 @@ int CZQDeviceAPI::InitCameraLibrary() noexcept {
 }
 
 int CZQDeviceAPI::DeInitCameraLibrary() noexcept {
+    // Freed behind the lock: its code may take its time.
+    std::shared_ptr<const CZQGigE> released;
     return RunReported(ZQ_HERE("CZQDeviceAPI::DeInitCameraLibrary"), [&] {
         const CZQThreadSync lock(m_lock, CZQThreadSync::kInfinite);
         if (m_initCount.load() == 1) {
-            CZQGigE::ReleaseShared();
+            released = CZQGigE::ReleaseShared();
         }
         m_initCount = std::max(m_initCount.load() - 1, 0);
     });

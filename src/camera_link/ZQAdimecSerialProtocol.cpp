@@ -20,6 +20,10 @@ constexpr std::uint32_t kPurgeTimeoutMs = 200;
 constexpr std::uint32_t kWriteTimeoutMs = 0xFFFFFFFF;
 constexpr std::uint32_t kAnswerTimeoutMs = 300;
 
+constexpr std::uint32_t kQuietTimeMs = 500;
+constexpr std::uint64_t kMaxTimeUntilQuietMs = 3000;
+constexpr std::uint32_t kMaxBytesUntilQuiet = 32768;  // more than the line carries in that time
+
 }  // namespace
 
 CZQAdimecSerialProtocol::CZQAdimecSerialProtocol(CZQSerialBase& port) : m_port(port) {
@@ -75,6 +79,7 @@ void CZQAdimecSerialProtocol::SendAndRecv(const CZQString& cmd, const CZQString&
             }
             return;
         } catch (const CZQException&) {
+            WaitUntilQuiet();
             if (attempt == kMaxAttempts) {
                 throw;
             }
@@ -91,6 +96,19 @@ void CZQAdimecSerialProtocol::PurgeInput() {
         const std::uint32_t size = std::min(left, static_cast<std::uint32_t>(discarded.size()));
         m_port.Read(discarded.data(), size, kPurgeTimeoutMs);
         left -= size;
+    }
+}
+
+void CZQAdimecSerialProtocol::WaitUntilQuiet() {
+    const CZQStopWatch watch(true);
+    try {
+        char discarded = 0;
+        std::uint32_t left = kMaxBytesUntilQuiet;
+        while (left-- > 0 && watch.GetElapsed() < kMaxTimeUntilQuietMs &&
+               m_port.Read(&discarded, 1, kQuietTimeMs) != 0) {
+        }
+    } catch (const CZQException&) {
+        // A port that gives up the read, which is how it tells that nothing came.
     }
 }
 
@@ -151,9 +169,8 @@ std::int32_t CZQAdimecSerialProtocol::QueryErrorStatus() {
         RecvAcknowledgement(kAnswerTimeoutMs);
         RecvData(answer.data(), static_cast<std::uint32_t>(answer.size()), kAnswerTimeoutMs);
         return CZQAdimecDataParser::ParseInt(answer.data());
-    } catch (const CZQException&) {
-        return 0;
-    } catch (const std::exception&) {
+    } catch (...) {
+        WaitUntilQuiet();
         return 0;
     }
 }

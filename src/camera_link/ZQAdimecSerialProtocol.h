@@ -14,8 +14,9 @@ namespace ZQAPI {
 // <data>" without the space, ended by a carriage return; the camera acknowledges it with one byte and, when
 // asked for data, sends "@<data>" with a carriage return. Its error status is asked for after every command.
 //
-// An exchange that fails is tried three times in all; what the last one failed with is thrown. Every wait is
-// bounded, whatever the camera sends. Thread-safe: one exchange at a time.
+// An exchange that fails is tried three times in all; what the last one failed with is thrown. After each the
+// line is listened to until it has been quiet for half a second, for nothing in an answer says which telegram
+// it belongs to. Every wait is bounded, whatever the camera sends. Thread-safe: one exchange at a time.
 class CZQAdimecSerialProtocol : public CZQRoot {
 public:
     // The port must be open (ZQ_ERR_SERIAL_CLOSED), is used by nobody else, and outlives the protocol.
@@ -39,6 +40,7 @@ public:
 private:
     void SendAndRecv(const CZQString& cmd, const CZQString& cmdData, char* buffer, std::uint32_t size);
     void PurgeInput();
+    void WaitUntilQuiet();
     void SendTelegram(const std::vector<std::uint8_t>& telegram);
     void RecvAcknowledgement(std::uint32_t timeoutMs);
     void RecvData(char* buffer, std::uint32_t size, std::uint32_t timeoutMs);

@@ -3,12 +3,13 @@
 #include <ZQAPI/ZQCommandModule.h>
 
 #include <array>
+#include <mutex>
 
 #include "foundation/ZQDynamicDLL.h"
 
 namespace ZQAPI {
 
-// One command module, loaded at run time, and one connection of it. Bound to one thread.
+// One command module, loaded at run time, and one connection of it. Bound to one thread, but for Abort.
 class CZQCCM : public CZQDynamicDLL {
 public:
     CZQCCM() = default;
@@ -26,10 +27,21 @@ public:
     // thrown.
     void CloseCCM();
 
+    // From any thread, for good: closes the connection, which ends a command under way in the kit's own
+    // modules. What is opened or sent afterwards: ZQ_ERR_COM_ABORTED.
+    void Abort() noexcept;
+
 private:
+    ZQCCM_HANDLE ConnectionInUse();
+    void KeepConnection(ZQCCM_HANDLE connection);
+    bool IsAborted();
+    std::int32_t CloseConnection(ZQCCM_HANDLE connection) const;
+
     // Per object: modules of several kinds are in use at the same time.
     std::array<void*, 3> m_functions{};
+    std::mutex m_mutex;  // for what follows; held while the module closes a connection
     ZQCCM_HANDLE m_connection = 0;
+    bool m_aborted = false;
 };
 
 }  // namespace ZQAPI

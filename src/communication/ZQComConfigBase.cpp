@@ -1,6 +1,7 @@
 #include "communication/ZQComConfigBase.h"
 
 #include "foundation/Io/ZQIniFile.h"
+#include "foundation/ZQSystem.h"
 
 namespace ZQAPI {
 
@@ -13,6 +14,8 @@ void CZQComConfigBase::WithSection(const CZQString& fileName, const CZQString& s
         access(file);
     } catch (CZQException& cause) {
         cause.AddCatchLocation(here);
+        DebugOutput("ZQSDK: !! %s, section %s: error %d %s", fileName.c_str(), section.c_str(),
+                    cause.GetErrorNumber(), cause.GetExtraText().c_str());
         throw CZQException(here, errorNumber, "strFileName=%s; strSection=%s", fileName.c_str(),
                            section.c_str())
             .CausedBy(cause);

@@ -9,7 +9,7 @@ namespace ZQAPI {
 CZQComICMPPing::CZQComICMPPing() {
     const platform::EchoLibrary library = platform::GetEchoLibrary();
     if (*library.name != '\0') {
-        OpenLibrary(library.name, library.functions, m_functions.data());
+        OpenLibrary(library.name, library.functions, m_functions.data(), ELibraryPlace::kSystem);
     }
 }
 

@@ -37,7 +37,7 @@ void CZQComImaqRS232::Open(const CZQComConfigBase& config) {
     try {
         OpenLine();
         Flush();
-    } catch (const CZQException&) {
+    } catch (...) {
         Close();
         throw;
     }
@@ -45,7 +45,7 @@ void CZQComImaqRS232::Open(const CZQComConfigBase& config) {
 }
 
 void CZQComImaqRS232::OpenLine() {
-    m_library.emplace();
+    m_library.emplace(m_kitFolder);
     CZQImaqLibrary::Status status = m_library->OpenInterface(m_config.GetInterfaceName(), m_interface);
     if (status == 0) {
         status = m_library->OpenSession(m_interface, m_session);

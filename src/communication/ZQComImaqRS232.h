@@ -3,6 +3,7 @@
 #include <atomic>
 #include <chrono>
 #include <optional>
+#include <utility>
 
 #include "communication/ZQComBase.h"
 #include "communication/ZQComImaqRS232Config.h"
@@ -14,7 +15,8 @@ namespace ZQAPI {
 // channel is open. Every operation on a line that is not open: ZQ_ERR_SERIAL_CLOSED.
 class CZQComImaqRS232 : public CZQComBase {
 public:
-    CZQComImaqRS232() = default;
+    // The library is looked for in the kit's folder first; empty: only where the system looks.
+    explicit CZQComImaqRS232(CZQString kitFolder = {}) : m_kitFolder(std::move(kitFolder)) {}
     CZQComImaqRS232(const CZQComImaqRS232&) = delete;
     CZQComImaqRS232& operator=(const CZQComImaqRS232&) = delete;
     ~CZQComImaqRS232() override;
@@ -41,6 +43,7 @@ private:
     void RecvByte(char& byte, std::chrono::steady_clock::time_point deadline);
     void CheckOpen(const SourceLocation& here) const;
 
+    const CZQString m_kitFolder;
     std::optional<CZQImaqLibrary> m_library;  // there while the line is open
     CZQImaqLibrary::Id m_interface = 0;
     CZQImaqLibrary::Id m_session = 0;

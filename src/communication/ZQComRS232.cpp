@@ -44,7 +44,7 @@ void CZQComRS232::Open(const CZQComConfigBase& config) {
     }
     try {
         SetUp();
-    } catch (const CZQException&) {
+    } catch (...) {
         Close();
         throw;
     }

@@ -97,14 +97,13 @@ std::uint32_t CZQComUDP::Send(const void* buffer, std::uint32_t length) {
 
 // Takes the next datagram; the number of its bytes, 0 when it doesn't count.
 std::uint32_t CZQComUDP::ReceiveDatagram(std::span<std::byte> buffer) {
-    platform::Ipv4SocketAddress sender;
     platform::SystemErrorCode error = 0;
-    const auto received = m_socket.ReceiveFrom(buffer, sender, error);
+    const auto received = m_socket.ReceiveFrom(buffer, m_sender, error);
     if (!received) {
         throw CZQException(ZQ_HERE("CZQComUDP::Recv"), ZQ_ERR_COM_RECV, "Host=%s, %s",
                            m_config.GetHostName().c_str(), FormatSystemError(error).c_str());
     }
-    const bool counts = m_remoteAddress.addressBe == kBroadcastBe || sender == m_remoteAddress;
+    const bool counts = m_remoteAddress.addressBe == kBroadcastBe || m_sender == m_remoteAddress;
     return counts ? static_cast<std::uint32_t>(*received) : 0;
 }
 
@@ -152,6 +151,11 @@ std::uint32_t CZQComUDP::Recv(void* buffer, std::uint32_t size, std::uint32_t ti
         }
     }
     return received;
+}
+
+bool CZQComUDP::WaitForDatagram(std::uint32_t timeoutMs) noexcept {
+    // A failed wait is for Recv to deal with.
+    return m_socket.WaitReadable(std::chrono::milliseconds(timeoutMs)) != platform::WaitResult::kTimeout;
 }
 
 void CZQComUDP::Flush() {

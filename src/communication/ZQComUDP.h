@@ -33,6 +33,10 @@ public:
     // ZQ_ERR_UDP_RECV_CLOSED, ZQ_ERR_COM_RECV.
     std::uint32_t Recv(void* buffer, std::uint32_t size, std::uint32_t timeoutMs,
                        bool returnOnFirstData) override;
+    // Who sent the last datagram that Recv took.
+    const platform::Ipv4SocketAddress& GetSender() const noexcept { return m_sender; }
+    // Whether there is something to receive, waited for at most `timeoutMs`. Takes nothing off.
+    bool WaitForDatagram(std::uint32_t timeoutMs) noexcept;
     bool IsOpen() const noexcept override { return m_open; }
     bool IsDatagram() const noexcept override { return true; }
     CZQComUDPConfig& GetConfig() noexcept override { return m_config; }
@@ -48,6 +52,7 @@ private:
     bool m_open = false;
     std::atomic<bool> m_abort{false};
     platform::Ipv4SocketAddress m_remoteAddress;
+    platform::Ipv4SocketAddress m_sender;
 };
 
 }  // namespace ZQAPI

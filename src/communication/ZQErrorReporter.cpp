@@ -38,7 +38,7 @@ void ReportError(const CZQException& exception) noexcept {
         if (reporter) {
             reporter->Report(exception);
         } else {
-            DebugOutput("%s", exception.ToString().c_str());
+            DebugOutput("%s", exception.ToStringWithCauses().c_str());
         }
     } catch (...) {
         DebugOutput("ZQSDK: !! an error could not be reported");

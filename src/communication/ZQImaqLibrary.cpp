@@ -19,6 +19,7 @@ using TransferFunction = Status (*)(std::uint32_t sessionId, char* buffer, std::
 using FlushFunction = Status (*)(std::uint32_t sessionId);
 using ShowErrorFunction = Status (*)(Status status, char* text);
 
+constexpr const char* kFile = "imaq.dll";
 constexpr const char* kNames[] = {"imgInterfaceQueryNames",
                                   "imgInterfaceOpen",
                                   "imgSessionOpen",
@@ -45,8 +46,28 @@ CZQString UntilNul(const Text& text) {
 
 }  // namespace
 
-CZQImaqLibrary::CZQImaqLibrary() {
-    OpenLibrary("imaq.dll", kNames, m_functions.data());
+CZQImaqLibrary::CZQImaqLibrary(const CZQString& kitFolder) {
+    if (kitFolder.IsEmpty()) {
+        OpenLibrary(kFile, kNames, m_functions.data());
+        return;
+    }
+    try {
+        OpenLibrary(kitFolder + kFile, kNames, m_functions.data());
+    } catch (const CZQException& kits) {
+        if (kits.GetErrorNumber() != ZQ_ERR_LIBRARY_NOT_LOADED) {
+            throw;
+        }
+        OpenSystems(kits);
+    }
+}
+
+void CZQImaqLibrary::OpenSystems(const CZQException& afterKits) {
+    try {
+        OpenLibrary(kFile, kNames, m_functions.data());
+    } catch (CZQException& failure) {
+        failure.SetInnerException(afterKits);
+        throw;
+    }
 }
 
 CZQStringArray CZQImaqLibrary::QueryInterfaceNames() const {

@@ -5,7 +5,7 @@
 #include <span>
 
 #include "foundation/ZQDynamicDLL.h"
-#include "foundation/ZQExceptionLocationInfo.h"
+#include "foundation/ZQException.h"
 #include "foundation/ZQStringArray.h"
 
 namespace ZQAPI {
@@ -17,8 +17,9 @@ public:
     using Status = std::int32_t;
     using Id = std::uint32_t;  // of an interface or a session; 0: none
 
+    // The library in the kit's folder, which ends in a separator, or else the one that the system finds.
     // ZQ_ERR_LIBRARY_NOT_LOADED, ZQ_ERR_ENTRY_POINT_MISSING
-    CZQImaqLibrary();
+    explicit CZQImaqLibrary(const CZQString& kitFolder);
 
     // The names of the frame grabbers' interfaces ("img0"), in the library's order; 64 at most.
     CZQStringArray QueryInterfaceNames() const;
@@ -38,6 +39,9 @@ public:
     static bool IsReadTimeout(Status status) noexcept;
 
 private:
+    // After the kit's own has failed, which is told as the cause when this one fails, too.
+    void OpenSystems(const CZQException& afterKits);
+
     enum Function {
         kQueryNames,
         kInterfaceOpen,

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
+#include <new>
 #include <string_view>
 #include <unordered_map>
 #include <unordered_set>
@@ -30,10 +31,9 @@ public:
             m_allEnded.notify_all();
         }
     }
-    bool WaitForAll(std::uint32_t timeoutMs) {
+    bool WaitForAll(std::chrono::steady_clock::time_point deadline) {
         std::unique_lock lock(m_mutex);
-        return m_allEnded.wait_for(lock, std::chrono::milliseconds(timeoutMs),
-                                   [this] { return m_count == 0; });
+        return m_allEnded.wait_until(lock, deadline, [this] { return m_count == 0; });
     }
 
 private:
@@ -43,42 +43,102 @@ private:
 };
 
 // What a scanner thread works on; shared with the scan, so that either may end first.
-struct ScannerRun {
-    CZQString name;
-    std::unique_ptr<CZQScanIFBase> scanner;
-    std::shared_ptr<CZQCriticalSection> lock;  // the scan's network lock, or one of its own
-    CZQScanResultList found;
-    std::atomic<bool> isRunning{true};
+class ScannerRun {
+public:
+    ScannerRun(CZQString name, std::unique_ptr<CZQScanIFBase> scanner,
+               std::shared_ptr<CZQCriticalSection> lock)
+        : m_name(std::move(name)), m_lock(std::move(lock)), m_scanner(std::move(scanner)) {}
+
+    // The whole of the scanner's work; the scanner is gone afterwards.
+    void Run() noexcept {
+        try {
+            Scan();
+            TellOutcome("");
+        } catch (const CZQException& exception) {
+            TellFailure(exception);
+        } catch (...) {
+            DebugOutput("ZQSDK: Critical error in ScannerThread");
+            TellOutcome("critical error");
+        }
+        m_isRunning = false;
+        TakeScanner();
+    }
+
+    // The scan's time is up.
+    void Stop() noexcept {
+        if (const auto scanner = Scanner()) {
+            scanner->Stop();
+        }
+        if (m_isRunning) {
+            TellOutcome("not finished in time");
+        }
+    }
+
+    CZQDeviceList Found() const { return m_found.TakeSnapshot(); }
+
+private:
+    void Scan() {
+        const CZQThreadSync lock(*m_lock, CZQThreadSync::kInfinite);
+        DebugOutput("Scanner thread %s STARTED", m_name.c_str());
+        Scanner()->Scan(m_found);
+        DebugOutput("Scanner thread %s FINISHED", m_name.c_str());
+    }
+
+    // One line for whoever follows the scan: what came of the scanner. zqdev shows it.
+    void TellOutcome(std::string_view failure) const noexcept {
+        DebugOutput("ZQSDK: %sScanner %s: %u found%s%.*s", failure.empty() ? "" : "!! ", m_name.c_str(),
+                    m_found.GetCountNow(), failure.empty() ? "" : ", ", static_cast<int>(failure.size()),
+                    failure.data());
+    }
+
+    void TellFailure(const CZQException& exception) const noexcept {
+        try {
+            DebugOutput("%s", exception.ToStringWithCauses().c_str());
+            TellOutcome(exception.ToReason().view());
+        } catch (const std::bad_alloc&) {
+            TellOutcome("out of memory");
+        }
+    }
+
+    std::shared_ptr<CZQScanIFBase> Scanner() const noexcept {
+        const std::lock_guard lock(m_mutex);
+        return m_scanner;
+    }
+    std::shared_ptr<CZQScanIFBase> TakeScanner() noexcept {
+        const std::lock_guard lock(m_mutex);
+        return std::move(m_scanner);
+    }
+
+    const CZQString m_name;
+    const std::shared_ptr<CZQCriticalSection> m_lock;  // the scan's network lock, or one of its own
+    CZQScanResultList m_found;
+    std::atomic<bool> m_isRunning{true};
+    mutable std::mutex m_mutex;
+    std::shared_ptr<CZQScanIFBase> m_scanner;
 };
 
-void RunScanner(ScannerRun& run) {
-    const CZQThreadSync lock(*run.lock, CZQThreadSync::kInfinite);
-    DebugOutput("Scanner thread %s STARTED", run.name.c_str());
-    run.scanner->Scan(run.found);
-    DebugOutput("Scanner thread %s FINISHED", run.name.c_str());
+void ReportTimeout() {
+    const SourceLocation here = ZQ_HERE("CZQDeviceScan::Run");
+    CZQException timeout(here, ZQ_ERR_WAIT_FAILED, "TIMEOUT during scan for devices");
+    timeout.AddCatchLocation(here);
+    LogException(kLogLevel, timeout);
 }
 
-// One line for whoever follows the scan: what came of a scanner. zqdev shows it.
-void TellOutcome(const ScannerRun& run, const char* failure) {
-    DebugOutput("ZQSDK: %sScanner %s: %u found%s%s", *failure != '\0' ? "!! " : "", run.name.c_str(),
-                run.found.TakeSnapshot().GetCount(), *failure != '\0' ? ", " : "", failure);
-}
-
-void ScannerThread(ScannerRun& run) noexcept {
-    try {
-        RunScanner(run);
-        TellOutcome(run, "");
-    } catch (const CZQException& exception) {
-        DebugOutput("%s", exception.ToString().c_str());
-        TellOutcome(run, CZQString::Formatted("error %d %s", exception.GetErrorNumber(),
-                                              exception.GetExtraText().c_str())
-                             .c_str());
-    } catch (...) {
-        DebugOutput("ZQSDK: Critical error in ScannerThread");
-        TellOutcome(run, "critical error");
+// On a thread of its own; false when none is to be had.
+bool Start(const std::shared_ptr<ScannerRun>& run, const std::shared_ptr<RunningCount>& running) {
+    platform::SystemErrorCode error = 0;
+    running->Add();
+    const bool started = platform::StartModuleThread(
+        [run, running] {
+            run->Run();
+            running->Remove();
+        },
+        error);
+    if (!started) {
+        running->Remove();
+        DebugOutput("ZQSDK: !! no thread for a scanner (%ld)", static_cast<long>(error));
     }
-    run.isRunning = false;
-    run.scanner.reset();
+    return started;
 }
 
 }  // namespace
@@ -93,55 +153,50 @@ CZQDeviceList CZQScanResultList::TakeSnapshot() const {
     return CZQDeviceList(static_cast<const CZQDeviceList&>(*this));
 }
 
+std::uint32_t CZQScanResultList::GetCountNow() const noexcept {
+    const std::lock_guard lock(m_mutex);
+    return GetCount();
+}
+
 CZQDeviceScan::CZQDeviceScan(Scanners scanners, std::uint32_t timeLimitMs)
     : m_scanners(std::move(scanners)), m_timeLimitMs(timeLimitMs) {}
 
 CZQDeviceList CZQDeviceScan::Run(const CZQStringArray& names) const {
-    const SourceLocation here = ZQ_HERE("CZQDeviceScan::Run");
     const auto networkLock = std::make_shared<CZQCriticalSection>();
     std::vector<std::shared_ptr<ScannerRun>> runs;
     for (const CZQString& name : names) {
-        auto scanner = m_scanners.create(name);
-        if (!scanner) {
-            continue;
+        if (auto scanner = m_scanners.create(name)) {
+            runs.push_back(std::make_shared<ScannerRun>(
+                name, std::move(scanner),
+                m_scanners.usesNetworkLock(name) ? networkLock : std::make_shared<CZQCriticalSection>()));
         }
-        auto run = std::make_shared<ScannerRun>();
-        run->name = name;
-        run->scanner = std::move(scanner);
-        run->lock = m_scanners.usesNetworkLock(name) ? networkLock : std::make_shared<CZQCriticalSection>();
-        runs.push_back(std::move(run));
     }
 
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(m_timeLimitMs);
     const auto running = std::make_shared<RunningCount>();
+    std::vector<std::shared_ptr<ScannerRun>> withoutThread;
     for (const auto& run : runs) {
-        running->Add();
-        platform::SystemErrorCode error = 0;
-        const bool started = platform::StartModuleThread(
-            [run, running] {
-                ScannerThread(*run);
-                running->Remove();
-            },
-            error);
-        if (!started) {
-            throw CZQException(here, ZQ_ERR_UNEXPECTED, "Scanner=%s; %s", run->name.c_str(),
-                               FormatSystemError(error).c_str());
+        if (!Start(run, running)) {
+            withoutThread.push_back(run);
         }
     }
-    if (!running->WaitForAll(m_timeLimitMs)) {
-        CZQException timeout(here, ZQ_ERR_WAIT_FAILED, "TIMEOUT during scan for devices");
-        timeout.AddCatchLocation(here);
-        LogException(kLogLevel, timeout);
+    // They end in their own time: there is nobody who could stop them.
+    for (const auto& run : withoutThread) {
+        if (std::chrono::steady_clock::now() < deadline) {
+            run->Run();
+        }
+    }
+    if (!running->WaitForAll(deadline)) {
+        ReportTimeout();
         for (const auto& run : runs) {
-            if (run->isRunning) {
-                TellOutcome(*run, "not finished in time");
-            }
+            run->Stop();
         }
     }
 
     std::vector<CZQDeviceList> results;
     results.reserve(runs.size());
     for (const auto& run : runs) {
-        results.push_back(run->found.TakeSnapshot());
+        results.push_back(run->Found());
     }
     return Merge(m_scanners.mergeOrder, results);
 }

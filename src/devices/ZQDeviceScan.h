@@ -17,6 +17,7 @@ class CZQScanResultList : public CZQDeviceList {
 public:
     void AddDevice(const CZQDeviceInfo& device, bool rename) override;
     CZQDeviceList TakeSnapshot() const;
+    std::uint32_t GetCountNow() const noexcept;
 
 private:
     mutable std::mutex m_mutex;
@@ -41,9 +42,10 @@ public:
     explicit CZQDeviceScan(Scanners scanners, std::uint32_t timeLimitMs = kTimeLimitMs);
 
     // Makes every scanner first, so that an unknown name or unreadable settings fail the scan before anything
-    // has started; then runs each on a thread of its own. A scanner's failure goes to the debug output. After
-    // the time limit (logged as ZQ_ERR_WAIT_FAILED) the scan goes on with what has been found so far, and
-    // threads still running end by themselves, whatever they use kept alive.
+    // has started; then runs each on a thread of its own, or on the caller's, one after another, where none
+    // is to be had. A scanner's failure goes to the debug output. After the time limit (logged as
+    // ZQ_ERR_WAIT_FAILED) scanners still at work are stopped and the scan goes on with what has been found so
+    // far; threads still running end by themselves, whatever they use kept alive.
     CZQDeviceList Run(const CZQStringArray& names) const;
 
     // The merged list: in the order of precedence, then of the lists, then of the records; of several records

@@ -22,6 +22,11 @@ public:
     // more: ZQ_ERR_DEVICE_NOT_FOUND, "Label=%s, Address=%s". Runs on the caller's thread, under the library's
     // lock.
     virtual void Update(CZQDeviceInfo& device) = 0;
+
+    // The scan's time is up: what is under way ends as soon as it can, and what has not begun does nothing.
+    // For good; from any thread. A scanner that sends to a network sends nothing more once this has returned;
+    // one whose calls can't be ended leaves it as it is.
+    virtual void Stop() noexcept {}
 };
 
 }  // namespace ZQAPI

@@ -1,12 +1,14 @@
 #include "devices/ZQSdkPaths.h"
 
+#include <algorithm>
+#include <iterator>
 #include <memory>
 #include <mutex>
+#include <string_view>
 
 #include "foundation/Io/ZQFile.h"
 #include "foundation/Io/ZQIniFile.h"
 #include "foundation/ZQException.h"
-#include "foundation/ZQFileInfo.h"
 #include "foundation/ZQNoDestructor.h"
 #include "foundation/ZQSystem.h"
 #include "platform/Files.h"
@@ -14,21 +16,6 @@
 namespace ZQAPI {
 
 namespace {
-
-// Folders of the kit that hold modules or files of one kind; a library file in one of them belongs to the kit
-// above.
-constexpr const char* kModuleFolders[] = {"iams", "ccms", "cameraconfig"};
-
-void RemoveFolderNoCase(CZQString& path, const CZQString& folder) {
-    const CZQString suffix = PathSeparator() + folder;
-    if (path.GetLength() < suffix.GetLength()) {
-        return;
-    }
-    const std::size_t start = path.GetLength() - suffix.GetLength();
-    if (suffix.EqualsNoCase(path.view().substr(start))) {
-        path = path.view().substr(0, start);
-    }
-}
 
 CZQString FindConfigRoot(const CZQString& binPath) {
     const CZQString separator = PathSeparator();
@@ -45,6 +32,46 @@ CZQString FindConfigRoot(const CZQString& binPath) {
     CZQString root;
     ini.ReadString("AppDataPath", root);
     return root.RemoveSuffix(separator.view()) + separator;
+}
+
+CZQString CcmPathOf(const CZQString& binPath) {
+    return binPath + PathSeparator() + "CCMs" + PathSeparator();
+}
+
+CZQString CameraConfigPathOf(const CZQString& binPath) {
+    return binPath + PathSeparator() + "CameraConfig" + PathSeparator();
+}
+
+// The digits of a port's name, the superscript ones of code page 1252 and UTF-8 included.
+bool IsPortDigit(std::string_view text) {
+    constexpr std::string_view kSuperscripts[] = {"\xB9", "\xB2", "\xB3", "\xC2\xB9", "\xC2\xB2", "\xC2\xB3"};
+    const bool isDigit = text.size() == 1 && text.front() >= '1' && text.front() <= '9';
+    return isDigit ||
+           std::find(std::begin(kSuperscripts), std::end(kSuperscripts), text) != std::end(kSuperscripts);
+}
+
+// Whether Windows takes the file of this name for a device, in whatever folder: what follows the first dot and
+// blanks before it make no difference.
+bool IsDosDeviceName(const CZQString& fileName) {
+    CZQString name = fileName.view().substr(0, fileName.view().find('.'));
+    name.TrimRight(" ").MakeUpper();
+    for (const char* const device : {"CON", "PRN", "AUX", "NUL", "CONIN$", "CONOUT$", "CLOCK$"}) {
+        if (name == device) {
+            return true;
+        }
+    }
+    return (name.view().starts_with("COM") || name.view().starts_with("LPT")) &&
+           IsPortDigit(name.view().substr(3));
+}
+
+CZQString CameraConfigFileOf(const CZQString& binPath, const CZQString& deviceType) {
+    const bool leavesFolder = deviceType.str().find_first_of("/\\:") != std::string::npos ||
+                              deviceType == "." || deviceType == "..";
+    if (leavesFolder || IsDosDeviceName(deviceType)) {
+        throw CZQException(ZQ_HERE("CZQSdkPaths::GetCameraConfigFile"), ZQ_ERR_BAD_VALUE, "DeviceType=%s",
+                           deviceType.c_str());
+    }
+    return CameraConfigPathOf(binPath) + deviceType + ".ccf";
 }
 
 // The paths of this library's own kit, once they have been asked for.
@@ -72,20 +99,6 @@ std::shared_ptr<const CZQSdkPaths> OwnPaths() {
 CZQSdkPaths::CZQSdkPaths(CZQString binPath)
     : m_binPath(std::move(binPath)), m_configRoot(FindConfigRoot(m_binPath)) {}
 
-CZQString CZQSdkPaths::MakeBinPath(const CZQString& libraryFile) {
-    const CZQFileInfo info(libraryFile);
-    CZQString path = info.GetDrive() + info.GetDir();
-    if (platform::IsFileNameCaseInsensitive()) {
-        path.MakeLower();
-    }
-    const CZQString separator = PathSeparator();
-    path.RemoveSuffix(separator.view());
-    for (const char* folder : kModuleFolders) {
-        RemoveFolderNoCase(path, folder);
-    }
-    return path + separator;
-}
-
 CZQString CZQSdkPaths::GetConfigFilesPath() const {
     return m_configRoot + "config" + PathSeparator();
 }
@@ -99,21 +112,15 @@ CZQString CZQSdkPaths::GetDevicesIniPath() const {
 }
 
 CZQString CZQSdkPaths::GetCcmPath() const {
-    return m_binPath + PathSeparator() + "CCMs" + PathSeparator();
+    return CcmPathOf(m_binPath);
 }
 
 CZQString CZQSdkPaths::GetCameraConfigPath() const {
-    return m_binPath + PathSeparator() + "CameraConfig" + PathSeparator();
+    return CameraConfigPathOf(m_binPath);
 }
 
 CZQString CZQSdkPaths::GetCameraConfigFile(const CZQString& deviceType) const {
-    const bool leavesFolder = deviceType.str().find_first_of("/\\:") != std::string::npos ||
-                              deviceType == "." || deviceType == "..";
-    if (leavesFolder) {
-        throw CZQException(ZQ_HERE("GetCameraConfigFile"), ZQ_ERR_BAD_VALUE, "DeviceType=%s",
-                           deviceType.c_str());
-    }
-    return GetCameraConfigPath() + deviceType + ".ccf";
+    return CameraConfigFileOf(m_binPath, deviceType);
 }
 
 CZQString GetBinPath() {
@@ -148,15 +155,15 @@ CZQString GetDevicesIniPath() {
 }
 
 CZQString GetCcmPath() {
-    return OwnPaths()->GetCcmPath();
+    return CcmPathOf(GetBinPath());
 }
 
 CZQString GetCameraConfigPath() {
-    return OwnPaths()->GetCameraConfigPath();
+    return CameraConfigPathOf(GetBinPath());
 }
 
 CZQString GetCameraConfigFile(const CZQString& deviceType) {
-    return OwnPaths()->GetCameraConfigFile(deviceType);
+    return CameraConfigFileOf(GetBinPath(), deviceType);
 }
 
 }  // namespace ZQAPI

@@ -4,7 +4,7 @@
 // begins with one as well, as it always has.
 #pragma once
 
-#include "foundation/ZQString.h"
+#include "foundation/ZQKitFolder.h"
 
 namespace ZQAPI {
 
@@ -14,9 +14,8 @@ public:
     // `binPath` as MakeBinPath gives it.
     explicit CZQSdkPaths(CZQString binPath);
 
-    // The bin path of a library file: its folder (in lower case where file names don't tell cases apart), and
-    // the folder above when that is one of the kit's module folders.
-    static CZQString MakeBinPath(const CZQString& libraryFile);
+    // The bin path of a library file: the folder of its kit.
+    static CZQString MakeBinPath(const CZQString& libraryFile) { return KitFolderOf(libraryFile); }
 
     const CZQString& GetBinPath() const noexcept { return m_binPath; }
     const CZQString& GetSdkConfigRoot() const noexcept { return m_configRoot; }
@@ -26,7 +25,8 @@ public:
     CZQString GetCcmPath() const;
     CZQString GetCameraConfigPath() const;
     // The device type's camera configuration file. A type that would lead out of the folder (it holds a
-    // separator or a colon, or is "." or ".."): ZQ_ERR_BAD_VALUE, "DeviceType=%s".
+    // separator or a colon, or is "." or "..") or to a device of Windows ("NUL", "com1.old", on every system):
+    // ZQ_ERR_BAD_VALUE, "DeviceType=%s".
     CZQString GetCameraConfigFile(const CZQString& deviceType) const;
 
 private:
@@ -34,8 +34,8 @@ private:
     CZQString m_configRoot;
 };
 
-// The same for this library's own kit. The bin path is computed on every call; the configuration root is
-// fixed when it is first asked for, until the library is unloaded. Thread-safe.
+// The same for this library's own kit. The bin path, and what is below it, is computed on every call and written
+// to the debug output; the configuration root is fixed when it is first asked for, until the library is unloaded. Thread-safe.
 CZQString GetBinPath();
 CZQString GetSdkConfigRoot();
 CZQString GetConfigFilesPath();

@@ -13,18 +13,35 @@ CZQDynamicDLL::~CZQDynamicDLL() {
     CloseLibrary();
 }
 
-void CZQDynamicDLL::OpenLibrary(const CZQString& libraryName, const char* const* names, void** slots) {
+void CZQDynamicDLL::OpenLibrary(const CZQString& libraryName, const char* const* names, void** slots,
+                                ELibraryPlace place) {
+    OpenFirstLibrary({&libraryName, 1}, names, slots, place);
+}
+
+void CZQDynamicDLL::OpenFirstLibrary(std::span<const CZQString> libraryNames, const char* const* names,
+                                     void** slots, ELibraryPlace place) {
     CloseLibrary();
 
-    platform::SystemErrorCode error = 0;
-    std::string detail;
-    m_library = platform::LoadSharedLibrary(libraryName.str(), error, detail);
-    if (m_library == nullptr) {
-        const CZQString reason = detail.empty() ? FormatSystemError(error) : FormatSystemError(error, detail);
-        throw CZQException(ZQ_HERE("CZQDynamicDLL::OpenLibrary"), ZQ_ERR_LIBRARY_NOT_LOADED, "DLLName=%s; %s",
-                           libraryName.c_str(), reason.c_str());
+    const CZQString* failedName = nullptr;
+    SLoadedLibrary failure;
+    for (const CZQString& name : libraryNames) {
+        SLoadedLibrary library = FindAndLoadLibrary(name, place);
+        m_library = library.handle;
+        if (m_library != nullptr) {
+            m_libraryName = name;
+            break;
+        }
+        if (failedName == nullptr || (library.fileExists && !failure.fileExists)) {
+            failedName = &name;
+            failure = std::move(library);
+        }
     }
-    m_libraryName = libraryName;
+    if (m_library == nullptr) {
+        const CZQString reason = failure.detail.empty() ? FormatSystemError(failure.error)
+                                                        : FormatSystemError(failure.error, failure.detail);
+        throw CZQException(ZQ_HERE("CZQDynamicDLL::OpenLibrary"), ZQ_ERR_LIBRARY_NOT_LOADED, "DLLName=%s; %s",
+                           failedName != nullptr ? failedName->c_str() : "", reason.c_str());
+    }
 
     try {
         GetProcAddresses(names, slots);
@@ -43,6 +60,12 @@ void CZQDynamicDLL::GetProcAddresses(const char* const* names, void** slots) {
                                "DLLName=%s, ProcName=%s; %s", m_libraryName.c_str(), *names,
                                FormatSystemError(error).c_str());
         }
+    }
+}
+
+void CZQDynamicDLL::KeepLibrary() noexcept {
+    if (m_library != nullptr && !platform::KeepSharedLibrary(m_library)) {
+        DebugOutput("ZQSDK: !! %s can't be kept in the process", m_libraryName.c_str());
     }
 }
 

@@ -91,4 +91,17 @@ CZQString CZQException::ToString() const {
         m_throwLocation.GetFile().c_str(), m_throwLocation.GetLine());
 }
 
+CZQString CZQException::ToStringWithCauses() const {
+    CZQString text = ToString();
+    for (const CZQException* cause = m_inner.get(); cause != nullptr; cause = cause->m_inner.get()) {
+        text += "Caused by:\n" + cause->ToString();
+    }
+    return text;
+}
+
+CZQString CZQException::ToReason() const {
+    CZQString text = CZQString::Formatted("error %d %s", m_errorNumber, m_extraText.c_str());
+    return m_inner ? text + "; caused by " + m_inner->ToReason() : text;
+}
+
 }  // namespace ZQAPI

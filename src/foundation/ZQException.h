@@ -53,6 +53,10 @@ public:
 
     // Seven lines, each ended by a line feed: number, texts and throw location.
     CZQString ToString() const override;
+    // The same of this exception and of those that caused it, each behind the one it led to.
+    CZQString ToStringWithCauses() const;
+    // What failed and why, in one line: "error -300004 Section=...; caused by error -310000 ...".
+    CZQString ToReason() const;
 
 private:
     CalendarTime m_time;

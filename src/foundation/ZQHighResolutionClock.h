@@ -9,11 +9,11 @@ struct CalendarTime {
     std::int64_t seconds;        // since 1970-01-01 00:00 UTC
     std::uint16_t milliseconds;  // 0 to 999
     std::int16_t timeZone;       // minutes west of UTC, without daylight saving
-    std::int16_t daylight;       // 1 while daylight saving is in force at the clock's first use
+    std::int16_t daylight;       // 1 while daylight saving is in force when the library is loaded
 };
 
 // Calendar time that advances with the monotonic clock: it never goes back, even when the system's clock is
-// set. The first reading of the process fixes the base. Thread-safe.
+// set. Its base is fixed when the library is loaded. Thread-safe.
 class CZQHighResolutionClock {
 public:
     static CalendarTime Now();

@@ -6,7 +6,8 @@
 
 namespace ZQAPI {
 
-// A static object that is never destroyed: a scanner thread may still use it while the process ends.
+// A static object that is not destroyed when the process ends: other threads may still use it then, or be gone
+// with its locks.
 //
 //     static CZQNoDestructor<Slot> slot;
 //     slot.Get()...
@@ -20,6 +21,9 @@ public:
     CZQNoDestructor(const CZQNoDestructor&) = delete;
     CZQNoDestructor& operator=(const CZQNoDestructor&) = delete;
     ~CZQNoDestructor() = default;
+
+    // For the library's unloading, when nobody uses it any more; once.
+    void Destroy() noexcept { Get().~T(); }
 
     T& Get() noexcept { return *std::launder(reinterpret_cast<T*>(m_storage)); }
 

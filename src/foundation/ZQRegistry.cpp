@@ -1,21 +1,12 @@
 #include "foundation/ZQRegistry.h"
 
 #include <algorithm>
-#include <memory>
 #include <new>
 
 #include "foundation/ZQException.h"
 #include "foundation/ZQSystem.h"
 
 namespace ZQAPI {
-
-namespace {
-
-struct KeyCloser {
-    void operator()(void* key) const noexcept { platform::CloseRegistryKey(key); }
-};
-
-}  // namespace
 
 CZQRegistry::~CZQRegistry() {
     platform::CloseRegistryKey(m_rootKey);
@@ -30,7 +21,7 @@ void CZQRegistry::ReadKey(const CZQString& valueName, std::uint32_t type, std::v
 
     // The system texts below are those of the thread's last error, which the registry functions need not set.
     platform::SystemErrorCode error = 0;
-    std::unique_ptr<void, KeyCloser> key(platform::OpenRegistryKey(m_rootKey, m_subKey.str(), error));
+    SubKey key(platform::OpenRegistryKey(m_rootKey, m_subKey.str(), error));
     if (!key) {
         throw CZQException(here, ZQ_ERR_REGISTRY_OPEN, "SubKey=%s; %s", m_subKey.c_str(),
                            FormatSystemError(error).c_str());
@@ -59,9 +50,7 @@ void CZQRegistry::ReadKey(const CZQString& valueName, std::uint32_t type, std::v
                            valueName.c_str(), FormatSystemError(error).c_str());
     }
     data->resize(size);
-    // A key that was read stays open until the process ends: kept so on purpose, the library reads few
-    // values.
-    static_cast<void>(key.release());
+    m_lastRead = std::move(key);
 }
 
 CZQString CZQRegistry::ReadString(const CZQString& valueName) {

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 #include "foundation/ZQRoot.h"
@@ -27,8 +28,14 @@ public:
     CZQString ReadString(const CZQString& valueName);
 
 private:
+    struct KeyCloser {
+        void operator()(void* key) const noexcept { platform::CloseRegistryKey(key); }
+    };
+    using SubKey = std::unique_ptr<void, KeyCloser>;
+
     platform::RegistryKey m_rootKey;
     CZQString m_subKey;
+    SubKey m_lastRead;  // a key that a value was read from stays open until the next one or the end
 };
 
 }  // namespace ZQAPI

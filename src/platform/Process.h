@@ -7,7 +7,8 @@
 
 namespace ZQAPI::platform {
 
-// Full path of the file that holds this code: the library's own, links resolved, not the calling program's.
+// Full path of the file that holds this code, however long: the library's own, links resolved, not the calling
+// program's. Empty when the system does not tell.
 std::string OwnModulePath();
 
 // The local computer's name; empty when the system gives none.
@@ -15,6 +16,10 @@ std::string ComputerName();
 
 // False when the variable is missing or empty.
 bool GetEnvironmentText(const char* name, std::string& value);
+// The same for what decides which files or libraries are used: PATH, and the library's own variables
+// (ZQSDK_...). In a process with more rights than its starter's (set-user-id, capabilities) they are the
+// starter's wishes and count as missing.
+bool GetTrustedEnvironmentText(const char* name, std::string& value);
 bool SetEnvironmentText(const char* name, const std::string& value, SystemErrorCode& error);
 
 // Between the folders in PATH: ';' on Windows, ':' elsewhere.

@@ -69,6 +69,7 @@ public:
     // `name` is "COM3", with no prefix. Elsewhere than on Windows that is $ZQSDK_COM_PORT_DIR/COM3 if the
     // variable is set, else /dev/COM3 if it exists, else /dev/ttyS2.
     bool Open(const std::string& name, SystemErrorCode& error);
+    // What has not been sent yet is discarded.
     void Close() noexcept;
     bool IsOpen() const noexcept { return m_handle != kInvalid; }
 
@@ -89,6 +90,7 @@ public:
 private:
     static constexpr std::uintptr_t kInvalid = ~std::uintptr_t{0};
     std::uintptr_t m_handle = kInvalid;
+    [[maybe_unused]] bool m_madeExclusive = false;  // rather than found so; where the system has such a mark
     SerialTimeouts m_timeouts;
 };
 

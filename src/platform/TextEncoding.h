@@ -11,4 +11,8 @@ namespace ZQAPI::platform {
 std::string Utf16ToAnsi(std::u16string_view text);
 std::u16string AnsiToUtf16(std::string_view text);
 
+// The text in lower case: by the system's rules on Windows, where a character may have two bytes; elsewhere
+// the ASCII letters. A character whose small form the code page lacks stays.
+std::string LowerCaseAnsi(std::string_view text);
+
 }  // namespace ZQAPI::platform

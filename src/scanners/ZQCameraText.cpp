@@ -10,19 +10,13 @@ namespace {
 
 constexpr std::string_view kBlank = " ";
 
-// For messages: what can't be shown is a dot.
-CZQString Shown(const CZQString& text) {
-    std::string shown = text.str().substr(0, CZQDeviceInfo::kMaxTextLength);
-    std::replace_if(
-        shown.begin(), shown.end(), [](char c) { return CZQString(std::string(1, c)).HasControlCharacter(); },
-        '.');
-    return shown;
+bool IsTooLong(const CZQString& text) {
+    return text.GetLength() > CZQDeviceInfo::kMaxTextLength;
 }
 
 CZQString OrElse(CZQString text, const char* substitute) {
     text.Trim(kBlank);
-    const bool isTooLong = text.GetLength() > CZQDeviceInfo::kMaxTextLength;
-    return isTooLong || CZQDeviceInfo::ReadsBack(text) ? text : CZQString(substitute);
+    return IsTooLong(text) || CZQDeviceInfo::ReadsBack(text) ? text : CZQString(substitute);
 }
 
 }  // namespace
@@ -30,8 +24,8 @@ CZQString OrElse(CZQString text, const char* substitute) {
 CZQString IdentityText(CZQString text, const char* field, std::int32_t errorNumber,
                        const SourceLocation& here) {
     text.Trim(kBlank);
-    if (!CZQDeviceInfo::ReadsBack(text)) {
-        throw CZQException(here, errorNumber, "%s='%s' can't be kept", field, Shown(text).c_str());
+    if (!IsTooLong(text) && !CZQDeviceInfo::ReadsBack(text)) {
+        throw CZQException(here, errorNumber, "%s='%s' can't be kept", field, ShownText(text).c_str());
     }
     return text;
 }
@@ -42,6 +36,14 @@ CZQString DescriptionText(CZQString text) {
 
 CZQString FirmwareVersionText(CZQString text) {
     return OrElse(std::move(text), "-.-");
+}
+
+CZQString ShownText(const CZQString& text) {
+    std::string shown = text.str().substr(0, CZQDeviceInfo::kMaxTextLength);
+    std::replace_if(
+        shown.begin(), shown.end(), [](char c) { return CZQString(std::string(1, c)).HasControlCharacter(); },
+        '.');
+    return shown;
 }
 
 }  // namespace ZQAPI

@@ -1,38 +1,60 @@
 #include "scanners/ZQGigEAddressChange.h"
 
-#include "scanners/ZQScannerErrors.h"
+#include "scanners/ZQVendorScanner.h"
 #include "vendors/ZQGigECameras.h"
 
 namespace ZQAPI {
 
 namespace {
 
-// Whether the camera was there.
-bool ChangeThrough(const CZQGigECameras& cameras, const CZQString& deviceId, const CZQString& newAddress,
-                   const CZQString& subnetMask) {
+constexpr const char* kMethod = "CZQDeviceAPI::ChangeDeviceNetAddrZQGigE";
+
+// Other makers' cameras are among them, of which nothing is known to hold.
+bool IsDevice(const CZQGigECamera& camera, std::uint32_t index, const CZQString& deviceId) {
+    const SourceLocation here = ZQ_HERE(kMethod);
+    try {
+        const CZQString serialNumber = camera.GetSerialNumber();
+        return !serialNumber.IsEmpty() && camera.GetModelName() + ":" + serialNumber == deviceId;
+    } catch (...) {
+        CZQException failure = CaughtWithCamera(here, index);
+        ReportRecovered(failure, here);
+        return false;
+    }
+}
+
+std::optional<CZQGigECamera> FindDevice(const CZQGigECameras& cameras, const CZQString& deviceId) {
     const std::uint32_t count = cameras.GetCount();
     for (std::uint32_t i = 0; i < count; ++i) {
-        const auto camera = cameras.GetCamera(i);
-        if (camera && camera->GetDeviceID() == deviceId) {
-            camera->ChangeAddress(newAddress, subnetMask);
-            return true;
+        auto camera = cameras.GetCamera(i);
+        if (camera && IsDevice(*camera, i, deviceId)) {
+            return camera;
         }
     }
-    return false;
+    return std::nullopt;
 }
 
 }  // namespace
 
-void ChangeGigEAddress(const CZQGigE& library, const CZQDeviceInfo& device, const CZQString& newAddress,
+void ChangeGigEAddress(const std::function<std::shared_ptr<const CZQGigE>()>& getLibrary,
+                       const CZQDeviceInfo& device, const CZQString& newAddress,
                        const CZQString& subnetMask) {
-    library.CheckDriver();
-    for (const std::int32_t kind : {ZQGIGE_KIND_SOCKET, ZQGIGE_KIND_FILTER}) {
-        const CZQGigECameras cameras(library, kind);
-        if (ChangeThrough(cameras, device.GetDeviceID(), newAddress, subnetMask)) {
-            return;
+    const auto change = [getLibrary, device, newAddress, subnetMask](const IsAwaited& isAwaited) {
+        const SourceLocation here = ZQ_HERE(kMethod);
+        const auto library = getLibrary();
+        library->CheckDriver(here);
+        for (const std::int32_t kind : {ZQGIGE_KIND_SOCKET, ZQGIGE_KIND_FILTER}) {
+            const CZQGigECameras cameras(*library, kind, here);
+            const auto camera = FindDevice(cameras, device.GetDeviceID());
+            if (camera) {
+                if (isAwaited()) {
+                    camera->ChangeAddress(newAddress, subnetMask, here);
+                }
+                return;
+            }
         }
-    }
-    throw DeviceGone(ZQ_HERE("ChangeGigEAddress"), device);
+        throw DeviceGone(here, device);
+    };
+    UseVendorLibrary(ZQDEV_SCANNER_NAME_ZQ_GIGE, CZQVendorGuard::kMaxWaitMs, change);
 }
 
 }  // namespace ZQAPI

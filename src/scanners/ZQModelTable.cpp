@@ -4,6 +4,7 @@
 
 #include "foundation/ZQException.h"
 #include "foundation/ZQLogger.h"
+#include "scanners/ZQCameraText.h"
 
 namespace ZQAPI {
 
@@ -85,7 +86,8 @@ const SModelRow* CZQModelTable::Find(const CZQString& model) const {
 const SModelRow& CZQModelTable::Get(const CZQString& model) const {
     const SModelRow* const row = Find(model);
     if (row == nullptr) {
-        const CZQException unknown(ZQ_HERE(m_method), ZQ_ERR_UNKNOWN_MODEL, "%s=%s", m_label, model.c_str());
+        const CZQException unknown(ZQ_HERE(m_method), ZQ_ERR_UNKNOWN_MODEL, "%s=%s", m_label,
+                                   ShownText(model).c_str());
         LogException(kLogLevel, unknown);
         throw CZQException(unknown);
     }

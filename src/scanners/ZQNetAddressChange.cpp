@@ -1,75 +1,22 @@
 #include "scanners/ZQNetAddressChange.h"
 
-#include <array>
 #include <chrono>
-#include <optional>
-#include <string_view>
 #include <thread>
 
 #include "communication/ZQCCM.h"
 #include "communication/ZQComICMPPing.h"
+#include "communication/ZQIpv4.h"
+#include "communication/ZQUdpCameraAddress.h"
 #include "devices/ZQSdkPaths.h"
 #include "foundation/ZQException.h"
 #include "foundation/ZQStopWatch.h"
 #include "scanners/ZQGigEAddressChange.h"
-#include "scanners/ZQScannerErrors.h"
+#include "scanners/ZQPleoraAddressChange.h"
 #include "vendors/ZQGigE.h"
-#include "vendors/ZQPleora.h"
 
 namespace ZQAPI {
 
 namespace {
-
-using Octets = std::array<std::uint32_t, 4>;
-
-// Four decimal numbers of 0 to 255 without leading zeros (some readers take those for octal), and nothing
-// else.
-std::optional<Octets> ParseDotted(std::string_view text) {
-    Octets octets{};
-    for (std::size_t i = 0; i < octets.size(); ++i) {
-        std::size_t digits = 0;
-        while (digits < text.size() && text[digits] >= '0' && text[digits] <= '9' && digits < 4) {
-            octets[i] = octets[i] * 10 + static_cast<std::uint32_t>(text[digits] - '0');
-            ++digits;
-        }
-        const bool leadingZero = digits > 1 && text[0] == '0';
-        if (digits == 0 || digits > 3 || leadingZero || octets[i] > 255) {
-            return std::nullopt;
-        }
-        text.remove_prefix(digits);
-        const bool last = i + 1 == octets.size();
-        if (last ? !text.empty() : !text.starts_with('.')) {
-            return std::nullopt;
-        }
-        text.remove_prefix(last ? 0 : 1);
-    }
-    return octets;
-}
-
-// How many octets of the address name the network; 0 for an address that belongs to no host's class.
-std::size_t NetworkOctets(std::uint32_t first) {
-    if (first >= 1 && first <= 126) {
-        return 1;
-    }
-    if (first >= 128 && first <= 191) {
-        return 2;
-    }
-    if (first >= 192 && first <= 223) {
-        return 3;
-    }
-    return 0;
-}
-
-// The host part must be neither all zeros (the network itself) nor all ones (its broadcast address).
-bool IsHostAddress(const Octets& octets, std::size_t networkOctets) {
-    bool allZeros = true;
-    bool allOnes = true;
-    for (std::size_t i = networkOctets; i < octets.size(); ++i) {
-        allZeros = allZeros && octets[i] == 0;
-        allOnes = allOnes && octets[i] == 255;
-    }
-    return !allZeros && !allOnes;
-}
 
 // Waits while the camera answers echo requests at the new address in exactly 1 ms, then lets it settle. That
 // only this round-trip time goes on waiting is how the kit's cameras were always waited for, and is kept.
@@ -85,6 +32,8 @@ void WaitForCamera(const CZQString& address) {
 }
 
 void ChangeByTextCommands(const CZQDeviceInfo& device, const CZQString& newAddress, const CZQString& mask) {
+    // These commands must reach one camera alone, whatever the module on disk takes for an address.
+    static_cast<void>(CZQUdpCameraAddress(device.GetCCMAddress()));
     CZQCCM ccm;
     ccm.OpenCCM(GetCcmPath() + "ZQCCMUdpAPI.dll", device.GetName(), device.GetCCMAddress());
     ccm.SendCmd("SYST:NET:IP " + newAddress + "\n");
@@ -94,46 +43,26 @@ void ChangeByTextCommands(const CZQDeviceInfo& device, const CZQString& newAddre
     WaitForCamera(newAddress);
 }
 
-// The library chooses the mask. A camera that can't tell who it is is not the one looked for.
-void ChangeByPleoraLibrary(const CZQDeviceInfo& device, const CZQString& newAddress) {
-    const SourceLocation here = ZQ_HERE("ChangeByPleoraLibrary");
-    CZQPleora library(GetBinPath());
-    const std::uint32_t count = library.GetNofCameras();
-    bool isFound = false;
-    for (std::uint32_t i = 0; i < count && !isFound; ++i) {
-        try {
-            isFound = library.GetCamera(i).GetDeviceID() == device.GetDeviceID();
-        } catch (CZQException& exception) {
-            ReportRecovered(exception, here);
-        }
-    }
-    if (!isFound) {
-        throw DeviceGone(here, device);
-    }
-    library.SetIpAddress(device.GetDeviceID(), newAddress);
-}
-
 }  // namespace
 
 CZQString SubnetMaskOf(const CZQString& address) {
-    constexpr const char* kMasks[] = {"", "255.0.0.0", "255.255.0.0", "255.255.255.0"};
-    const auto octets = ParseDotted(address.view());
-    const std::size_t networkOctets = octets ? NetworkOctets(octets->front()) : 0;
-    if (networkOctets == 0 || !IsHostAddress(*octets, networkOctets)) {
-        throw CZQException(ZQ_HERE("SubnetMaskOf"), ZQ_ERR_BAD_NEW_ADDRESS);
+    const auto parsed = ParseIpv4(address.view());
+    const std::uint32_t mask = parsed ? ClassMaskOf(*parsed) : 0;
+    if (mask == 0 || !IsHostUnderMask(*parsed, mask)) {
+        throw CZQException(ZQ_HERE("CZQDeviceAPI::ChangeDeviceNetAddr"), ZQ_ERR_BAD_NEW_ADDRESS);
     }
-    return kMasks[networkOctets];
+    return FormatIpv4(mask);
 }
 
 void ChangeNetAddress(const CZQDeviceInfo& device, const CZQString& newAddress) {
     const CZQString mask = SubnetMaskOf(newAddress);
     const CZQString scanner = device.GetUsedScanner();
     if (scanner == ZQDEV_SCANNER_NAME_PLEORA_IPORT) {
-        ChangeByPleoraLibrary(device, newAddress);
+        ChangePleoraAddress(device, newAddress);
         return;
     }
     if (scanner == ZQDEV_SCANNER_NAME_ZQ_GIGE) {
-        ChangeGigEAddress(*CZQGigE::Shared(), device, newAddress, mask);
+        ChangeGigEAddress(&CZQGigE::Shared, device, newAddress, mask);
         return;
     }
     ChangeByTextCommands(device, newAddress, mask);

@@ -4,13 +4,16 @@
 #include "camera_link/ZQCLSerial.h"
 #include "devices/ZQSdkPaths.h"
 #include "foundation/ZQSystem.h"
-#include "scanners/ZQScannerErrors.h"
+#include "scanners/ZQCameraText.h"
 
 namespace ZQAPI {
 
 namespace {
 
-constexpr const char* kName = ZQDEV_SCANNER_NAME_ADIMEC_CL;
+constexpr SVendorScannerNames kNames = {ZQDEV_SCANNER_NAME_ADIMEC_CL, ZQDEV_CCM_ADIMEC_CL,
+                                        ZQDEV_IAM_ADIMEC_CL, "CZQScanAdimecCL::Scan",
+                                        "CZQScanAdimecCL::Update"};
+
 constexpr const char* kDeviceType = "Q-12A65";
 constexpr const char* kVersionSuffix = "-V30";
 constexpr const char* kDescription = "Valdremonix Q-12A65 camera";
@@ -23,52 +26,44 @@ CZQString KitLibraryPath() {
     return GetBinPath() + "3dParty" + separator + "Euresys" + separator + "clseremc_x64.dll";
 }
 
-// The text goes into the device list file and onto screens.
-const CZQString& Printable(const CZQString& answer) {
-    if (answer.HasControlCharacter()) {
-        throw CZQException(ZQ_HERE("CZQScanAdimecCL::Probe"), ZQ_ERR_BAD_VALUE,
-                           "A text of the camera has a control character");
-    }
-    return answer;
-}
+// The ports of a Camera Link library, each with a camera or without.
+class CPorts : public CZQICameraSource<SAdimecCamera> {
+public:
+    explicit CPorts(const CZQString& libraryPath) : m_serial(libraryPath) {}
 
-struct SAnswers {
-    CZQString id;
-    CZQString serialNumber;
-    CZQString firmwareVersion;
+    std::uint32_t GetNofCameras() override {
+        m_serial.GetNofSerialPorts();
+        return kNofPorts;
+    }
+    SAdimecCamera GetCamera(std::uint32_t port) override {
+        m_camera.Open(port);
+        SAdimecCamera answers;
+        answers.port = port;
+        answers.id = m_camera.GetID();
+        answers.serialNumber = m_camera.GetSerialNumber();
+        answers.firmwareVersion = m_camera.GetFirmwareVersion();
+        try {
+            m_camera.Close();
+        } catch (CZQException& exception) {
+            // The camera is known by now, and of a library whose close function has no result this says
+            // nothing.
+            ReportRecovered(exception, ZQ_HERE("CZQScanAdimecCL::Probe"));
+        }
+        return answers;
+    }
+
+private:
+    CZQCLSerial m_serial;
+    CZQAdimecCameraControl m_camera{m_serial};
 };
 
-SAnswers Probe(CZQAdimecCameraControl& camera, std::uint32_t port) {
-    camera.Open(port);
-    SAnswers answers;
-    answers.id = Printable(camera.GetID());
-    answers.serialNumber = Printable(camera.GetSerialNumber());
-    answers.firmwareVersion = Printable(camera.GetFirmwareVersion());
-    try {
-        camera.Close();
-    } catch (CZQException& exception) {
-        // The camera is known by now, and of a library whose close function has no result this says nothing.
-        ReportRecovered(exception, ZQ_HERE("CZQScanAdimecCL::Probe"));
-    }
-    return answers;
+SVendorIdentity Identify(const SAdimecCamera& camera) {
+    return {CZQScanAdimecCL::GetZQDeviceType(camera.id), camera.serialNumber,
+            CZQString::Formatted("%u", camera.port), camera.firmwareVersion};
 }
 
-CZQDeviceInfo MakeRecord(std::uint32_t port, const SAnswers& answers) {
-    const CZQString deviceType = CZQScanAdimecCL::GetZQDeviceType(answers.id);
-    const CZQString address = CZQString::Formatted("%u", port);
-    CZQDeviceInfo record;
-    record.SetName(CZQString::Formatted("_%s.%u", kName, port));
-    record.SetDeviceTypeByName(deviceType);
-    record.SetDeviceID(deviceType + ":" + answers.serialNumber);
-    record.SetDeviceDesc(kDescription);
-    record.SetUsedScanner(kName);
-    record.SetUsedAddress(address);
-    record.SetCCM(ZQDEV_CCM_ADIMEC_CL);
-    record.SetCCMAddress(address);
-    record.SetIAM(ZQDEV_IAM_ADIMEC_CL);
-    record.SetIAMAddress(address);
-    record.SetFirmwareVersion(answers.firmwareVersion);
-    return record;
+SVendorProduct ProductOf(const SAdimecCamera& camera) {
+    return {CZQScanAdimecCL::GetZQDeviceType(camera.id), kDescription};
 }
 
 }  // namespace
@@ -76,52 +71,16 @@ CZQDeviceInfo MakeRecord(std::uint32_t port, const SAnswers& answers) {
 CZQScanAdimecCL::CZQScanAdimecCL(const CZQString& /*apiIniPath*/, const CZQString& /*section*/)
     : CZQScanAdimecCL(KitLibraryPath()) {}
 
-CZQScanAdimecCL::CZQScanAdimecCL(CZQString libraryPath) : m_libraryPath(std::move(libraryPath)) {}
-
-void CZQScanAdimecCL::Scan(CZQDeviceList& found) {
-    for (const CZQDeviceInfo& camera : FindCameras("CZQScanAdimecCL::Scan")) {
-        found.AddDevice(camera, false);
-    }
-}
-
-void CZQScanAdimecCL::Update(CZQDeviceInfo& device) {
-    for (const CZQDeviceInfo& camera : FindCameras("CZQScanAdimecCL::Update")) {
-        if (camera.GetDeviceID() == device.GetDeviceID()) {
-            device.SetUsedAddress(camera.GetUsedAddress());
-            device.SetCCMAddress(camera.GetCCMAddress());
-            device.SetIAMAddress(camera.GetIAMAddress());
-            device.SetFirmwareVersion(camera.GetFirmwareVersion());
-            return;
-        }
-    }
-    throw DeviceGone(ZQ_HERE("CZQScanAdimecCL::Update"), device);
-}
+CZQScanAdimecCL::CZQScanAdimecCL(CZQString libraryPath)
+    : CZQVendorScanner({kNames, [path = std::move(libraryPath)] { return std::make_unique<CPorts>(path); },
+                        Identify, ProductOf, OnCameraFailure::kSkip, ZQ_ERR_BAD_VALUE}) {}
 
 CZQString CZQScanAdimecCL::GetZQDeviceType(const CZQString& id) {
     if (!id.Contains(kDeviceType)) {
         throw CZQException(ZQ_HERE("CZQScanAdimecCL::GetZQDeviceType"), ZQ_ERR_UNKNOWN_MODEL, "DeviceType=%s",
-                           id.c_str());
+                           ShownText(id).c_str());
     }
     return id.Contains(kVersionSuffix) ? CZQString(kDeviceType) + kVersionSuffix : kDeviceType;
-}
-
-std::vector<CZQDeviceInfo> CZQScanAdimecCL::FindCameras(const char* method) const {
-    CZQCLSerial serial(m_libraryPath);
-    CZQAdimecCameraControl camera(serial);
-    // A library that can't tell its ports ends the search; how many it has does not matter.
-    serial.GetNofSerialPorts();
-    std::vector<CZQDeviceInfo> cameras;
-    for (std::uint32_t port = 0; port < kNofPorts; ++port) {
-        try {
-            cameras.push_back(MakeRecord(port, Probe(camera, port)));
-        } catch (CZQException& exception) {
-            ReportRecovered(exception, ZQ_HERE(method));
-        } catch (const std::exception& exception) {
-            CZQException failure(ZQ_HERE(method), ZQ_ERR_UNEXPECTED, "%s", exception.what());
-            ReportRecovered(failure, ZQ_HERE(method));
-        }
-    }
-    return cameras;
 }
 
 }  // namespace ZQAPI

@@ -11,10 +11,6 @@ public:
     // Has no settings.
     CZQScanIFBoFX(const CZQString& apiIniPath, const CZQString& section);
     explicit CZQScanIFBoFX(MakeSource makeSource);
-
-protected:
-    SVendorIdentity Identify(const SFxCamera& camera) const override;
-    SVendorProduct ProductOf(const SFxCamera& camera) const override;
 };
 
 }  // namespace ZQAPI

@@ -10,6 +10,16 @@ namespace {
 constexpr SVendorScannerNames kNames = {ZQDEV_SCANNER_NAME_ZQ_IC, ZQDEV_CCM_ZQ_IC, ZQDEV_IAM_ZQ_IC,
                                         "CZQScanIFICImagingSource::Scan", "CZQScanIFICImagingSource::Update"};
 
+SVendorIdentity Identify(const SImagingSourceCamera& camera) {
+    const CZQString serialNumber = CZQString::Formatted("%ld", static_cast<long>(camera.serialNumber));
+    return {camera.model, serialNumber, serialNumber};
+}
+
+SVendorProduct ProductOf(const SImagingSourceCamera& camera) {
+    const SModelRow& row = kImagingSourceModels.Get(camera.model);
+    return {row.deviceType, row.description};
+}
+
 }  // namespace
 
 CZQScanIFICImagingSource::CZQScanIFICImagingSource(const CZQString& /*apiIniPath*/,
@@ -17,17 +27,6 @@ CZQScanIFICImagingSource::CZQScanIFICImagingSource(const CZQString& /*apiIniPath
     : CZQScanIFICImagingSource([] { return std::make_unique<CZQImagingSource>(GetBinPath()); }) {}
 
 CZQScanIFICImagingSource::CZQScanIFICImagingSource(MakeSource makeSource)
-    : CZQVendorScanner(kNames, std::move(makeSource)) {}
-
-SVendorIdentity CZQScanIFICImagingSource::Identify(const SImagingSourceCamera& camera) const {
-    const auto serialNumber = static_cast<long>(camera.serialNumber);
-    return {CZQString::Formatted("%s:%ld", camera.model.c_str(), serialNumber),
-            CZQString::Formatted("%ld", serialNumber)};
-}
-
-SVendorProduct CZQScanIFICImagingSource::ProductOf(const SImagingSourceCamera& camera) const {
-    const SModelRow& row = kImagingSourceModels.Get(camera.model);
-    return {row.deviceType, row.description};
-}
+    : CZQVendorScanner({kNames, std::move(makeSource), Identify, ProductOf}) {}
 
 }  // namespace ZQAPI

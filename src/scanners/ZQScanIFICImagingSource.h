@@ -11,10 +11,6 @@ public:
     // Has no settings.
     CZQScanIFICImagingSource(const CZQString& apiIniPath, const CZQString& section);
     explicit CZQScanIFICImagingSource(MakeSource makeSource);
-
-protected:
-    SVendorIdentity Identify(const SImagingSourceCamera& camera) const override;
-    SVendorProduct ProductOf(const SImagingSourceCamera& camera) const override;
 };
 
 }  // namespace ZQAPI

@@ -11,10 +11,6 @@ public:
     // Has no settings.
     CZQScanIFIDSUEye(const CZQString& apiIniPath, const CZQString& section);
     explicit CZQScanIFIDSUEye(MakeSource makeSource);
-
-protected:
-    SVendorIdentity Identify(const SUEyeCamera& camera) const override;
-    SVendorProduct ProductOf(const SUEyeCamera& camera) const override;
 };
 
 }  // namespace ZQAPI

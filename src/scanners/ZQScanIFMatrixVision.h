@@ -11,10 +11,6 @@ public:
     // Has no settings.
     CZQScanIFMatrixVision(const CZQString& apiIniPath, const CZQString& section);
     explicit CZQScanIFMatrixVision(MakeSource makeSource);
-
-protected:
-    SVendorIdentity Identify(const SMvCamera& camera) const override;
-    SVendorProduct ProductOf(const SMvCamera& camera) const override;
 };
 
 }  // namespace ZQAPI

@@ -10,22 +10,23 @@ namespace {
 constexpr SVendorScannerNames kNames = {ZQDEV_SCANNER_NAME_PGR_FLY, ZQDEV_CCM_PGR_FLY, ZQDEV_IAM_PGR_FLY,
                                         "CZQScanIFPGRFly::Scan", "CZQScanIFPGRFly::Update"};
 
+SVendorIdentity Identify(const SFlyCapture2Camera& camera) {
+    const CZQString serialNumber =
+        CZQString::Formatted("%lu", static_cast<unsigned long>(camera.serialNumber));
+    return {camera.model, serialNumber, serialNumber};
+}
+
+SVendorProduct ProductOf(const SFlyCapture2Camera& camera) {
+    const SModelRow& row = kFlyCapture2Models.Get(camera.model);
+    return {row.deviceType, row.description};
+}
+
 }  // namespace
 
 CZQScanIFPGRFly::CZQScanIFPGRFly(const CZQString& /*apiIniPath*/, const CZQString& /*section*/)
     : CZQScanIFPGRFly([] { return std::make_unique<CZQFlyCapture2>(GetBinPath()); }) {}
 
-CZQScanIFPGRFly::CZQScanIFPGRFly(MakeSource makeSource) : CZQVendorScanner(kNames, std::move(makeSource)) {}
-
-SVendorIdentity CZQScanIFPGRFly::Identify(const SFlyCapture2Camera& camera) const {
-    const CZQString serialNumber =
-        CZQString::Formatted("%lu", static_cast<unsigned long>(camera.serialNumber));
-    return {camera.model + ":" + serialNumber, serialNumber};
-}
-
-SVendorProduct CZQScanIFPGRFly::ProductOf(const SFlyCapture2Camera& camera) const {
-    const SModelRow& row = kFlyCapture2Models.Get(camera.model);
-    return {row.deviceType, row.description};
-}
+CZQScanIFPGRFly::CZQScanIFPGRFly(MakeSource makeSource)
+    : CZQVendorScanner({kNames, std::move(makeSource), Identify, ProductOf}) {}
 
 }  // namespace ZQAPI

@@ -11,10 +11,6 @@ public:
     // Has no settings.
     CZQScanIFPGRFly(const CZQString& apiIniPath, const CZQString& section);
     explicit CZQScanIFPGRFly(MakeSource makeSource);
-
-protected:
-    SVendorIdentity Identify(const SFlyCapture2Camera& camera) const override;
-    SVendorProduct ProductOf(const SFlyCapture2Camera& camera) const override;
 };
 
 }  // namespace ZQAPI

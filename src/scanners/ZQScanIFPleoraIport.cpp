@@ -10,20 +10,20 @@ constexpr SVendorScannerNames kNames = {ZQDEV_SCANNER_NAME_PLEORA_IPORT, ZQDEV_C
                                         ZQDEV_IAM_PLEORA_IPORT, "CZQScanIFPleoraIport::Scan",
                                         "CZQScanIFPleoraIport::Update"};
 
+SVendorIdentity Identify(const SPleoraCamera& camera) {
+    return {camera.model, camera.serialNumber, camera.ipAddress};
+}
+
+SVendorProduct ProductOf(const SPleoraCamera& /*camera*/) {
+    return {"ZQPL-10", "Valdremonix PL 10 camera"};
+}
+
 }  // namespace
 
 CZQScanIFPleoraIport::CZQScanIFPleoraIport(const CZQString& /*apiIniPath*/, const CZQString& /*section*/)
     : CZQScanIFPleoraIport([] { return std::make_unique<CZQPleora>(GetBinPath()); }) {}
 
 CZQScanIFPleoraIport::CZQScanIFPleoraIport(MakeSource makeSource)
-    : CZQVendorScanner(kNames, std::move(makeSource), OnCameraFailure::kSkip) {}
-
-SVendorIdentity CZQScanIFPleoraIport::Identify(const SPleoraCamera& camera) const {
-    return {camera.GetDeviceID(), camera.ipAddress};
-}
-
-SVendorProduct CZQScanIFPleoraIport::ProductOf(const SPleoraCamera& /*camera*/) const {
-    return {"ZQPL-10", "Valdremonix PL 10 camera"};
-}
+    : CZQVendorScanner({kNames, std::move(makeSource), Identify, ProductOf, OnCameraFailure::kSkip}) {}
 
 }  // namespace ZQAPI

@@ -11,10 +11,6 @@ public:
     // Has no settings.
     CZQScanIFPleoraIport(const CZQString& apiIniPath, const CZQString& section);
     explicit CZQScanIFPleoraIport(MakeSource makeSource);
-
-protected:
-    SVendorIdentity Identify(const SPleoraCamera& camera) const override;
-    SVendorProduct ProductOf(const SPleoraCamera& camera) const override;
 };
 
 }  // namespace ZQAPI

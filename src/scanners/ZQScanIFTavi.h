@@ -11,10 +11,6 @@ public:
     // Has no settings.
     CZQScanIFTavi(const CZQString& apiIniPath, const CZQString& section);
     explicit CZQScanIFTavi(MakeSource makeSource);
-
-protected:
-    SVendorIdentity Identify(const STaviCamera& camera) const override;
-    SVendorProduct ProductOf(const STaviCamera& camera) const override;
 };
 
 }  // namespace ZQAPI

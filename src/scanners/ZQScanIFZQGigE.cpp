@@ -1,98 +1,111 @@
 #include "scanners/ZQScanIFZQGigE.h"
 
 #include <algorithm>
+#include <vector>
 
+#include "scanners/ZQCameraText.h"
 #include "scanners/ZQModelTable.h"
-#include "scanners/ZQScannerErrors.h"
 #include "vendors/ZQGigECameras.h"
 
 namespace ZQAPI {
 
 namespace {
 
-constexpr const char* kName = ZQDEV_SCANNER_NAME_ZQ_GIGE;
+constexpr SVendorScannerNames kNames = {ZQDEV_SCANNER_NAME_ZQ_GIGE, ZQDEV_CCM_ZQ_GIGE, ZQDEV_IAM_ZQ_GIGE,
+                                        "CZQScanIFZQGigE::Scan", "CZQScanIFZQGigE::Update"};
+
+// The maker's cameras in the containers of both kinds. One that both see is the filter driver's, which its
+// description tells.
+class CGigESource : public CZQICameraSource<SGigECamera> {
+public:
+    explicit CGigESource(std::shared_ptr<const CZQGigE> library) : m_library(std::move(library)) {}
+
+    std::uint32_t GetNofCameras() override {
+        m_library->CheckDriver(ZQ_HERE("CZQScanIFZQGigE::FindCameras"));
+        m_cameras.clear();
+        FindCameras(ZQGIGE_KIND_SOCKET);
+        FindCameras(ZQGIGE_KIND_FILTER);
+        return static_cast<std::uint32_t>(m_cameras.size());
+    }
+    SGigECamera GetCamera(std::uint32_t index) override { return m_cameras.at(index); }
+
+private:
+    void FindCameras(std::int32_t kind) {
+        const SourceLocation here = ZQ_HERE("CZQScanIFZQGigE::FindCameras");
+        const CZQGigECameras seen(*m_library, kind, here);
+        const std::uint32_t count = seen.GetCount();
+        for (std::uint32_t i = 0; i < count; ++i) {
+            const auto camera = seen.GetCamera(i);
+            const CZQString modelName = camera ? ReadModelName(*camera, i) : CZQString();
+            const SModelRow* const product = kGigEModels.Find(modelName);
+            if (product == nullptr) {
+                continue;
+            }
+            try {
+                Add(kind, i,
+                    {product->deviceType, camera->GetSerialNumber(), camera->GetMacAddress(),
+                     camera->GetIPAddress(), camera->GetDeviceVersion(), modelName,
+                     kind == ZQGIGE_KIND_FILTER ? CZQString::Formatted("%s *FT*", product->description)
+                                                : CZQString(product->description)});
+            } catch (...) {
+                throw CZQException(CaughtWithCamera(here, i));
+            }
+        }
+    }
+
+    // Empty, which is no model of the maker's, when it can't be read.
+    static CZQString ReadModelName(const CZQGigECamera& camera, std::uint32_t index) {
+        const SourceLocation here = ZQ_HERE("CZQScanIFZQGigE::FindCameras");
+        try {
+            return camera.GetModelName();
+        } catch (...) {
+            CZQException failure = CaughtWithCamera(here, index);
+            ReportRecovered(failure, here);
+            return {};
+        }
+    }
+
+    // One without a MAC address could be any of the others.
+    void Add(std::int32_t kind, std::uint32_t index, SGigECamera camera) {
+        if (camera.macAddress.IsEmpty()) {
+            const SourceLocation here = ZQ_HERE("CZQScanIFZQGigE::FindCameras");
+            CZQException failure(here, ZQ_ERR_VENDOR_LIBRARY,
+                                 "MacAddress='' can't be kept; Camera=%u, Serial=%s, Address=%s", index,
+                                 ShownText(camera.serialNumber).c_str(), ShownText(camera.ipAddress).c_str());
+            ReportRecovered(failure, here);
+            return;
+        }
+        const auto known = std::find_if(
+            m_cameras.begin(), m_cameras.end(),
+            [&](const SGigECamera& candidate) { return candidate.macAddress == camera.macAddress; });
+        if (known == m_cameras.end()) {
+            m_cameras.push_back(std::move(camera));
+        } else if (kind == ZQGIGE_KIND_FILTER) {
+            *known = std::move(camera);
+        }
+    }
+
+    const std::shared_ptr<const CZQGigE> m_library;
+    std::vector<SGigECamera> m_cameras;
+};
+
+SVendorIdentity Identify(const SGigECamera& camera) {
+    return {camera.modelName, camera.serialNumber, camera.ipAddress, camera.deviceVersion, camera.macAddress};
+}
+
+SVendorProduct ProductOf(const SGigECamera& camera) {
+    return {camera.deviceType, camera.description};
+}
 
 }  // namespace
 
 CZQScanIFZQGigE::CZQScanIFZQGigE(const CZQString& /*apiIniPath*/, const CZQString& /*section*/)
     : CZQScanIFZQGigE(&CZQGigE::Shared) {}
 
-CZQScanIFZQGigE::CZQScanIFZQGigE(GetLibrary getLibrary) : m_getLibrary(std::move(getLibrary)) {}
-
-void CZQScanIFZQGigE::Scan(CZQDeviceList& found) {
-    std::uint32_t index = 0;
-    for (const SCamera& camera : FindAllCameras()) {
-        CZQDeviceInfo device;
-        device.SetName(CZQString::Formatted("_%s.%u", kName, index++));
-        device.SetDeviceTypeByName(camera.deviceType);
-        device.SetDeviceID(camera.GetDeviceID());
-        device.SetDeviceDesc(camera.description);
-        device.SetUsedScanner(kName);
-        device.SetCCM(ZQDEV_CCM_ZQ_GIGE);
-        device.SetIAM(ZQDEV_IAM_ZQ_GIGE);
-        SetLocation(device, camera);
-        found.AddDevice(device, false);
-    }
-}
-
-void CZQScanIFZQGigE::Update(CZQDeviceInfo& device) {
-    const std::vector<SCamera> cameras = FindAllCameras();
-    const auto camera = std::find_if(
-        cameras.begin(), cameras.end(),
-        [id = device.GetDeviceID()](const SCamera& candidate) { return candidate.GetDeviceID() == id; });
-    if (camera == cameras.end()) {
-        throw DeviceGone(ZQ_HERE("CZQScanIFZQGigE::Update"), device);
-    }
-    SetLocation(device, *camera);
-}
-
-std::vector<CZQScanIFZQGigE::SCamera> CZQScanIFZQGigE::FindAllCameras() const {
-    const std::shared_ptr<const CZQGigE> library = m_getLibrary();
-    library->CheckDriver();
-    std::vector<SCamera> cameras;
-    FindCameras(*library, ZQGIGE_KIND_SOCKET, cameras);
-    FindCameras(*library, ZQGIGE_KIND_FILTER, cameras);
-    return cameras;
-}
-
-// A camera that both kinds of container see is the filter driver's, which its description tells.
-void CZQScanIFZQGigE::FindCameras(const CZQGigE& library, std::int32_t kind, std::vector<SCamera>& cameras) {
-    const CZQGigECameras seen(library, kind);
-    const std::uint32_t count = seen.GetCount();
-    for (std::uint32_t i = 0; i < count; ++i) {
-        const auto camera = seen.GetCamera(i);
-        if (!camera) {
-            continue;
-        }
-        const CZQString modelName = camera->GetModelName();
-        const SModelRow* const product = kGigEModels.Find(modelName);
-        if (product == nullptr) {
-            continue;
-        }
-        const SCamera entry{product->deviceType,
-                            camera->GetSerialNumber(),
-                            camera->GetMacAddress(),
-                            camera->GetIPAddress(),
-                            camera->GetDeviceVersion(),
-                            modelName,
-                            kind == ZQGIGE_KIND_FILTER ? CZQString::Formatted("%s *FT*", product->description)
-                                                       : CZQString(product->description)};
-        const auto known = std::find_if(cameras.begin(), cameras.end(), [&entry](const SCamera& candidate) {
-            return candidate.macAddress == entry.macAddress;
-        });
-        if (known == cameras.end()) {
-            cameras.push_back(entry);
-        } else if (kind == ZQGIGE_KIND_FILTER) {
-            *known = entry;
-        }
-    }
-}
-
-void CZQScanIFZQGigE::SetLocation(CZQDeviceInfo& device, const SCamera& camera) {
-    device.SetUsedAddress(camera.ipAddress);
-    device.SetCCMAddress(camera.ipAddress);
-    device.SetIAMAddress(camera.ipAddress);
-    device.SetFirmwareVersion(camera.deviceVersion);
-}
+CZQScanIFZQGigE::CZQScanIFZQGigE(GetLibrary getLibrary)
+    : CZQVendorScanner(
+          {kNames,
+           [getLibrary = std::move(getLibrary)] { return std::make_unique<CGigESource>(getLibrary()); },
+           Identify, ProductOf}) {}
 
 }  // namespace ZQAPI

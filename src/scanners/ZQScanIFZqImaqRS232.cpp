@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "communication/ZQComImaqRS232.h"
+#include "devices/ZQSdkPaths.h"
 #include "foundation/Io/ZQIniFile.h"
 
 namespace ZQAPI {
@@ -11,7 +12,7 @@ namespace {
 
 constexpr SSerialScannerNames kNames = {
     ZQDEV_SCANNER_NAME_ZQ_IMAQ_RS232, ZQDEV_CCM_ZQ_IMAQ_RS232,        "ZQCCMImaqRs232API.dll",
-    "CZQScanIFZqImaqRS232::Scan",     "CZQScanIFZqImaqRS232::Update",
+    "CZQScanIFZqImaqRS232::Scan",     "CZQScanIFZqImaqRS232::Update", ZQDEV_IAM_ZQ_FG_IMAQ,
 };
 constexpr std::uint32_t kByteTimeoutMs = 500;
 
@@ -32,11 +33,11 @@ CZQScanIFZqImaqRS232::CZQScanIFZqImaqRS232(const CZQString& apiIniPath, const CZ
 }
 
 CZQStringArray CZQScanIFZqImaqRS232::ListLines() {
-    return CZQImaqLibrary().QueryInterfaceNames();
+    return CZQImaqLibrary(GetBinPath()).QueryInterfaceNames();
 }
 
 std::unique_ptr<CZQComBase> CZQScanIFZqImaqRS232::OpenLine(const CZQString& line) {
-    auto channel = std::make_unique<CZQComImaqRS232>();
+    auto channel = std::make_unique<CZQComImaqRS232>(GetBinPath());
     channel->Open(CZQComImaqRS232Config(line, m_cameraFile));
     return channel;
 }

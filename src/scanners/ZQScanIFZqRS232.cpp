@@ -13,7 +13,7 @@ namespace {
 
 constexpr SSerialScannerNames kNames = {
     ZQDEV_SCANNER_NAME_ZQ_RS232, ZQDEV_CCM_ZQ_RS232,         "ZQCCMRs232API.dll",
-    "CZQScanIFZqRS232::Scan",    "CZQScanIFZqRS232::Update",
+    "CZQScanIFZqRS232::Scan",    "CZQScanIFZqRS232::Update", nullptr,
 };
 constexpr std::uint32_t kByteTimeoutMs = 500;
 

@@ -26,21 +26,13 @@ constexpr SProduct kProducts[] = {
     {ZQUSB2_TYPE_50C, "ZQUS-50C", "Valdremonix US 5.0C camera"},
 };
 
-}  // namespace
-
-CZQScanIFZqSiSoUsb::CZQScanIFZqSiSoUsb(const CZQString& /*apiIniPath*/, const CZQString& /*section*/)
-    : CZQScanIFZqSiSoUsb([] { return std::make_unique<CZQUsb2>(GetBinPath()); }) {}
-
-CZQScanIFZqSiSoUsb::CZQScanIFZqSiSoUsb(MakeSource makeSource)
-    : CZQVendorScanner(kNames, std::move(makeSource)) {}
-
-SVendorIdentity CZQScanIFZqSiSoUsb::Identify(const SUsb2Camera& camera) const {
+SVendorIdentity Identify(const SUsb2Camera& camera) {
     // The prefix keeps these identifiers apart from those that other scanners make of two numbers.
-    return {CZQString::Formatted("USB%04X:%lu", camera.type, static_cast<unsigned long>(camera.serialNumber)),
-            camera.location};
+    return {CZQString::Formatted("USB%04X", camera.type),
+            CZQString::Formatted("%lu", static_cast<unsigned long>(camera.serialNumber)), camera.location};
 }
 
-SVendorProduct CZQScanIFZqSiSoUsb::ProductOf(const SUsb2Camera& camera) const {
+SVendorProduct ProductOf(const SUsb2Camera& camera) {
     const auto* const product = std::find_if(std::begin(kProducts), std::end(kProducts),
                                              [&](const SProduct& row) { return row.type == camera.type; });
     if (product == std::end(kProducts)) {
@@ -49,5 +41,13 @@ SVendorProduct CZQScanIFZqSiSoUsb::ProductOf(const SUsb2Camera& camera) const {
     }
     return {product->deviceType, product->description};
 }
+
+}  // namespace
+
+CZQScanIFZqSiSoUsb::CZQScanIFZqSiSoUsb(const CZQString& /*apiIniPath*/, const CZQString& /*section*/)
+    : CZQScanIFZqSiSoUsb([] { return std::make_unique<CZQUsb2>(GetBinPath()); }) {}
+
+CZQScanIFZqSiSoUsb::CZQScanIFZqSiSoUsb(MakeSource makeSource)
+    : CZQVendorScanner({kNames, std::move(makeSource), Identify, ProductOf}) {}
 
 }  // namespace ZQAPI

@@ -11,10 +11,6 @@ public:
     // Has no settings.
     CZQScanIFZqSiSoUsb(const CZQString& apiIniPath, const CZQString& section);
     explicit CZQScanIFZqSiSoUsb(MakeSource makeSource);
-
-protected:
-    SVendorIdentity Identify(const SUsb2Camera& camera) const override;
-    SVendorProduct ProductOf(const SUsb2Camera& camera) const override;
 };
 
 }  // namespace ZQAPI

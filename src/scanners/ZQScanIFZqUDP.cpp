@@ -1,108 +1,70 @@
 #include "scanners/ZQScanIFZqUDP.h"
 
-#include <algorithm>
-#include <limits>
-
-#include "devices/ZQCamConfigFile.h"
-#include "devices/ZQSdkPaths.h"
 #include "foundation/Io/ZQIniFile.h"
 #include "foundation/ZQException.h"
 #include "foundation/ZQSystem.h"
-#include "scanners/ZQOrderedTasks.h"
 #include "scanners/ZQScannerErrors.h"
-#include "scanners/ZQTextCommandCamera.h"
 #include "scanners/ZQUpdateByScan.h"
 
 namespace ZQAPI {
 
 namespace {
 
-constexpr const char* kName = ZQDEV_SCANNER_NAME_ZQ_UDP;
+// A little less than a scan takes at most: what has been found is handed over in time.
+constexpr std::chrono::milliseconds kTimeLimit{29000};
 
-// Cameras asked at the same time: their latencies add up otherwise.
-constexpr std::size_t kMaxParallelCameras = 128;
-
-void ReadCount(CZQIniFile& ini, const char* key, std::uint32_t& value) {
-    if (ini.KeyExists(key)) {
-        std::int32_t number = 0;
-        ini.ReadLong(key, number);
-        value = static_cast<std::uint32_t>(std::max(number, 0));
-    }
-}
-
-// The module reaches a camera in a foreign subnet only through the interface that heard it.
-CZQString CommandAddress(const SUdpDeviceConnInfo& camera) {
-    if (camera.localAddress.IsEmpty()) {
-        return camera.ipAddress;
-    }
-    return CZQString::Formatted("%s:%s@%s", camera.ipAddress.c_str(), camera.hardwareAddress.c_str(),
-                                camera.localAddress.c_str());
-}
-
-void ChooseIAM(CZQDeviceInfo& device, const CZQString& ipAddress) {
-    CZQCamConfigFile config(GetCameraConfigFile(device.GetDeviceTypeByName()));
-    const CZQStringArray iams = config.GetSupportedIAMs();
-    for (const char* iam : {ZQDEV_IAM_ZQ_UDP, ZQDEV_IAM_ZQ_TCPIP}) {
-        if (iams.Contains(iam)) {
-            device.SetIAM(iam);
-            device.SetIAMAddress(ipAddress);
-            return;
-        }
-    }
-    device.SetIAM(iams.GetAt(0));
-    device.SetIAMAddress(CZQCamConfigFile::GetDefaultAddress(device.GetIAM()));
-}
-
-CZQDeviceInfo Identify(const SUdpDeviceConnInfo& answer) {
-    CZQTextCommandCamera camera("ZQCCMUdpAPI.dll", CommandAddress(answer));
-    CZQDeviceInfo device;
-    camera.ReadIdentity(device);
-    device.SetUsedScanner(kName);
-    device.SetUsedAddress(answer.ipAddress);
-    device.SetCCM(ZQDEV_CCM_ZQ_TCPIP);
-    device.SetCCMAddress(answer.ipAddress);
-    ChooseIAM(device, answer.ipAddress);
-    camera.ReadFirmwareVersion(device);
-    // A name to go by until the list gives it its own.
-    const CZQString name = CZQString::Formatted("_%s.%s", kName, device.GetDeviceID().c_str());
-    device.SetName(name.view().substr(0, CZQDeviceInfo::kMaxTextLength));
-    camera.Close();
-    return device;
+UdpDiscoverySettings ReadSettings(const CZQString& apiIniPath, const CZQString& section) {
+    CZQIniFile ini(apiIniPath);
+    ini.SetSection(section);
+    return ReadUdpDiscoverySettings(ini);
 }
 
 }  // namespace
 
-CZQScanIFZqUDP::CZQScanIFZqUDP(const CZQString& apiIniPath, const CZQString& section) {
-    CZQIniFile ini(apiIniPath);
-    ini.SetSection(section);
-    std::uint32_t port = m_settings.port;
-    ReadCount(ini, "IPPort", port);
-    m_settings.port = static_cast<std::uint16_t>(port);
-    ReadCount(ini, "NofScanCycles", m_settings.nofCycles);
-    ReadCount(ini, "ScanTimeMs", m_settings.scanTimeMs);
-    if (ini.KeyExists("BindToNetworkCard")) {
-        ini.ReadBool("BindToNetworkCard", m_settings.bindToNetworkCard);
-    }
-}
+CZQScanIFZqUDP::CZQScanIFZqUDP(const CZQString& apiIniPath, const CZQString& section)
+    : m_search(std::make_shared<CZQUdpSearch>(ReadSettings(apiIniPath, section),
+                                              CZQUdpSearch::Clock::now() + kTimeLimit)) {}
 
 void CZQScanIFZqUDP::Scan(CZQDeviceList& found) {
     DebugOutput("ZQSDK: Start scan with UDP");
-    const std::vector<SUdpDeviceConnInfo> answers = DiscoverUdpDevices(m_settings);
-
-    CZQOrderedTasks<CZQDeviceInfo> identified(
-        answers.size(), kMaxParallelCameras,
-        [&answers](std::size_t index) { return Identify(answers[index]); });
-    for (std::size_t i = 0; i < answers.size(); ++i) {
-        try {
-            found.AddDevice(identified.Take(i), false);
-        } catch (CZQException& exception) {
-            ReportRecovered(exception, ZQ_HERE("CZQScanIFZqUDP::Scan"));
+    const CZQUdpSearch::Cameras cameras = m_search->Run(m_wantedId);
+    // Those that were found first, for there may not be much time left.
+    for (const auto& camera : cameras) {
+        if (const auto device = camera->GetDevice()) {
+            found.AddDevice(*device, false);
         }
+    }
+    const bool isFound = !m_wantedId.IsEmpty() && found.FindDeviceByID(m_wantedId) >= 0;
+    if (!isFound) {
+        ReportLeftOut(cameras);
     }
     DebugOutput("ZQSDK: Scan with UDP finished nofFoundDevices=%d", static_cast<int>(found.GetCount()));
 }
 
+void CZQScanIFZqUDP::ReportLeftOut(const CZQUdpSearch::Cameras& cameras) {
+    std::size_t nofUnfinished = 0;
+    for (const auto& camera : cameras) {
+        try {
+            camera->RethrowFailure();
+        } catch (CZQException& exception) {
+            ReportRecovered(exception, camera->ToText(), ZQ_HERE("CZQScanIFZqUDP::Scan"));
+            continue;
+        }
+        if (!camera->GetDevice()) {
+            ++nofUnfinished;
+            DebugOutput("ZQSDK: !! %s: left out, not all answers came while there was time",
+                        camera->ToText().c_str());
+        }
+    }
+    if (nofUnfinished > 0) {
+        CZQException exception(ZQ_HERE("CZQScanIFZqUDP::Scan"), ZQ_ERR_COM_TIMEOUT,
+                               "%zu cameras could not be identified within the scan's time", nofUnfinished);
+        ReportRecovered(exception, ZQ_HERE("CZQScanIFZqUDP::Scan"));
+    }
+}
+
 void CZQScanIFZqUDP::Update(CZQDeviceInfo& device) {
+    m_wantedId = device.GetDeviceID();
     UpdateByScan(*this, device, ZQ_HERE("CZQScanIFZqUDP::Update"));
 }
 

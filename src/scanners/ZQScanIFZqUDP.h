@@ -1,23 +1,31 @@
 #pragma once
 
+#include <memory>
+
 #include "devices/ZQScanIFBase.h"
-#include "scanners/ZQUdpDiscovery.h"
+#include "scanners/ZQUdpSearch.h"
 
 namespace ZQAPI {
 
 // Finds the maker's network cameras by UDP broadcast and identifies each through the UDP command module.
 class CZQScanIFZqUDP : public CZQScanIFBase {
 public:
-    // Reads "IPPort", "NofScanCycles", "ScanTimeMs" and "BindToNetworkCard" from the section; a missing key
-    // keeps its default. A cycle count of 0 or less: nothing is sent, nothing found.
+    // The section's settings as ReadUdpDiscoverySettings reads them. The time that a scan or re-check takes
+    // at most begins here.
     CZQScanIFZqUDP(const CZQString& apiIniPath, const CZQString& section);
 
     // A camera that can't be identified is logged, handed to the error reporter and left out.
     void Scan(CZQDeviceList& found) override;
+    // Ends as soon as the device has been identified. Of two cameras with one identifier the one that answers
+    // first counts.
     void Update(CZQDeviceInfo& device) override;
+    void Stop() noexcept override { m_search->Stop(); }
 
 private:
-    UdpDiscoverySettings m_settings;
+    static void ReportLeftOut(const CZQUdpSearch::Cameras& cameras);
+
+    const std::shared_ptr<CZQUdpSearch> m_search;
+    CZQString m_wantedId;  // of a re-check
 };
 
 }  // namespace ZQAPI

@@ -1,7 +1,10 @@
 #include "scanners/ZQScannerErrors.h"
 
+#include <new>
+
 #include "communication/ZQErrorReporter.h"
 #include "foundation/ZQLogger.h"
+#include "foundation/ZQSystem.h"
 
 namespace ZQAPI {
 
@@ -10,6 +13,17 @@ void ReportRecovered(CZQException& exception, const SourceLocation& caughtAt) no
     exception.SetSeverity(kSeverityRecovered);
     LogException(kLogLevel, exception);
     ReportError(exception);
+}
+
+void ReportRecovered(CZQException& exception, const CZQString& camera,
+                     const SourceLocation& caughtAt) noexcept {
+    try {
+        const CZQString text = exception.GetExtraText();
+        exception.SetExtraText("%s%s%s", camera.c_str(), text.IsEmpty() ? "" : "; ", text.c_str());
+    } catch (const std::bad_alloc&) {
+        DebugOutput("ZQSDK: !! no memory to name the camera: %s", camera.c_str());
+    }
+    ReportRecovered(exception, caughtAt);
 }
 
 CZQException DeviceGone(const SourceLocation& thrownAt, const CZQDeviceInfo& device) {

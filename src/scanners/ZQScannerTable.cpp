@@ -74,7 +74,7 @@ const Row* FindRow(const CZQString& name) {
 
 CZQString ScannerNameOfNumber(std::int32_t number) {
     if (number < 0 || number >= ZQDEV_NOF_SCANNERS) {
-        throw CZQException(ZQ_HERE("ScannerNameOfNumber"), ZQ_ERR_NULL_INPUT, "Scanner=%ld",
+        throw CZQException(ZQ_HERE("CZQDeviceAPI::ScanForDevices"), ZQ_ERR_NULL_INPUT, "Scanner=%ld",
                            static_cast<long>(number));
     }
     return kRows[number].name;
@@ -83,8 +83,8 @@ CZQString ScannerNameOfNumber(std::int32_t number) {
 std::unique_ptr<CZQScanIFBase> CreateScanner(const CZQString& name, const CZQString& apiIniPath) {
     const Row* const row = FindRow(name);
     if (row == nullptr) {
-        throw CZQException(ZQ_HERE("CreateScanner"), ZQ_ERR_BAD_VALUE, "Unknown scanner type: '%s'",
-                           name.c_str());
+        throw CZQException(ZQ_HERE("CZQDeviceAPI::CreateScanner"), ZQ_ERR_BAD_VALUE,
+                           "Unknown scanner type: '%s'", name.c_str());
     }
     return row->make(apiIniPath, "DeviceScanner." + name);
 }

@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "foundation/ZQException.h"
+#include "foundation/ZQStopWatch.h"
 #include "foundation/ZQSystem.h"
 #include "scanners/ZQScannerErrors.h"
 #include "scanners/ZQTextCommandCamera.h"
@@ -16,18 +17,21 @@ constexpr std::string_view kQuestion = "SYST:ID?\n";
 constexpr std::string_view kMaker = "Valdremonix";
 constexpr std::size_t kMaxAnswerLength = 64;
 
+// For what an accepted line still has to say; a command module waits no longer for a whole answer.
+constexpr std::uint64_t kMaxRestMs = 1000;
+
 }  // namespace
 
 void CZQSerialLineScanner::Scan(CZQDeviceList& found) {
     const CZQStringArray lines = ListLines();
     for (std::uint32_t i = 0; i < lines.GetSize(); ++i) {
         const CZQString& line = lines.GetAt(i);
-        if (!IsCameraOn(line)) {
-            continue;
-        }
         try {
-            found.AddDevice(Identify(line, i), false);
+            if (IsCameraOn(line)) {
+                found.AddDevice(Identify(line, i), false);
+            }
         } catch (CZQException& exception) {
+            exception.SetExtraText("Address=%s; %s", line.c_str(), exception.GetExtraText().c_str());
             ReportRecovered(exception, ZQ_HERE(m_names.scanMethod));
         }
     }
@@ -35,24 +39,36 @@ void CZQSerialLineScanner::Scan(CZQDeviceList& found) {
 
 void CZQSerialLineScanner::Update(CZQDeviceInfo& device) {
     UpdateByScan(*this, device, ZQ_HERE(m_names.updateMethod));
+    if (m_names.lineIAM != nullptr && device.GetIAM() == m_names.lineIAM) {
+        device.SetIAMAddress(device.GetUsedAddress());
+    }
 }
 
 bool CZQSerialLineScanner::IsCameraOn(const CZQString& line) {
+    std::unique_ptr<CZQComBase> channel;
+    std::string answer;
     try {
-        const std::unique_ptr<CZQComBase> channel = OpenLine(line);
+        channel = OpenLine(line);
         channel->Flush();
         channel->Send(kQuestion.data(), kQuestion.size());
-        return ReadAnswer(*channel).Contains(kMaker);
+        answer = ReadAnswer(*channel);
     } catch (const CZQException& exception) {
         // Nobody is there: the usual case, worth a word to whoever watches and nothing more.
         DebugOutput("ZQSDK: %s: no camera on '%s' (%d)", m_names.scanner, line.c_str(),
                     exception.GetErrorNumber());
         return false;
     }
+    if (answer.find(kMaker) == std::string::npos) {
+        return false;
+    }
+    if (!answer.ends_with('\n')) {
+        SkipRest(*channel);
+    }
+    return true;
 }
 
-// What came until the line feed, or as much as a camera would ever say.
-CZQString CZQSerialLineScanner::ReadAnswer(CZQComBase& channel) const {
+// What came until the line feed, or as much of it as tells the maker.
+std::string CZQSerialLineScanner::ReadAnswer(CZQComBase& channel) const {
     std::string answer;
     while (answer.size() < kMaxAnswerLength && !answer.ends_with('\n')) {
         char byte = 0;
@@ -60,6 +76,26 @@ CZQString CZQSerialLineScanner::ReadAnswer(CZQComBase& channel) const {
         answer += byte;
     }
     return answer;
+}
+
+// Reads to the end of a line that was cut: what came later would be taken for the answer to the next command.
+void CZQSerialLineScanner::SkipRest(CZQComBase& channel) const {
+    const CZQStopWatch watch(true);
+    char byte = 0;
+    try {
+        while (byte != '\n' && watch.GetElapsed() <= kMaxRestMs) {
+            channel.Recv(&byte, 1, m_byteTimeoutMs, false);
+        }
+    } catch (const CZQException& exception) {
+        if (exception.GetErrorNumber() != ZQ_ERR_COM_TIMEOUT) {
+            throw;
+        }
+        return;  // quiet without a line feed: nothing more will come
+    }
+    if (byte != '\n') {
+        throw CZQException(ZQ_HERE("CZQSerialLineScanner::SkipRest"), ZQ_ERR_COM_TIMEOUT,
+                           "The answer does not end");
+    }
 }
 
 CZQDeviceInfo CZQSerialLineScanner::Identify(const CZQString& line, std::uint32_t index) const {

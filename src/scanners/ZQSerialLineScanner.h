@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 
 #include "communication/ZQComBase.h"
 #include "devices/ZQScanIFBase.h"
@@ -16,6 +17,7 @@ struct SSerialScannerNames {
     const char* commandModule;  // its file in the kit's module folder
     const char* scanMethod;     // "CZQScanIFZqRS232::Scan"
     const char* updateMethod;
+    const char* lineIAM;  // the image module whose address is the line, too; null: none
 };
 
 // Finds the maker's cameras on serial lines: asks each line for its identification in turn, takes those whose
@@ -23,8 +25,10 @@ struct SSerialScannerNames {
 class CZQSerialLineScanner : public CZQScanIFBase {
 public:
     // A line that can't be opened or stays silent is passed over without a word; a camera that can't be
-    // identified is logged, handed to the error reporter and left out.
+    // identified, or whose answer does not end, is logged with its line, handed to the error reporter and left
+    // out.
     void Scan(CZQDeviceList& found) final;
+    // As UpdateByScan; IAMAddress follows the line where it is one.
     void Update(CZQDeviceInfo& device) final;
 
 protected:
@@ -43,7 +47,8 @@ protected:
 
 private:
     bool IsCameraOn(const CZQString& line);
-    CZQString ReadAnswer(CZQComBase& channel) const;
+    std::string ReadAnswer(CZQComBase& channel) const;
+    void SkipRest(CZQComBase& channel) const;
     CZQDeviceInfo Identify(const CZQString& line, std::uint32_t index) const;
 
     const SSerialScannerNames m_names;

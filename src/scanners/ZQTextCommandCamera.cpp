@@ -6,11 +6,17 @@
 namespace ZQAPI {
 
 CZQTextCommandCamera::CZQTextCommandCamera(const CZQString& moduleName, const CZQString& commandAddress) {
+    Open(moduleName, commandAddress);
+}
+
+void CZQTextCommandCamera::Open(const CZQString& moduleName, const CZQString& commandAddress) {
     m_ccm.OpenCCM(GetCcmPath() + moduleName, "", commandAddress);
 }
 
 CZQString CZQTextCommandCamera::Ask(const char* command) {
-    return m_ccm.SendCmd(command).TrimRight("\n");
+    CZQString answer = m_ccm.SendCmd(command);
+    m_lastAnswer = Clock::now();
+    return answer.TrimRight("\n");
 }
 
 CZQString CZQTextCommandCamera::AskIdentity(const char* command) {

@@ -1,22 +1,36 @@
 #pragma once
 
+#include <atomic>
+#include <chrono>
+
 #include "communication/ZQCCM.h"
 #include "devices/ZQDeviceInfo.h"
 
 namespace ZQAPI {
 
 // A camera of the maker's behind a command module, asked in text commands who it is.
+// Bound to one thread, but for Abort and LastAnswer.
 class CZQTextCommandCamera {
 public:
+    using Clock = std::chrono::steady_clock;
+
+    CZQTextCommandCamera() = default;
+    CZQTextCommandCamera(const CZQString& moduleName, const CZQString& commandAddress);
+
     // Opens the module file of the kit's module folder ("ZQCCMUdpAPI.dll") with the command address. Errors
     // are CZQCCM's.
-    CZQTextCommandCamera(const CZQString& moduleName, const CZQString& commandAddress);
+    void Open(const CZQString& moduleName, const CZQString& commandAddress);
 
     // Asks for type, serial number and description and fills DeviceTypeByName, DeviceID ("type:serial") and
     // DeviceDesc. See ZQCameraText.h for what becomes of texts that can't be kept.
     void ReadIdentity(CZQDeviceInfo& device);
     void ReadFirmwareVersion(CZQDeviceInfo& device);
     void Close() { m_ccm.CloseCCM(); }
+
+    // For good: a command under way ends with ZQ_ERR_COM_ABORTED, and so does whatever follows.
+    void Abort() noexcept { m_ccm.Abort(); }
+    // When the camera answered last; before its first answer, when this object was made.
+    Clock::time_point LastAnswer() const noexcept { return m_lastAnswer; }
 
 private:
     // The answer without its line feeds.
@@ -25,6 +39,7 @@ private:
     CZQString AskIdentity(const char* command);
 
     CZQCCM m_ccm;
+    std::atomic<Clock::time_point> m_lastAnswer{Clock::now()};
 };
 
 }  // namespace ZQAPI

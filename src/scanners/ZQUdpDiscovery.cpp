@@ -2,14 +2,15 @@
 
 #include <algorithm>
 #include <array>
-#include <iterator>
-#include <string>
+#include <optional>
+#include <system_error>
 #include <thread>
-#include <unordered_set>
+#include <utility>
 
 #include "communication/ZQComNetInterface.h"
 #include "communication/ZQComUDP.h"
 #include "communication/ZQComUDPConfig.h"
+#include "foundation/Io/ZQIniFile.h"
 #include "foundation/ZQException.h"
 #include "foundation/ZQStopWatch.h"
 #include "foundation/ZQSystem.h"
@@ -22,13 +23,14 @@ namespace {
 constexpr std::string_view kRequest = "FFFFFFFFFFFF:SYST:NET:IP?\n";
 constexpr const char* kBroadcastAddress = "255.255.255.255";
 constexpr std::size_t kMaxAnswerSize = 63;
-constexpr std::size_t kHardwareAddressLength = 12;
 
-using Answers = std::vector<SUdpDeviceConnInfo>;
+// That the search is to end is noticed within this time.
+constexpr std::uint32_t kMaxWaitMs = 5;
+
+using AnswerBuffer = std::array<char, kMaxAnswerSize + 1>;
 
 // Takes one datagram off the channel; none when the time passed without one.
-std::optional<std::string_view> ReceiveAnswer(CZQComUDP& channel,
-                                              std::array<char, kMaxAnswerSize + 1>& buffer,
+std::optional<std::string_view> ReceiveAnswer(CZQComUDP& channel, AnswerBuffer& buffer,
                                               std::uint32_t timeoutMs) {
     buffer.fill('\0');
     try {
@@ -42,111 +44,145 @@ std::optional<std::string_view> ReceiveAnswer(CZQComUDP& channel,
     return buffer.data();
 }
 
-// Discovery on one socket.
-void Discover(const CZQComUDPConfig& config, const CZQString& localAddress,
-              const UdpDiscoverySettings& settings, Answers& answers) {
-    CZQComUDP channel;
-    channel.Open(config);
-    channel.Flush();
+// One search over all its sockets.
+class Discovery {
+public:
+    Discovery(const UdpDiscoverySettings& settings, const UdpHeardCallback& onHeard,
+              const UdpGoesOnCallback& goesOn)
+        : m_settings(settings), m_onHeard(onHeard), m_goesOn(goesOn) {}
 
-    // More cycles than milliseconds would only flood the network.
-    const std::uint32_t nofCycles = std::min(settings.nofCycles, std::max(settings.scanTimeMs, 1U));
-    const std::uint64_t cycleMs = nofCycles == 0 ? 0 : settings.scanTimeMs / nofCycles;
-    std::unordered_set<std::string> known;
-    std::array<char, kMaxAnswerSize + 1> buffer{};
-    // All cycles go by one watch: a cycle that ends a little late takes nothing from the whole.
-    const CZQStopWatch watch(true);
-    for (std::uint32_t cycle = 0; cycle < nofCycles; ++cycle) {
-        channel.Send(kRequest.data(), static_cast<std::uint32_t>(kRequest.size()));
-        const std::uint64_t cycleEndMs = (cycle + 1) * cycleMs;
-        for (std::uint64_t now = watch.GetElapsed(); now < cycleEndMs; now = watch.GetElapsed()) {
-            const auto datagram =
-                ReceiveAnswer(channel, buffer, static_cast<std::uint32_t>(cycleEndMs - now));
-            if (!datagram) {
-                break;
-            }
-            auto answer = ParseUdpAnswer(*datagram);
-            if (answer && known.insert(answer->hardwareAddress.str()).second) {
-                answer->localAddress = localAddress;
-                answers.push_back(*std::move(answer));
-            }
-        }
+    void Run() { m_settings.bindToNetworkCard ? ListenOnAllCards() : Listen(BroadcastConfig(), 0, ""); }
+
+private:
+    CZQComUDPConfig BroadcastConfig() const {
+        CZQComUDPConfig config;
+        config.SetHostName(kBroadcastAddress);
+        config.SetPortNumber(m_settings.port);
+        return config;
     }
-    channel.Close();
-}
 
-CZQComUDPConfig BroadcastConfig(const UdpDiscoverySettings& settings) {
-    CZQComUDPConfig config;
-    config.SetHostName(kBroadcastAddress);
-    config.SetPortNumber(settings.port);
-    return config;
-}
+    void ListenOnAllCards() {
+        std::vector<CZQComNetInterface> cards;
+        CZQComNetInterface::SearchForInterfaces(cards);
+        std::erase_if(cards, [](const CZQComNetInterface& card) { return !card.IsSuitableForBroadcast(); });
 
-void DiscoverOnInterface(const CZQComNetInterface& card, const UdpDiscoverySettings& settings,
-                         Answers& answers) noexcept {
-    try {
-        CZQComUDPConfig config = BroadcastConfig(settings);
-        config.SetBoundInterface(&card);
-        DebugOutput("ZQSDK: Scan with UDP: %s", card.ToString().c_str());
-        Discover(config, card.GetAddressText(), settings, answers);
-    } catch (const CZQException& exception) {
-        DebugOutput("%s", exception.ToString().c_str());
-    } catch (...) {
-        DebugOutput("ZQSDK: Critical error in ScannerThread");
-    }
-}
-
-Answers DiscoverOnAllInterfaces(const UdpDiscoverySettings& settings) {
-    std::vector<CZQComNetInterface> cards;
-    CZQComNetInterface::SearchForInterfaces(cards);
-    std::erase_if(cards, [](const CZQComNetInterface& card) { return !card.IsSuitableForBroadcast(); });
-
-    std::vector<Answers> perCard(cards.size());
-    {
         std::vector<std::jthread> threads;
+        threads.reserve(cards.size());
         for (std::size_t i = 0; i < cards.size(); ++i) {
-            threads.emplace_back([&card = cards[i], &settings, &answers = perCard[i]] {
-                DiscoverOnInterface(card, settings, answers);
-            });
-        }
-    }
-
-    Answers merged;
-    std::unordered_set<std::string> known;
-    for (Answers& answers : perCard) {
-        for (SUdpDeviceConnInfo& answer : answers) {
-            if (known.insert(answer.hardwareAddress.str()).second) {
-                merged.push_back(std::move(answer));
+            const auto listen = [this, &card = cards[i], i] { ListenOnCard(card, i); };
+            try {
+                threads.emplace_back(listen);
+            } catch (const std::system_error&) {
+                listen();  // no thread to be had: this card takes its time on this one
             }
         }
     }
-    return merged;
+
+    void ListenOnCard(const CZQComNetInterface& card, std::size_t index) noexcept {
+        try {
+            CZQComUDPConfig config = BroadcastConfig();
+            config.SetBoundInterface(&card);
+            DebugOutput("ZQSDK: Scan with UDP: %s", card.ToString().c_str());
+            Listen(config, index, card.GetAddressText());
+        } catch (const CZQException& exception) {
+            DebugOutput("%s", exception.ToString().c_str());
+        } catch (...) {
+            DebugOutput("ZQSDK: Critical error in ScannerThread");
+        }
+    }
+
+    // On one socket.
+    void Listen(const CZQComUDPConfig& config, std::size_t card, const CZQString& localAddress) {
+        // It is not flushed: that would send the request to whoever has found its port already.
+        CZQComUDP channel;
+        channel.Open(config);
+
+        // More cycles than milliseconds would only flood the network.
+        const std::uint32_t nofCycles = std::min(m_settings.nofCycles, std::max(m_settings.scanTimeMs, 1U));
+        const std::uint64_t cycleMs = nofCycles == 0 ? 0 : m_settings.scanTimeMs / nofCycles;
+        AnswerBuffer buffer{};
+        // All cycles go by one watch: a cycle that ends a little late takes nothing from the whole.
+        const CZQStopWatch watch(true);
+        for (std::uint32_t cycle = 0; cycle < nofCycles && m_goesOn(); ++cycle) {
+            channel.Send(kRequest.data(), static_cast<std::uint32_t>(kRequest.size()));
+            const std::uint64_t cycleEndMs = (cycle + 1) * cycleMs;
+            for (std::uint64_t now = watch.GetElapsed(); now < cycleEndMs && m_goesOn();
+                 now = watch.GetElapsed()) {
+                const auto leftMs = static_cast<std::uint32_t>(cycleEndMs - now);
+                if (!channel.WaitForDatagram(std::min(leftMs, kMaxWaitMs))) {
+                    continue;
+                }
+                const auto text = ReceiveAnswer(channel, buffer, leftMs);
+                if (!text) {
+                    break;
+                }
+                Hear({*text, platform::SwapAddress(channel.GetSender().addressBe), localAddress}, card);
+            }
+        }
+        channel.Close();
+    }
+
+    void Hear(const SUdpDatagram& datagram, std::size_t card) {
+        const SUdpAnswer answer = ReadUdpAnswer(datagram);
+        if (answer.camera) {
+            m_onHeard(card, *answer.camera);
+        } else {
+            m_ignored.Add(datagram, answer.whyNot);
+        }
+    }
+
+    const UdpDiscoverySettings& m_settings;
+    const UdpHeardCallback& m_onHeard;
+    const UdpGoesOnCallback& m_goesOn;
+    CZQIgnoredDatagrams m_ignored;
+};
+
+void ReadCount(CZQIniFile& ini, const char* key, std::uint32_t& value) {
+    if (ini.KeyExists(key)) {
+        std::int32_t number = 0;
+        ini.ReadLong(key, number);
+        value = static_cast<std::uint32_t>(std::max(number, 0));
+    }
+}
+
+void ReadPort(CZQIniFile& ini, std::uint16_t& port) {
+    if (!ini.KeyExists("IPPort")) {
+        return;
+    }
+    std::int32_t number = 0;
+    ini.ReadLong("IPPort", number);
+    if (!std::in_range<std::uint16_t>(number)) {
+        throw CZQException(ZQ_HERE("CZQScanIFZqUDP::CZQScanIFZqUDP"), ZQ_ERR_BAD_VALUE, "IPPort=%ld",
+                           static_cast<long>(number));
+    }
+    port = static_cast<std::uint16_t>(number);
 }
 
 }  // namespace
 
-std::optional<SUdpDeviceConnInfo> ParseUdpAnswer(std::string_view datagram) {
-    if (datagram.size() <= kHardwareAddressLength || datagram[kHardwareAddressLength] != ':' ||
-        datagram.back() != '\n') {
-        return std::nullopt;
+UdpDiscoverySettings ReadUdpDiscoverySettings(CZQIniFile& ini) {
+    UdpDiscoverySettings settings;
+    ReadPort(ini, settings.port);
+    ReadCount(ini, "NofScanCycles", settings.nofCycles);
+    ReadCount(ini, "ScanTimeMs", settings.scanTimeMs);
+    if (ini.KeyExists("BindToNetworkCard")) {
+        ini.ReadBool("BindToNetworkCard", settings.bindToNetworkCard);
     }
-    SUdpDeviceConnInfo answer;
-    answer.hardwareAddress = datagram.substr(0, kHardwareAddressLength);
-    answer.ipAddress = datagram.substr(kHardwareAddressLength + 1);
-    answer.ipAddress.TrimRight("\n");
-    if (answer.ipAddress.IsEmpty()) {
-        return std::nullopt;
-    }
-    return answer;
+    return settings;
+}
+
+void ListenForUdpDevices(const UdpDiscoverySettings& settings, const UdpHeardCallback& onHeard,
+                         const UdpGoesOnCallback& goesOn) {
+    Discovery(settings, onHeard, goesOn).Run();
 }
 
 std::vector<SUdpDeviceConnInfo> DiscoverUdpDevices(const UdpDiscoverySettings& settings) {
-    if (settings.bindToNetworkCard) {
-        return DiscoverOnAllInterfaces(settings);
-    }
-    Answers answers;
-    Discover(BroadcastConfig(settings), "", settings, answers);
-    return answers;
+    CZQUdpCameras cameras;
+    ListenForUdpDevices(
+        settings,
+        [&cameras](std::size_t card, const SUdpDeviceConnInfo& camera) { cameras.Add(card, camera); },
+        [] { return true; });
+    return cameras.Take();
 }
 
 }  // namespace ZQAPI

@@ -3,35 +3,40 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
-#include <string_view>
+#include <functional>
 #include <vector>
 
-#include "foundation/ZQString.h"
+#include "scanners/ZQUdpAnswers.h"
 
 namespace ZQAPI {
 
-// One camera's answer.
-struct SUdpDeviceConnInfo {
-    CZQString hardwareAddress;  // 12 characters
-    CZQString ipAddress;
-    CZQString
-        localAddress;  // the local interface that heard it, dotted; empty when the socket was bound to none
-};
+class CZQIniFile;
 
 struct UdpDiscoverySettings {
     std::uint16_t port = 19380;
-    std::uint32_t nofCycles = 5;       // how often the request is sent
+    std::uint32_t nofCycles = 5;       // how often the request is sent; 0: nothing is sent, nothing found
     std::uint32_t scanTimeMs = 10000;  // listening time, shared equally by the cycles
     bool bindToNetworkCard = false;    // one broadcast per suitable interface instead of one in all
 };
 
-// The camera behind an answer datagram; none when it is no such answer.
-std::optional<SUdpDeviceConnInfo> ParseUdpAnswer(std::string_view datagram);
+// "IPPort", "NofScanCycles", "ScanTimeMs" and "BindToNetworkCard" of the file's section; a missing key keeps
+// its default. A port outside 0 to 65535: ZQ_ERR_BAD_VALUE, "IPPort=%ld". Counts below 0 are 0.
+UdpDiscoverySettings ReadUdpDiscoverySettings(CZQIniFile& ini);
 
-// Broadcasts and listens for `scanTimeMs`. Each hardware address once, in the order heard; over several
-// interfaces the first interface that heard a camera wins. Without bindToNetworkCard the channel's errors are
-// thrown; with it they end the search on their interface, one thread each, and go to the debug output.
+// Told of each answer that counts, repeats too, at the moment it is heard; `card` as CZQUdpCameras::Add takes
+// it. Called on the listening threads, several at once: it must be quick, or answers are lost.
+using UdpHeardCallback = std::function<void(std::size_t card, const SUdpDeviceConnInfo& camera)>;
+
+// Whether to go on sending and listening; asked every few milliseconds on the listening threads.
+using UdpGoesOnCallback = std::function<bool()>;
+
+// Broadcasts and listens for `scanTimeMs`. Without bindToNetworkCard the channel's errors are thrown; with it
+// they end the search on their interface, one thread each, and go to the debug output. What comes in and
+// counts for nothing is told there too.
+void ListenForUdpDevices(const UdpDiscoverySettings& settings, const UdpHeardCallback& onHeard,
+                         const UdpGoesOnCallback& goesOn);
+
+// The same, and what was heard in all, as CZQUdpCameras has it.
 std::vector<SUdpDeviceConnInfo> DiscoverUdpDevices(const UdpDiscoverySettings& settings);
 
 }  // namespace ZQAPI

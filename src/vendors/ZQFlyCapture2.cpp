@@ -41,8 +41,12 @@ CZQFlyCapture2::CZQFlyCapture2(const CZQString& folder) {
         {"FlyCapture2_C_v100.dll", "FlyCapture2_C.dll", "FlyCapture2_C_v140.dll", "FlyCapture2_C_v120.dll",
          "FlyCapture2_C_v110.dll", "FlyCapture2_C_v90.dll", "libflycapture-c.so", "libflycapture-c.so.2"},
         kNames, m_slots.data());
+    const SourceLocation here = ZQ_HERE("CZQFlyCapture2::CZQFlyCapture2");
     void* context = nullptr;
-    Call<CreateContext>(ZQ_HERE("CZQFlyCapture2::CZQFlyCapture2"), kCreateContext, &context);
+    Call<CreateContext>(here, kCreateContext, &context);
+    if (context == nullptr) {
+        throw CZQException(here, ZQ_ERR_VENDOR_LIBRARY, "Function=%s; no context", kNames[kCreateContext]);
+    }
     m_context = ReleasedBy(kDestroyContext, context);
 }
 
@@ -83,7 +87,7 @@ CZQString CZQFlyCapture2::ReadModel(const SourceLocation& here) {
     CZQForeignRecord info(kInfoRoom);
     Call<GetCameraInfo>(here, kGetCameraInfo, m_context.get(), info.GetData());
     const bool isEarly = info.GetNumber(kEarlyModel) > kMaxTruthValue;
-    return FieldText(here, info.GetField(isEarly ? kEarlyModel : kModel, kModelSize));
+    return FieldText(info.GetField(isEarly ? kEarlyModel : kModel, kModelSize));
 }
 
 }  // namespace ZQAPI

@@ -10,7 +10,7 @@ CZQFx::CZQFx(const CZQString& folder)
 
 SFxCamera CZQFx::GetCamera(std::uint32_t index) {
     const auto info = ReadCameraInfo<ZQFX_CAMERA_INFO>(index);
-    return {InfoText(info.model), info.vendorId, info.modelId, info.serialNumber};
+    return {FieldText(info.model), info.vendorId, info.modelId, info.serialNumber};
 }
 
 }  // namespace ZQAPI

@@ -2,6 +2,7 @@
 
 #include <iterator>
 #include <mutex>
+#include <utility>
 
 #include "devices/ZQSdkPaths.h"
 #include "foundation/ZQNoDestructor.h"
@@ -14,9 +15,11 @@ namespace {
 constexpr const char* kNames[] = {ZQ_GIGE_FUNCTIONS(ZQ_GIGE_NAME) ""};
 #undef ZQ_GIGE_NAME
 
+// The mutex is never held while the library's code runs.
 struct SharedSlot {
-    std::mutex mutex;
+    std::mutex mutex;  // guards the rest
     std::shared_ptr<const CZQGigE> library;
+    std::uint32_t nofReleases = 0;
 };
 
 SharedSlot& GetSharedSlot() {
@@ -42,23 +45,31 @@ CZQGigE::CZQGigE(const CZQString& folder) {
 
 std::shared_ptr<const CZQGigE> CZQGigE::Shared() {
     SharedSlot& slot = GetSharedSlot();
-    const std::lock_guard lock(slot.mutex);
-    if (slot.library == nullptr) {
-        slot.library = std::make_shared<CZQGigE>(GetBinPath());
+    std::unique_lock lock(slot.mutex);
+    if (slot.library != nullptr) {
+        return slot.library;
     }
-    return slot.library;
+    const std::uint32_t nofReleases = slot.nofReleases;
+    lock.unlock();
+    auto library = std::make_shared<const CZQGigE>(GetBinPath());
+    lock.lock();
+    // Released meanwhile: then this is its last user's.
+    if (slot.nofReleases == nofReleases) {
+        slot.library = library;
+    }
+    return library;
 }
 
-void CZQGigE::ReleaseShared() noexcept {
+std::shared_ptr<const CZQGigE> CZQGigE::ReleaseShared() noexcept {
     SharedSlot& slot = GetSharedSlot();
     const std::lock_guard lock(slot.mutex);
-    slot.library.reset();
+    ++slot.nofReleases;
+    return std::exchange(slot.library, nullptr);
 }
 
-void CZQGigE::CheckDriver() const {
+void CZQGigE::CheckDriver(const SourceLocation& here) const {
     if (m_functions.isDriverAvailable() == 0) {
-        throw CZQException(ZQ_HERE("CZQGigE::CheckDriver"), ZQ_ERR_VENDOR_LIBRARY,
-                           "GigE API: driver is not available");
+        throw CZQException(here, ZQ_ERR_VENDOR_LIBRARY, "GigE API: driver is not available");
     }
 }
 

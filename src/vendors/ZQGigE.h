@@ -40,14 +40,16 @@ public:
     explicit CZQGigE(const CZQString& folder);
 
     // The one that all of the process share, from the kit's bin path; loaded when it is first asked for, and
-    // tried again after a failure. Thread-safe.
+    // tried again after a failure. For whoever has the library's turn (CZQVendorGuard): loading it runs its
+    // code.
     static std::shared_ptr<const CZQGigE> Shared();
-    // Frees it as soon as nobody uses it: with the last de-initialisation. An application that leaves this
-    // out leaves it loaded, for a driver's threads could not end while the system unloads this library.
-    static void ReleaseShared() noexcept;
+    // With the last de-initialisation: the process shares it no more, and whoever lets go of it last frees it,
+    // which runs its code. Null when there is none. Never waits. An application that leaves this out leaves
+    // it loaded, for a driver's threads could not end while the system unloads this library.
+    static std::shared_ptr<const CZQGigE> ReleaseShared() noexcept;
 
-    // A driver that is not available now: ZQ_ERR_VENDOR_LIBRARY.
-    void CheckDriver() const;
+    // A driver that is not available now: ZQ_ERR_VENDOR_LIBRARY, thrown at `here`.
+    void CheckDriver(const SourceLocation& here) const;
 
     const SGigEFunctions& Functions() const noexcept { return m_functions; }
 

@@ -7,19 +7,19 @@ namespace ZQAPI {
 namespace {
 
 // For the steps that have a text of their own, with the library's status in it.
-void CheckStep(const char* step, std::int32_t status) {
+void CheckStep(const SourceLocation& here, const char* step, std::int32_t status) {
     if (status != ZQVENDOR_OK) {
-        throw CZQException(ZQ_HERE("CZQGigECamera::ChangeAddress"), ZQ_ERR_VENDOR_LIBRARY,
-                           "GigE API: %s failed (%d)", step, static_cast<int>(status));
+        throw CZQException(here, ZQ_ERR_VENDOR_LIBRARY, "GigE API: %s failed (%d)", step,
+                           static_cast<int>(status));
     }
 }
 
 // A connection that is open while the object lives.
 class CConnection {
 public:
-    CConnection(const SGigEFunctions& functions, ZQGIGE_CAMERA camera)
+    CConnection(const SGigEFunctions& functions, ZQGIGE_CAMERA camera, const SourceLocation& here)
         : m_functions(functions), m_camera(camera) {
-        CheckStep("open connection", m_functions.Camera_open(m_camera));
+        CheckStep(here, "open connection", m_functions.Camera_open(m_camera));
     }
     CConnection(const CConnection&) = delete;
     CConnection& operator=(const CConnection&) = delete;
@@ -33,19 +33,9 @@ private:
 }  // namespace
 
 CZQString CZQGigECamera::Text(const char* function, ReadText read, std::uint32_t size) const {
-    const SourceLocation here = ZQ_HERE("CZQGigECamera::Text");
     std::vector<char> text(size);
-    CZQGigE::Check(here, function, read(m_camera, text.data(), size));
-    return CZQGigE::FieldText(here, text);
-}
-
-CZQString CZQGigECamera::RequiredText(const char* function, ReadText read, std::uint32_t size) const {
-    CZQString text = Text(function, read, size);
-    if (text.IsEmpty()) {
-        throw CZQException(ZQ_HERE("CZQGigECamera::RequiredText"), ZQ_ERR_VENDOR_LIBRARY,
-                           "Function=%s; the text is empty", function);
-    }
-    return text;
+    CZQGigE::Check(ZQ_HERE("CZQGigECamera::Text"), function, read(m_camera, text.data(), size));
+    return CZQGigE::FieldText(text);
 }
 
 CZQString CZQGigECamera::GetModelName() const {
@@ -53,39 +43,36 @@ CZQString CZQGigECamera::GetModelName() const {
 }
 
 CZQString CZQGigECamera::GetSerialNumber() const {
-    return RequiredText("Camera_getSerialNumber", m_library.Functions().Camera_getSerialNumber,
-                        ZQVENDOR_SERIAL_NUMBER_SIZE);
+    return Text("Camera_getSerialNumber", m_library.Functions().Camera_getSerialNumber,
+                ZQVENDOR_SERIAL_NUMBER_SIZE);
 }
 
 CZQString CZQGigECamera::GetMacAddress() const {
-    return RequiredText("Camera_getMacAddress", m_library.Functions().Camera_getMacAddress,
-                        ZQVENDOR_ADDRESS_SIZE);
+    return Text("Camera_getMacAddress", m_library.Functions().Camera_getMacAddress, ZQVENDOR_ADDRESS_SIZE);
 }
 
 CZQString CZQGigECamera::GetIPAddress() const {
-    return RequiredText("Camera_getIPAddress", m_library.Functions().Camera_getIPAddress,
-                        ZQVENDOR_ADDRESS_SIZE);
+    return Text("Camera_getIPAddress", m_library.Functions().Camera_getIPAddress, ZQVENDOR_ADDRESS_SIZE);
 }
 
 CZQString CZQGigECamera::GetDeviceVersion() const {
-    const CZQString version =
-        Text("Camera_getDeviceVersion", m_library.Functions().Camera_getDeviceVersion, ZQVENDOR_ADDRESS_SIZE);
-    return version.IsEmpty() ? "-.-" : version;
+    return Text("Camera_getDeviceVersion", m_library.Functions().Camera_getDeviceVersion,
+                ZQVENDOR_ADDRESS_SIZE);
 }
 
-void CZQGigECamera::ChangeAddress(const CZQString& ipAddress, const CZQString& subnetMask) const {
+void CZQGigECamera::ChangeAddress(const CZQString& ipAddress, const CZQString& subnetMask,
+                                  const SourceLocation& here) const {
     const SGigEFunctions& functions = m_library.Functions();
-    CheckStep("force valid network address", functions.Camera_forceValidNetworkAddress(m_camera));
-    const CConnection connection(functions, m_camera);
-    CheckStep("set IP address",
+    CheckStep(here, "force valid network address", functions.Camera_forceValidNetworkAddress(m_camera));
+    const CConnection connection(functions, m_camera, here);
+    CheckStep(here, "set IP address",
               functions.Camera_setIPAddress(m_camera, ipAddress.c_str(), subnetMask.c_str()));
 }
 
-CZQGigECameras::CZQGigECameras(const CZQGigE& library, std::int32_t kind)
+CZQGigECameras::CZQGigECameras(const CZQGigE& library, std::int32_t kind, const SourceLocation& here)
     : m_library(library),
       m_container(library.Functions().CameraContainer_create(kind),
                   library.Functions().CameraContainer_delete) {
-    const SourceLocation here = ZQ_HERE("CZQGigECameras::CZQGigECameras");
     if (m_container == nullptr) {
         throw CZQException(here, ZQ_ERR_VENDOR_LIBRARY, "CameraContainer could not be opened");
     }

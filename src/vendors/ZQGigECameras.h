@@ -6,8 +6,8 @@
 
 namespace ZQAPI {
 
-// One camera of a CZQGigECameras, which must outlive it. A text that can't be read is ZQ_ERR_VENDOR_LIBRARY,
-// and so is an empty serial number or address.
+// One camera of a CZQGigECameras, which must outlive it. A text that can't be read is ZQ_ERR_VENDOR_LIBRARY;
+// one that can may hold anything.
 class CZQGigECamera {
 public:
     CZQGigECamera(const CZQGigE& library, ZQGIGE_CAMERA camera) : m_library(library), m_camera(camera) {}
@@ -16,22 +16,18 @@ public:
     CZQString GetSerialNumber() const;
     CZQString GetMacAddress() const;
     CZQString GetIPAddress() const;
-    // "-.-" for a camera that tells none.
     CZQString GetDeviceVersion() const;
 
-    // What it is known by in the device list: model name, a colon, serial number.
-    CZQString GetDeviceID() const { return GetModelName() + ":" + GetSerialNumber(); }
-
     // Gives the camera a new address and subnet mask. Each step that fails is ZQ_ERR_VENDOR_LIBRARY with a
-    // text of its own; the connection is closed in any case.
-    void ChangeAddress(const CZQString& ipAddress, const CZQString& subnetMask) const;
+    // text of its own, thrown at `here`; the connection is closed in any case.
+    void ChangeAddress(const CZQString& ipAddress, const CZQString& subnetMask,
+                       const SourceLocation& here) const;
 
 private:
     using ReadText = decltype(&Camera_getModelName);
 
     // A text of at most `size` characters.
     CZQString Text(const char* function, ReadText read, std::uint32_t size) const;
-    CZQString RequiredText(const char* function, ReadText read, std::uint32_t size) const;
 
     const CZQGigE& m_library;
     ZQGIGE_CAMERA m_camera;
@@ -41,8 +37,9 @@ private:
 // library must outlive it.
 class CZQGigECameras {
 public:
-    // ZQGIGE_KIND_...; a container that can't be made, a failed discovery: ZQ_ERR_VENDOR_LIBRARY.
-    CZQGigECameras(const CZQGigE& library, std::int32_t kind);
+    // ZQGIGE_KIND_...; a container that can't be made, a failed discovery: ZQ_ERR_VENDOR_LIBRARY, thrown at
+    // `here`.
+    CZQGigECameras(const CZQGigE& library, std::int32_t kind, const SourceLocation& here);
 
     std::uint32_t GetCount() const;
     // Nothing for a camera that has gone.

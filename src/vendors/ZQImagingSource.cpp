@@ -10,7 +10,7 @@ CZQImagingSource::CZQImagingSource(const CZQString& folder)
 
 SImagingSourceCamera CZQImagingSource::GetCamera(std::uint32_t index) {
     const auto info = ReadCameraInfo<ZQIC_CAMERA_INFO>(index);
-    return {InfoText(info.model), info.serialNumber};
+    return {FieldText(info.model), info.serialNumber};
 }
 
 }  // namespace ZQAPI

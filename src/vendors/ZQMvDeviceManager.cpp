@@ -72,8 +72,8 @@ SMvCamera CZQMvDeviceManager::GetCamera(std::uint32_t index) {
     std::size_t size = GetInfoSize(here, device);
     CZQForeignRecord info(kMaxInfoSize);
     Call<GetDeviceInfoEx>(here, kGetDeviceInfoEx, device, kDeviceInfo, info.GetData(), &size);
-    return {FieldText(here, info.GetField(kProduct, kTextSize)),
-            FieldText(here, info.GetField(kSerialNumber, kTextSize))};
+    return {FieldText(info.GetField(kProduct, kTextSize)),
+            FieldText(info.GetField(kSerialNumber, kTextSize))};
 }
 
 std::size_t CZQMvDeviceManager::GetInfoSize(const SourceLocation& here, std::int32_t device) {

@@ -19,7 +19,7 @@ CZQPleora::CZQPleora(const CZQString& folder)
 
 SPleoraCamera CZQPleora::GetCamera(std::uint32_t index) {
     const auto info = ReadCameraInfo<ZQPLEORA_CAMERA_INFO>(index);
-    return {InfoText(info.model), InfoText(info.serialNumber), InfoText(info.ipAddress)};
+    return {FieldText(info.model), FieldText(info.serialNumber), FieldText(info.ipAddress)};
 }
 
 void CZQPleora::SetIpAddress(const CZQString& deviceId, const CZQString& ipAddress) {

@@ -9,8 +9,6 @@ struct SPleoraCamera {
     CZQString model;
     CZQString serialNumber;
     CZQString ipAddress;
-
-    CZQString GetDeviceID() const { return model + ":" + serialNumber; }
 };
 
 // The wrapper over the Pleora library. Bound to one thread.

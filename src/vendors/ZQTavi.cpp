@@ -10,7 +10,7 @@ CZQTavi::CZQTavi(const CZQString& folder)
 
 STaviCamera CZQTavi::GetCamera(std::uint32_t index) {
     const auto info = ReadCameraInfo<ZQTAVI_CAMERA_INFO>(index);
-    return {info.boardNumber, InfoText(info.serialNumber)};
+    return {info.boardNumber, FieldText(info.serialNumber)};
 }
 
 }  // namespace ZQAPI

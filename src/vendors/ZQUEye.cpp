@@ -42,10 +42,12 @@ std::uint32_t CZQUEye::GetNofCameras() {
     for (int reads = 0; reads < kMaxReads; ++reads) {
         m_list = CZQForeignRecord(kCameras + room * kCameraSize + kSpareRoom);
         m_list.SetNumber(kCount, room);
-        Check(here, kNames[kGetCameraList],
-              reinterpret_cast<GetCameraList>(m_slots[kGetCameraList])(m_list.GetData()));
+        const std::int32_t status =
+            reinterpret_cast<GetCameraList>(m_slots[kGetCameraList])(m_list.GetData());
         const std::uint32_t listed = CheckCount(here, kNames[kGetCameraList], m_list.GetNumber(kCount));
+        // More than there is room for is told by the count, whether or not the call fails with it.
         if (listed <= room) {
+            Check(here, kNames[kGetCameraList], status);
             m_count = listed;
             return m_count;
         }
@@ -61,8 +63,8 @@ SUEyeCamera CZQUEye::GetCamera(std::uint32_t index) {
         throw CZQException(here, ZQ_ERR_BAD_INDEX, "Index=%lu", static_cast<unsigned long>(index));
     }
     const std::size_t camera = kCameras + index * kCameraSize;
-    return {FieldText(here, m_list.GetField(camera + kModel, kTextSize)),
-            FieldText(here, m_list.GetField(camera + kSerialNumber, kTextSize))};
+    return {FieldText(m_list.GetField(camera + kModel, kTextSize)),
+            FieldText(m_list.GetField(camera + kSerialNumber, kTextSize))};
 }
 
 }  // namespace ZQAPI

@@ -50,7 +50,7 @@ SUsb2Camera CZQUsb2::GetCamera(std::uint32_t index) {
     const COpenCamera camera(*this, index);
     const CZQSpiRegisters registers(
         [&camera](std::uint16_t address) { return camera.ReadSpiRegister(address); });
-    return {registers.GetType(), registers.GetSerialNumber(), InfoText(info.location)};
+    return {registers.GetType(), registers.GetSerialNumber(), FieldText(info.location)};
 }
 
 }  // namespace ZQAPI

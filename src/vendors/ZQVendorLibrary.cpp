@@ -3,7 +3,7 @@
 #include <ZQAPI/vendors/ZQVendorLibrary.h>
 
 #include <algorithm>
-#include <optional>
+#include <vector>
 
 #include "foundation/ZQSystem.h"
 
@@ -11,21 +11,12 @@ namespace ZQAPI {
 
 void CZQVendorLibrary::OpenFirst(const CZQString& folder, std::initializer_list<const char*> fileNames,
                                  const char* const* names, void** slots) {
-    std::optional<CZQException> first;
+    std::vector<CZQString> libraryNames;
     for (const char* const fileName : fileNames) {
-        for (const CZQString& file : {folder + fileName, CZQString(fileName)}) {
-            try {
-                OpenLibrary(file, names, slots);
-                return;
-            } catch (const CZQException& failure) {
-                if (failure.GetErrorNumber() != ZQ_ERR_LIBRARY_NOT_LOADED) {
-                    throw;
-                }
-                first = first.value_or(failure);
-            }
-        }
+        libraryNames.push_back(folder + fileName);
+        libraryNames.emplace_back(fileName);
     }
-    throw CZQException(*first);
+    OpenFirstLibrary(libraryNames, names, slots);
 }
 
 void CZQVendorLibrary::Check(const SourceLocation& here, const char* function, std::int32_t status) {
@@ -50,12 +41,8 @@ std::uint32_t CZQVendorLibrary::CheckCount(const SourceLocation& here, const cha
     return count;
 }
 
-CZQString CZQVendorLibrary::FieldText(const SourceLocation& here, std::span<const char> field) {
-    CZQString text(std::string(field.begin(), std::find(field.begin(), field.end(), '\0')));
-    if (text.HasControlCharacter()) {
-        throw CZQException(here, ZQ_ERR_BAD_VALUE, "A text of the library has a control character");
-    }
-    return text;
+CZQString CZQVendorLibrary::FieldText(std::span<const char> field) {
+    return CZQString(std::string(field.begin(), std::find(field.begin(), field.end(), '\0'))).Trim(" ");
 }
 
 }  // namespace ZQAPI

@@ -27,8 +27,9 @@ protected:
     // For counts: one above ZQVENDOR_MAX_CAMERAS is ZQ_ERR_VENDOR_LIBRARY, "Function=%s; NofCameras=%lu".
     static std::uint32_t CheckCount(const SourceLocation& here, const char* function, std::uint32_t count);
 
-    // A text in a field of fixed size, with or without a NUL. A control character: ZQ_ERR_BAD_VALUE.
-    static CZQString FieldText(const SourceLocation& here, std::span<const char> field);
+    // The text in a field of fixed size, with or without a NUL, without blanks at its ends. It may hold
+    // anything.
+    static CZQString FieldText(std::span<const char> field);
 };
 
 }  // namespace ZQAPI

@@ -30,20 +30,10 @@ std::uint32_t CZQWrapperLibrary::CountCameras() {
     return CheckCount(here, m_functions.getNofCameras, count);
 }
 
-CZQString CZQWrapperLibrary::InfoText(std::span<const char> field) const {
-    const SourceLocation here = ZQ_HERE("CZQWrapperLibrary::InfoText");
-    CZQString text = FieldText(here, field);
-    if (text.IsEmpty()) {
-        throw CZQException(here, ZQ_ERR_VENDOR_LIBRARY, "Function=%s; a text is empty",
-                           m_functions.getCameraInfo);
-    }
-    return text;
-}
-
-void CZQWrapperLibrary::CheckFilled(std::int32_t status, std::size_t filled, std::size_t size) const {
+void CZQWrapperLibrary::CheckFilled(std::int32_t status, std::size_t filled, std::size_t room) const {
     const SourceLocation here = ZQ_HERE("CZQWrapperLibrary::ReadCameraInfo");
     Check(here, m_functions.getCameraInfo, status);
-    if (filled != size) {
+    if (filled <= sizeof(std::uint32_t) || filled > room) {
         throw CZQException(here, ZQ_ERR_VENDOR_LIBRARY, "Function=%s; Size=%lu", m_functions.getCameraInfo,
                            static_cast<unsigned long>(filled));
     }

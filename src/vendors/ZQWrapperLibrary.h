@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstring>
 #include <type_traits>
 
 #include "vendors/ZQVendorLibrary.h"
@@ -28,8 +29,8 @@ protected:
 
     std::uint32_t CountCameras();
 
-    // A library that is too old for the record, or fills more than it has room for: ZQ_ERR_VENDOR_LIBRARY,
-    // "Function=%s; Size=%lu".
+    // Of a library that knows less of the record than the kit, the rest is zero. One that says to have filled
+    // nothing, or more than there is room for: ZQ_ERR_VENDOR_LIBRARY, "Function=%s; Size=%lu".
     template <class Record>
     Record ReadCameraInfo(std::uint32_t index) {
         static_assert(std::is_trivially_copyable_v<Record> && std::is_standard_layout_v<Record>);
@@ -38,16 +39,15 @@ protected:
         const auto read = reinterpret_cast<std::int32_t (*)(std::uint32_t, Record*)>(m_slots[kGetCameraInfo]);
         const std::int32_t status = read(index, &record);
         CheckFilled(status, record.size, sizeof record);
-        return record;
+        Record complete{};
+        std::memcpy(&complete, &record, record.size);
+        return complete;
     }
-
-    // The text of a field that must have one; empty: ZQ_ERR_VENDOR_LIBRARY, "Function=%s; a text is empty".
-    CZQString InfoText(std::span<const char> field) const;
 
 private:
     enum Slot { kInit, kGetNofCameras, kGetCameraInfo, kDeInit, kNofSlots };
 
-    void CheckFilled(std::int32_t status, std::size_t filled, std::size_t size) const;
+    void CheckFilled(std::int32_t status, std::size_t filled, std::size_t room) const;
 
     const SWrapperFunctions m_functions;
     std::array<void*, kNofSlots> m_slots{};

@@ -1,5 +1,5 @@
-// The C++17 layer over a library of this test's own: the 21 functions are defined here, so that every result
-// can be had.
+// The C++17 layer over a library of this test's own: the functions it calls are defined here, so that every
+// result can be had.
 #include <gtest/gtest.h>
 #include <ZQAPI/ZQDevice.hpp>
 
@@ -61,20 +61,8 @@ int ZQDEV_GetDevice(unsigned int index, ZQDEVICEINFO* device) {
     *device = NamedDevice("Camera" + std::to_string(index + 1));
     return ZQ_OK;
 }
-int ZQDEV_AddDevice(ZQDEVICEINFO /*device*/) {
-    return Called("ZQDEV_AddDevice");
-}
-int ZQDEV_RemoveDevice(const char* /*deviceId*/) {
-    return Called("ZQDEV_RemoveDevice");
-}
-int ZQDEV_ModifyDevice(ZQDEVICEINFO /*device*/) {
-    return Called("ZQDEV_ModifyDevice");
-}
 int ZQDEV_SaveDeviceConfig() {
     return Called("ZQDEV_SaveDeviceConfig");
-}
-int ZQDEV_LoadDeviceConfig() {
-    return Called("ZQDEV_LoadDeviceConfig");
 }
 int ZQDEV_GetDefaultCCM(const char* /*type*/, char* buffer, unsigned int size) {
     return CopyText(g_library.modules.front(), buffer, size);
@@ -88,25 +76,6 @@ int ZQDEV_GetNofSupportedCCMs(const char* /*type*/, unsigned int* count) {
 }
 int ZQDEV_GetSupportedCCM(const char* /*type*/, unsigned int index, char* buffer, unsigned int size) {
     return index == 2 ? g_library.result : CopyText(g_library.modules[index], buffer, size);
-}
-int ZQDEV_GetNofSupportedIAMs(const char* /*type*/, unsigned int* /*count*/) {
-    return Called("ZQDEV_GetSupportedIAM");
-}
-int ZQDEV_GetSupportedIAM(const char* /*type*/, unsigned int /*index*/, char* /*buffer*/,
-                          unsigned int /*size*/) {
-    return Called("ZQDEV_GetSupportedIAM");
-}
-int ZQDEV_ScanForDevices() {
-    return Called("ZQDEV_ScanForDevices");
-}
-int ZQDEV_ScanForDevicesWithScanner(int /*scanner*/) {
-    return Called("ZQDEV_ScanForDevicesWithScanner");
-}
-int ZQDEV_RescanDevice(ZQDEVICEINFO* /*device*/) {
-    return Called("ZQDEV_RescanDevice");
-}
-int ZQDEV_ChangeDeviceNetAddr(ZQDEVICEINFO /*device*/, const char* /*newAddress*/) {
-    return Called("ZQDEV_ChangeDeviceNetAddr");
 }
 }
 
@@ -143,22 +112,12 @@ TEST_F(DeviceHpp, FailedInitialisationCountsNothing) {
     EXPECT_EQ(g_library.count, 0);
 }
 
-TEST_F(DeviceHpp, EveryThrowingFormNamesTheFunctionAndTheCondition) {
+TEST_F(DeviceHpp, ThrowingFormsNameTheFunctionAndTheCondition) {
     Library library;
     g_library.result = ZQ_ERR_DEVICE_NOT_FOUND;
-    ZQDEVICEINFO device = {};
     const std::function<void()> calls[] = {
-        [&] { library.Add(device); },
-        [&] { library.Modify(device); },
-        [&] { library.Remove("id"); },
         [&] { library.Save(); },
-        [&] { library.Load(); },
-        [&] { library.Scan(); },
-        [&] { library.Scan(Scanner::kZqUdp); },
-        [&] { library.Rescan(device); },
-        [&] { library.ChangeNetAddress(device, "10.0.0.2"); },
         [&] { static_cast<void>(library.DefaultIAM("type")); },
-        [&] { static_cast<void>(library.SupportedIAMs("type")); },
     };
     for (const auto& call : calls) {
         try {

@@ -1,6 +1,8 @@
 // Port, scans and re-checks through the stand-in Camera Link library, with simulated cameras behind it.
 #include <gtest/gtest.h>
 
+#include <thread>
+
 #include "camera_link/ZQCLSerial.h"
 #include "scanners/ZQScanAdimecCL.h"
 #include "support/ExpectError.h"
@@ -91,6 +93,7 @@ TEST_F(CameraLink, ScansCamerasOfEveryKind) {
         std::string play;
         const char* found;         // null: none
         std::int32_t failure = 0;  // which the scan goes on after
+        const char* firmwareVersion = "1.00";
     };
     const Case cases[] = {
         {kCamera, kId},
@@ -102,6 +105,8 @@ TEST_F(CameraLink, ScansCamerasOfEveryKind) {
         {kCamera + "Noise=#??#\r\n", kId},
         {kCamera + "LongAnswerBytes=70\r\n", nullptr, ZQ_ERR_TEXT_TOO_LONG},
         {kCamera + "ControlCharacters=1\r\n", nullptr, ZQ_ERR_BAD_VALUE},
+        {"[clseremc.0]\r\nModel=Q-12A65\r\nSerialNumber=1234\r\nFirmware=\\x20\r\n", kId, 0, "-.-"},
+        {"[clseremc.0]\r\nModel=Q-12A65\r\nSerialNumber=Emp\r\n", nullptr, ZQ_ERR_BAD_VALUE},
         {"", nullptr, ZQ_ERR_COM_RECV},
         {"NofPorts=0\r\n", nullptr, ZQ_ERR_UNEXPECTED},
         {"NofPorts=4\r\n[clseremc.2]\r\nModel=Q-12A65\r\n", nullptr, ZQ_ERR_COM_RECV},
@@ -124,9 +129,27 @@ TEST_F(CameraLink, ScansCamerasOfEveryKind) {
         CZQDeviceInfo device = SampleDevice(test.found != nullptr ? test.found : kId);
         const std::int32_t error = ErrorOf([&] { scanner.Update(device); });
         EXPECT_EQ(error, test.found != nullptr ? 0 : ZQ_ERR_DEVICE_NOT_FOUND);
+        EXPECT_EQ(device.GetFirmwareVersion(), test.found != nullptr ? test.firmwareVersion : "1.2.3");
         EXPECT_EQ(device.GetCCMAddress(), test.found != nullptr ? "0" : "192.168.1.20");
         Logged().Take();
     }
+}
+
+// The library allows one user for each port.
+TEST_F(CameraLink, ReChecksDuringScansFindTheCamera) {
+    Play(kCamera);
+    std::thread scans([this] {
+        for (int i = 0; i < 10; ++i) {
+            CZQDeviceList found;
+            CZQScanAdimecCL(m_library).Scan(found);
+            EXPECT_EQ(found.GetCount(), 1U);
+        }
+    });
+    for (int i = 0; i < 10; ++i) {
+        CZQDeviceInfo device = SampleDevice(kId);
+        EXPECT_ZQ_ERROR(CZQScanAdimecCL(m_library).Update(device), 0);
+    }
+    scans.join();
 }
 
 TEST_F(CameraLink, ACameraThatAlwaysRefusesHearsThreeTelegrams) {

@@ -112,9 +112,9 @@ struct Cameras {
         }
         return sim::FormatIpv4(server.GetCamera(camera).GetAddress());
     }
-    // With an IP address that leads nowhere: only the broadcast can reach the camera.
+    // As of a camera without an IP address: only the broadcast can reach it.
     std::string Broadcast(std::size_t camera) const {
-        return "10.11.12.13:" + server.GetCamera(camera).GetIdentity().hardwareAddress + "@127.0.0.1";
+        return "0.0.0.0:" + server.GetCamera(camera).GetIdentity().hardwareAddress + "@127.0.0.1";
     }
     Reply Expected(std::size_t camera, const std::string& command) const {
         return {ZQ_OK, server.GetCamera(camera).Execute(command.substr(0, command.size() - 1)) + "\n"};
@@ -222,9 +222,7 @@ TEST_F(CommandModule, CopesWithFaults) {
             << cases[i].name;
         EXPECT_EQ(cameras.server.GetCounts(i).commands, cases[i].tries) << cases[i].name;
     }
-    const auto took = Clock::now() - start;
-    EXPECT_GE(took, milliseconds(2950)) << "three tries of 1000 ms";
-    EXPECT_LT(took, milliseconds(6000)) << "connections wait for each other";
+    EXPECT_GE(Clock::now() - start, milliseconds(2950)) << "three tries of 1000 ms";
 }
 
 TEST_F(CommandModule, NeverTakesALateAnswerForTheNextOne) {
@@ -281,8 +279,30 @@ TEST_F(CommandModule, OneConnectionServesSeveralThreadsAndEndsUnderThem) {
     EXPECT_GE(answered, 200);
     EXPECT_EQ(TheModule().Close(handle), ZQ_OK);
     for (auto& end : ends) {
-        EXPECT_EQ(end.get(), (Reply{ZQ_ERR_CONNECTION_NOT_OPEN, ""}));
+        const Reply last = end.get();
+        EXPECT_TRUE(last.result == ZQ_ERR_CONNECTION_NOT_OPEN || last.result == ZQ_ERR_COM_ABORTED) << last;
     }
+}
+
+// Also what would be sent a second later is not.
+TEST_F(CommandModule, ClosingEndsACommandThatNobodyAnswers) {
+    Cameras cameras(1);
+    CZQSimFaults silent;
+    silent.command.silent = true;
+    cameras.server.SetFaults(silent);
+    ZQCCM_HANDLE handle = 0;
+    ASSERT_EQ(TheModule().Open("", cameras.Unicast(0).c_str(), &handle), ZQ_OK);
+    auto end = std::async(std::launch::async, [handle] {
+        char answer[64] = "";
+        return TheModule().Send(handle, "SERV:ID?\n", answer, sizeof answer);
+    });
+    const auto limit = Clock::now() + std::chrono::seconds(20);
+    while (cameras.server.GetCounts(0).commands == 0 && Clock::now() < limit) {
+        std::this_thread::yield();
+    }
+    EXPECT_EQ(TheModule().Close(handle), ZQ_OK);
+    EXPECT_EQ(end.get(), ZQ_ERR_COM_ABORTED);
+    EXPECT_EQ(cameras.server.GetCounts(0).commands, 1U);
 }
 
 TEST_F(CommandModule, RefusesBadCommandAddresses) {
@@ -298,13 +318,21 @@ TEST_F(CommandModule, RefusesBadCommandAddresses) {
         {"10.0.0.1:00A1B2C3D4\nX@127.0.0.1", ZQ_ERR_BAD_VALUE},
         {"10.0.0.1:00A1B2C3D4E5@", ZQ_ERR_HOST_LOOKUP},
         {"10.0.0.1:00A1B2C3D4E5@127.0.0.1:1", ZQ_ERR_HOST_LOOKUP},
-
+        // What more than one camera would listen to.
+        {"224.0.0.1", ZQ_ERR_BAD_VALUE},
+        {"10.0.0.1:FFFFFFFFFFFF@127.0.0.1", ZQ_ERR_BAD_VALUE},
+        {"10.0.0.1:ffffFFFFffff@127.0.0.1", ZQ_ERR_BAD_VALUE},
+        {"224.0.0.1:00A1B2C3D4E5@127.0.0.1", ZQ_ERR_BAD_VALUE},
+        {"10.0.0.1:00A1B2C3D4E5@0.0.0.0", ZQ_ERR_BAD_VALUE},
+        {"10.1", ZQ_ERR_HOST_LOOKUP},
+        {"10.0.0.1:00A1B2C3D4E5@127.1", ZQ_ERR_HOST_LOOKUP},
     };
     for (const auto& [address, expected] : rows) {
         ZQCCM_HANDLE handle = 77;
         EXPECT_EQ(TheModule().Open("", address, &handle), expected) << address;
         EXPECT_EQ(handle, 77U) << address;
     }
+    EXPECT_GT(Connection("10.0.0.1:00A1B2C3D4Gz@127.0.0.1").Handle(), 0U);
     if (HasOneLoopbackAddress()) {
         GTEST_SKIP() << "Wine binds to addresses that the machine does not have";
     }

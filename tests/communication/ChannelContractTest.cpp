@@ -43,7 +43,6 @@ struct ChannelKind {
     std::unique_ptr<CZQComBase> (*makeChannel)();
     std::unique_ptr<Device> (*makeDevice)();
     bool isDatagram;  // and returns the first data
-    std::chrono::milliseconds mayBeLate;
     std::int32_t sendClosed;
     std::int32_t recvClosed;
     std::int32_t loadFailed;
@@ -123,14 +122,14 @@ std::unique_ptr<Base> Make() {
 
 std::vector<ChannelKind> Kinds() {
     std::vector<ChannelKind> kinds = {
-        {"UDP", &Make<CZQComUDP, CZQComBase>, &Make<UdpDevice, Device>, true, 2ms, ZQ_ERR_UDP_SEND_CLOSED,
+        {"UDP", &Make<CZQComUDP, CZQComBase>, &Make<UdpDevice, Device>, true, ZQ_ERR_UDP_SEND_CLOSED,
          ZQ_ERR_UDP_RECV_CLOSED, ZQ_ERR_COM_CONFIG_LOAD, ZQ_ERR_COM_CONFIG_SAVE},
-        {"ImaqRS232", &Make<CZQComImaqRS232, CZQComBase>, &Make<ImaqDevice, Device>, false, 100ms,
+        {"ImaqRS232", &Make<CZQComImaqRS232, CZQComBase>, &Make<ImaqDevice, Device>, false,
          ZQ_ERR_SERIAL_CLOSED, ZQ_ERR_SERIAL_CLOSED, ZQ_ERR_COM_CONFIG_LOAD, ZQ_ERR_COM_CONFIG_SAVE},
     };
     // Wine's ports are held against the same devices by a script, which has them made outside.
     if (ComPort::AreThere()) {
-        kinds.push_back({"RS232", &Make<CZQComRS232, CZQComBase>, &Make<ComPortDevice, Device>, false, 150ms,
+        kinds.push_back({"RS232", &Make<CZQComRS232, CZQComBase>, &Make<ComPortDevice, Device>, false,
                          ZQ_ERR_SERIAL_CLOSED, ZQ_ERR_SERIAL_CLOSED, ZQ_ERR_COM_CONFIG_LOAD,
                          ZQ_ERR_COM_CONFIG_SAVE});
     }
@@ -239,18 +238,6 @@ TEST_P(ChannelContract, GivesUpAtTheTimeLimit) {
         EXPECT_GE(Clock::now() - start, test.limit);
         EXPECT_LT(Clock::now() - start, test.limit + 2s);
     }
-}
-
-// Whoever listens in many short waits counts on it.
-TEST_P(ChannelContract, IsHardlyLateAtTheTimeLimit) {
-    Connect(*device);
-    auto least = Clock::duration::max();
-    for (int i = 0; i < 10; ++i) {
-        const auto start = Clock::now();
-        EXPECT_ZQ_ERROR(Recv(2, 5ms, firstData), ZQ_ERR_COM_TIMEOUT);
-        least = std::min(least, Clock::now() - start - 5ms);
-    }
-    EXPECT_LT(least, kind.mayBeLate);
 }
 
 TEST_P(ChannelContract, AbortEndsAWaitFromAnotherThread) {

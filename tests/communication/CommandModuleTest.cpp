@@ -1,6 +1,7 @@
 // The wrapper of command modules, over modules that fail on request.
 #include <gtest/gtest.h>
 
+#include <future>
 #include <string>
 
 #include "communication/ZQCCM.h"
@@ -92,6 +93,21 @@ TEST(CommandModule, NeedsAConnection) {
     ccm.CloseCCM();
     ccm.OpenCCM(kModule, "", "1");
     EXPECT_EQ(ccm.SendCmd("x"), "A:7:x");
+}
+
+TEST(CommandModule, AnAbortFromAnotherThreadEndsItForGood) {
+    CZQCCM ccm;
+    ccm.OpenCCM(kModule, "", "1");
+    auto sending = std::async(std::launch::async, [&ccm] {
+        const auto thrown = ThrownBy([&] { ccm.SendCmd("until closed\n"); });
+        return thrown ? thrown->GetErrorNumber() : ZQ_OK;
+    });
+    ccm.Abort();
+    EXPECT_EQ(sending.get(), ZQ_ERR_COM_ABORTED);
+    EXPECT_ZQ_ERROR(ccm.SendCmd("x"), ZQ_ERR_COM_ABORTED);
+    ccm.Abort();
+    ccm.CloseCCM();
+    EXPECT_ZQ_ERROR(ccm.OpenCCM(kModule, "", "1"), ZQ_ERR_COM_ABORTED);
 }
 
 TEST(CommandModule, UnloadsEvenWhenClosingFails) {

@@ -1,5 +1,5 @@
 // The interface list has room for 32 addresses. How many this machine has comes from the environment: see
-// with-addresses.
+// with-addresses. And it needs a descriptor; how many there are is the caller's matter.
 #include <gtest/gtest.h>
 
 #include "communication/ZQComNetInterface.h"
@@ -17,6 +17,21 @@ TEST(NetInterface, ListsUpTo32Addresses) {
     const std::int32_t error = ErrorOf([&] { CZQComNetInterface::SearchForInterfaces(interfaces); });
     EXPECT_EQ(error, count <= 32 ? 0 : ZQ_ERR_SOCKET_OPTION);
     EXPECT_EQ(interfaces.size(), count <= 32 ? count : 0);
+}
+
+TEST(NetInterface, NeedsADescriptor) {
+    constexpr std::size_t kMoreThanThereAre = 100;
+    std::vector<platform::UdpSocket> sockets(kMoreThanThereAre);
+    platform::SystemErrorCode error = 0;
+    std::size_t opened = 0;
+    while (opened < sockets.size() && sockets[opened].Open(error)) {
+        ++opened;
+    }
+    ASSERT_LT(opened, sockets.size());
+    std::vector<CZQComNetInterface> interfaces;
+    const std::int32_t failure = ErrorOf([&] { CZQComNetInterface::SearchForInterfaces(interfaces); });
+    sockets.clear();
+    EXPECT_EQ(failure, ZQ_ERR_SOCKET_CREATE);
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 
 #include "foundation/ZQDllSearchPath.h"
 #include "foundation/ZQDynamicDLL.h"
+#include "platform/Files.h"
 #include "platform/ModuleThread.h"
 #include "platform/Process.h"
 #include "support/ExpectError.h"
@@ -18,11 +19,13 @@ namespace ZQAPI::test {
 namespace {
 
 using namespace std::chrono_literals;
+namespace fs = std::filesystem;
 
 constexpr const char* kLibrary = ZQ_TEST_LIBRARY;
 constexpr const char* kOtherBuild = ZQ_TEST_LIBRARY_OTHER_BUILD;
 constexpr const char* kThreadLibrary = ZQ_TEST_THREAD_LIBRARY;
 constexpr const char* kNone[] = {""};
+constexpr const char* kOneName[] = {"First", ""};
 
 std::string FileName(const std::string& path) {
     return std::filesystem::path(path).filename().string();
@@ -113,10 +116,10 @@ TEST(DynamicDLL, HoldsNothingAfterAFailure) {
 TEST(DynamicDLL, IsLookedForBesideThisProgramThenInPath) {
     const PathKeeper keeper;
     const TempFolder folder;
-    namespace fs = std::filesystem;
+    const std::string extension = fs::path(kLibrary).extension().string();
     fs::copy_file(kOtherBuild, folder.File(FileName(kLibrary)));
     const std::string onlyInPath = "zq_only_in_path";
-    fs::copy_file(kOtherBuild, folder.File(onlyInPath + fs::path(kLibrary).extension().string()));
+    fs::copy_file(kOtherBuild, folder.File(onlyInPath + extension));
     EXPECT_ZQ_ERROR(CZQDynamicDLL(onlyInPath + ".dll", kNone, nullptr), ZQ_ERR_LIBRARY_NOT_LOADED);
 
     CZQDllSearchPath::AddSearchPath(folder.Path().string());
@@ -125,7 +128,83 @@ TEST(DynamicDLL, IsLookedForBesideThisProgramThenInPath) {
     EXPECT_EQ(library.GetLibraryName(), "zq_only_in_path.dll");
     library.OpenLibrary(fs::path(kLibrary).stem().string() + ".dll", kNone, nullptr);
     EXPECT_EQ(Symbol<int()>(library, "First")(), 1);
+    EXPECT_ZQ_ERROR(library.OpenLibrary(onlyInPath + ".dll", kNone, nullptr, ELibraryPlace::kSystem),
+                    ZQ_ERR_LIBRARY_NOT_LOADED);
+}
+
+// What has the name but is no library is passed over, and the reason told is that of a file that is there.
+TEST(DynamicDLL, PassesOverWhatIsNoLibrary) {
+    const PathKeeper keeper;
+    const TempFolder folder;
+    const char separator = platform::SearchPathSeparator();
+    const std::string name = "zq_wanted" + fs::path(kLibrary).extension().string();
+    std::string path = ".";  // the current folder, below
+    for (const char* const kind : {"folder", "link", "text", "library"}) {
+        const fs::path place = folder.Path() / kind;
+        fs::create_directory(place);
+        path += separator + place.string();
+    }
+    fs::create_directory(folder.Path() / "folder" / name);
+    std::ofstream(folder.Path() / "text" / name) << "no library";
+    std::error_code ignored;  // not every user may make links on every system
+    fs::create_symlink(folder.Path() / "nowhere", folder.Path() / "link" / name, ignored);
+    fs::copy_file(kOtherBuild, folder.Path() / "library" / name);
+    PathKeeper::Set(path);
+    CZQDynamicDLL library("zq_wanted.dll", kNone, nullptr);
+    EXPECT_EQ(Symbol<int()>(library, "First")(), 2);
     library.CloseLibrary();
+
+    // The same one in the current folder counts nowhere.
+    const fs::path before = fs::current_path();
+    fs::current_path(folder.Path() / "library");
+    PathKeeper::Set(path.substr(0, path.rfind(separator)));
+    const CZQString names[] = {"zq_first.dll", "zq_wanted.dll", "zq_third.dll"};
+    const auto thrown = ThrownBy([&] { library.OpenFirstLibrary(names, kNone, nullptr); });
+    fs::current_path(before);
+    ASSERT_TRUE(thrown);
+    EXPECT_EQ(thrown->GetThrowFunc(), "CZQDynamicDLL::OpenLibrary");
+    EXPECT_TRUE(thrown->GetExtraText().Contains("DLLName=zq_wanted.dll; SysError ("))
+        << thrown->GetExtraText().str();
+
+    void* slot = &library;
+    EXPECT_ZQ_ERROR(CZQDynamicDLL().GetProcAddresses(kOneName, &slot), ZQ_ERR_ENTRY_POINT_MISSING);
+    EXPECT_EQ(slot, nullptr);
+}
+
+TEST(DynamicDLL, StaysWhenItIsKept) {
+    const TempFolder folder;
+    const std::string file = folder.File(FileName(kThreadLibrary));
+    fs::copy_file(kThreadLibrary, file);
+    const auto countCalls = [&](bool keep) {
+        CZQDynamicDLL library(file, kNone, nullptr);
+        if (keep) {
+            library.KeepLibrary();
+        }
+        return Symbol<int()>(library, "CountCalls")();
+    };
+    EXPECT_EQ(countCalls(false), 1);
+    EXPECT_EQ(countCalls(true), 1);
+    EXPECT_EQ(countCalls(false), 2);
+}
+
+// A library knows its own path whole, and its kit's folder by it; a module finds the kit's libraries first.
+TEST(DynamicDLL, ALibraryDeepDownKnowsItsPath) {
+    const TempFolder folder;
+    const std::string longName(60, 'x');
+    fs::path place = fs::path(platform::HasDriveLetters() ? "\\\\?\\" : "") += folder.Path();
+    for (int i = 0; i < 5; ++i) {
+        place /= longName;
+    }
+    fs::create_directories(place / "CCMs");
+    const std::string wanted = "zq_beside" + fs::path(kLibrary).extension().string();
+    fs::copy_file(kOtherBuild, place / wanted);
+    fs::copy_file(kLibrary, place / "CCMs" / wanted);
+    const std::string file = (place / "CCMs" / FileName(kThreadLibrary)).string();
+    fs::copy_file(kThreadLibrary, file);
+    CZQDynamicDLL library(file, kNone, nullptr);
+    const std::string told = Symbol<const char*()>(library, "OwnPath")();
+    EXPECT_TRUE(!told.empty() && file.ends_with(told)) << told;  // the system may leave the prefix out
+    EXPECT_EQ(Symbol<int(const char*)>(library, "FirstOf")("zq_beside.dll"), 2);
 }
 
 TEST(DllSearchPath, AppendsWhatExists) {

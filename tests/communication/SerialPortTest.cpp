@@ -3,10 +3,12 @@
 
 #include <chrono>
 #include <optional>
+#include <span>
 
 #include "communication/ZQComRS232.h"
 #include "foundation/Io/ZQIniFile.h"
 #include "foundation/ZQStopWatch.h"
+#include "platform/SerialPort.h"
 #include "platform/posix/SerialModeText.h"
 #include "support/ComPorts.h"
 #include "support/ExpectError.h"
@@ -176,6 +178,25 @@ TEST_F(RS232OnPort, OnePortHasOneUser) {
     EXPECT_ZQ_ERROR(CZQComRS232().Open(config), ZQ_ERR_RS232_OPEN);
     channel.Close();
     CZQComRS232().Open(config);
+}
+
+// The system would wait for it.
+TEST_F(RS232OnPort, ClosingDiscardsWhatIsStillToBeSent) {
+    constexpr std::size_t kMoreThanTheDeviceTakesUnread = 8000;
+    const std::string unsent(kMoreThanTheDeviceTakesUnread, 'u');
+    channel.Open(config);
+    channel.Send(unsent.data(), static_cast<std::uint32_t>(unsent.size()));
+    channel.Close();
+    platform::SerialPort port;  // which discards nothing when it is opened
+    platform::SystemErrorCode error = 0;
+    ASSERT_TRUE(port.Open(config.GetPortName().str(), error)) << error;
+    EXPECT_EQ(port.Write(std::as_bytes(std::span("x", 1)), error), 1U);
+    std::size_t arrived = 0;
+    for (std::string byte; byte != "x"; ++arrived) {
+        byte = device->Read(1);
+        ASSERT_EQ(byte.size(), 1U);
+    }
+    EXPECT_LT(arrived, unsent.size());
 }
 
 TEST_F(RS232OnPort, RefusedLineSettingsCloseThePort) {

@@ -46,9 +46,12 @@ public:
 
     void Scan(CZQDeviceList& found) override { m_body(found); }
     void Update(CZQDeviceInfo& /*device*/) override {}
+    void Stop() noexcept override { m_stop(); }
+
+    Body m_body;
+    std::function<void()> m_stop = [] {};
 
 private:
-    Body m_body;
     std::shared_ptr<std::atomic<int>> m_alive;
 };
 
@@ -71,7 +74,9 @@ protected:
                                       if (body == m_bodies.end()) {
                                           return CreateScanner(name, "");
                                       }
-                                      return std::make_unique<ScriptedScanner>(body->second, m_alive);
+                                      auto scanner = std::make_unique<ScriptedScanner>(body->second, m_alive);
+                                      scanner->m_stop = m_stop;
+                                      return scanner;
                                   },
                                   ScannerUsesNetworkLock, ScannerMergeOrder()},
                                  limitMs);
@@ -79,6 +84,7 @@ protected:
     }
 
     std::map<CZQString, Body> m_bodies;
+    std::function<void()> m_stop = [] {};
     std::shared_ptr<std::atomic<int>> m_alive = std::make_shared<std::atomic<int>>(0);
 };
 
@@ -111,8 +117,9 @@ TEST_F(DeviceScan, FailingScannersKeepWhatTheyFoundAndHarmNoOther) {
         throw CZQException(ZQ_HERE("Test"), ZQ_ERR_COM_RECV);
     });
     Script("SCANNER_TAVI", [](CZQDeviceList&) { throw std::runtime_error("not ours"); });
+    Script("SCANNER_BO_FX", [](CZQDeviceList&) { throw 42; });
     Finds("SCANNER_ZQ_UDP", {"u"});
-    EXPECT_EQ(NamesAndIds(Run({"SCANNER_TAVI", "SCANNER_MV", "SCANNER_ZQ_UDP"})),
+    EXPECT_EQ(NamesAndIds(Run({"SCANNER_TAVI", "SCANNER_MV", "SCANNER_BO_FX", "SCANNER_ZQ_UDP"})),
               "Camera1=before;Camera2=u;");
     EXPECT_EQ(m_alive->load(), 0);
 }
@@ -131,6 +138,8 @@ TEST_F(DeviceScan, UnknownNameStartsNothing) {
 TEST_F(DeviceScan, TimeLimitTakesWhatIsThereAndLateScannersDoNoHarm) {
     const auto gate = std::make_shared<Gate>();
     const auto ended = std::make_shared<Gate>();
+    std::atomic<int> stopped{0};
+    m_stop = [&stopped] { ++stopped; };
     Script("SCANNER_MV", [gate, ended](CZQDeviceList& found) {
         found.AddDevice(SampleDevice("early", "SCANNER_MV"), false);
         gate->Pass();
@@ -145,6 +154,7 @@ TEST_F(DeviceScan, TimeLimitTakesWhatIsThereAndLateScannersDoNoHarm) {
     ASSERT_EQ(logged.size(), 1U);
     EXPECT_EQ(logged[0].GetErrorNumber(), ZQ_ERR_WAIT_FAILED);
     EXPECT_EQ(logged[0].GetExtraText(), "TIMEOUT during scan for devices");
+    EXPECT_EQ(stopped, 1) << "the one that is still at work, before the scan returns";
     gate->Open();
     ended->Pass();
 }

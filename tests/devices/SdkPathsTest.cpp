@@ -1,9 +1,12 @@
 #include "devices/ZQSdkPaths.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "foundation/ZQSystem.h"
 #include "platform/Files.h"
+#include "platform/TextEncoding.h"
+#include "support/DebugLines.h"
 #include "support/ExpectError.h"
 #include "support/FileBytes.h"
 #include "support/TempFolder.h"
@@ -35,6 +38,16 @@ TEST(SdkPaths, BinPathIsTheFolderOrTheKitAboveAModuleFolder) {
     }
 }
 
+// Katakana A in code page 932, and a B. Elsewhere the first byte is a character of its own, and the second an A.
+TEST(SdkPaths, BinPathKeepsCharactersOfTwoBytes) {
+    const bool isOneCharacter = platform::AnsiToUtf16("\x83\x41").size() == 1;
+    const CZQString expected = !platform::IsFileNameCaseInsensitive() ? "\x83\x41\x42"
+                               : isOneCharacter                       ? "\x83\x41\x62"
+                                                                      : "\x83\x61\x62";
+    EXPECT_EQ(CZQSdkPaths::MakeBinPath(Native("/\x83\x41\x42/library.so")),
+              Native("/" + expected.str() + "/"));
+}
+
 TEST(SdkPaths, MarkerFileChoosesTheConfigurationRoot) {
     const TempFolder folder;
     const CZQString separator = PathSeparator();
@@ -61,10 +74,28 @@ TEST(SdkPaths, MarkerFileChoosesTheConfigurationRoot) {
 TEST(SdkPaths, DeviceTypeNeverLeadsOutOfTheFolder) {
     const TempFolder folder;
     const CZQSdkPaths paths(CZQString(folder.Path().string()) + PathSeparator());
-    for (const char* type : {"../x", "a/b", "a\\b", "c:x", ".", ".."}) {
-        EXPECT_ZQ_ERROR(paths.GetCameraConfigFile(type), ZQ_ERR_BAD_VALUE) << type;
+    for (const char* type : {"../x", "a/b", "a\\b", "c:x", ".", "..", "NUL", "nul.", "Con .txt", "AUX  ",
+                             "prn.a.b", "COM1", "lpt9.x", "com\xB9", "LPT\xC2\xB3 .y", "conin$"}) {
+        const auto thrown = ThrownBy([&] { static_cast<void>(paths.GetCameraConfigFile(type)); });
+        ASSERT_TRUE(thrown) << type;
+        EXPECT_EQ(thrown->GetErrorNumber(), ZQ_ERR_BAD_VALUE) << type;
+        EXPECT_EQ(thrown->GetExtraText(), CZQString("DeviceType=") + type);
     }
-    EXPECT_EQ(paths.GetCameraConfigFile("a..b"), paths.GetCameraConfigPath() + "a..b.ccf");
+    for (const char* type : {"a..b", "NULL", "COM", "COM10", "COMx", "LPT0", "xCON", "x.NUL"}) {
+        EXPECT_EQ(paths.GetCameraConfigFile(type), paths.GetCameraConfigPath() + type + ".ccf");
+    }
+}
+
+TEST(SdkPaths, BinPathIsComputedAndToldOnEveryCall) {
+    static_cast<void>(GetSdkConfigRoot());
+    const auto told = DebugLinesOf([] {
+        EXPECT_EQ(GetCameraConfigFile("x"), GetCameraConfigPath() + "x.ccf");
+        static_cast<void>(GetCcmPath());
+        static_cast<void>(GetSdkConfigRoot());
+    });
+    EXPECT_THAT(told, testing::ElementsAre(testing::StartsWith("SDK: GetBinPath: BinPath="),
+                                           testing::StartsWith("SDK: GetBinPath: BinPath="),
+                                           testing::StartsWith("SDK: GetBinPath: BinPath=")));
 }
 
 }  // namespace

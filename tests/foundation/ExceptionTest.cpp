@@ -76,6 +76,9 @@ TEST(Exception, CopiesOwnTheirInnerExceptions) {
     for (const CZQException* kept : {&copy, &assigned}) {
         ASSERT_NE(kept->GetInnerException(), nullptr);
         EXPECT_EQ(kept->GetInnerException()->GetExtraText(), "cause");
+        EXPECT_EQ(kept->ToReason(), "error -2 ; caused by error -1 cause");
+        EXPECT_EQ(kept->ToStringWithCauses(),
+                  kept->ToString() + "Caused by:\n" + kept->GetInnerException()->ToString());
     }
     assigned = CZQException(Somewhere("y.cpp", "Y"), -4);
     EXPECT_EQ(assigned.GetInnerException(), nullptr);

@@ -3,7 +3,10 @@
 // broadcasts.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
+#include <cstring>
+#include <map>
 #include <optional>
 #include <thread>
 
@@ -64,6 +67,39 @@ protected:
         }
     }
 
+    // Four cameras for each of the texts: one has it as its type, serial number, description and firmware
+    // version each.
+    void PlayOnNetwork(const std::vector<std::string>& texts) {
+        std::vector<sim::CZQSimCamera> cameras;
+        const auto ordinary = sim::MakeCameras(texts.size() * 4, 0x7F000101, 0xFF000000, "ZQNetCam-2M");
+        for (const sim::CZQSimCamera& camera : ordinary) {
+            sim::CZQSimIdentity identity = camera.GetIdentity();
+            std::string* const fields[] = {&identity.deviceType, &identity.serialNumber,
+                                           &identity.description, &identity.firmwareVersion};
+            *fields[cameras.size() % 4] = texts[cameras.size() / 4];
+            cameras.emplace_back(identity, camera.GetAddress(), camera.GetMask());
+        }
+        network.reset();
+        network.emplace(cameras, sim::CZQSimUdpSettings{});
+    }
+
+    void PlayOnLine(const std::string& description) {
+        sim::CZQSimIdentity identity = sim::MakeCameras(1, 0, 0, sim::kSerialCameraType, 2)[0].GetIdentity();
+        identity.description = description;
+        serial.reset();
+        serial.emplace(std::vector{sim::CZQSimCamera(identity, 0, 0)});
+        ComPortFolder::Link(serialPort, serial->GetPort(0));
+    }
+
+    // As the stand-ins read it.
+    static std::string Escaped(const std::string& text) {
+        std::string escaped;
+        for (const char c : text) {
+            escaped += CZQString::Formatted("\\x%02x", static_cast<unsigned char>(c)).str();
+        }
+        return escaped;
+    }
+
     // "scanner:address;..." in the order of the list.
     std::string ScanForScanners() {
         std::string text;
@@ -90,11 +126,85 @@ TEST_F(AllScanners, MergeInTheirOrderEveryTime) {
     for (int i = 0; i < 10; ++i) {
         EXPECT_EQ(ScanForScanners(), expected) << "scan " << i;
     }
-    // What is in the list can be saved and read again: no field is empty.
-    const std::size_t count = scan->Devices().size();
+    for (ZQDEVICEINFO& device : scan->Devices()) {
+        EXPECT_EQ(ZQ_CALL(scan->kit, ZQDEV_RescanDevice, &device), ZQ_OK) << device.DeviceID;
+    }
+}
+
+// Each of the texts in each of the places that cameras and libraries fill, and behind them a camera that is
+// as it should be: it is found, and what else is found comes back from the file. The frame grabbers' line is
+// left out, where the same code asks as on the other one.
+TEST_F(AllScanners, NoTextOfACameraSpoilsTheList) {
+    constexpr const char* kGood = "good";
+    std::vector<std::string> texts = {" ",    "\"\"", "''",          "'a'", "\x01", "a\tb",
+                                      "\x7f", "\xff", "EmpTySTRINg", "Emp", " a "};
+    texts.insert(texts.end(), {std::string(64, 'x'), std::string(65, 'x'), kGood});
+    const struct {
+        const char* library;
+        const char* scanner;
+        const char* keys;
+        const char* attacked;
+        const char* prefix;
+    } places[] = {
+        {"mvdevicemanager", "MV", "Model=Valdremonix MV-12\n", "Serial", ""},
+        {"ueye", "IDS_UEYE", "Model=VX-UE13M\n", "Serial", ""},
+        {"flycapture2", "PGR_FLY", "", "Model", "Valdremonix FLY-20M"},
+        {"icimagingcontrol", "ZQ_IC", "", "Model", "Valdremonix IC-72"},
+        {"fxlib", "BO_FX", "Model=Valdremonix FX-1024C\n", "", ""},
+        {"tavi", "TAVI", "Model=T\n", "Serial", ""},
+        {"usb2", "SISO_USB2", "Model=U\nType=275\n", "Address", ""},
+        {"pleora", "PLEORA_IPORT", "Model=PL\nAddress=10.0.0.1\n", "Serial", ""},
+        {"pleora", "PLEORA_IPORT", "Model=PL\n", "Address", ""},
+        {"pleora", "PLEORA_IPORT", "Address=10.0.0.1\n", "Model", "PL"},
+        {"gige", "ZQ_GIGE", "Model=Valdremonix GE-40\nAddress=10.0.0.1\n", "Serial", ""},
+        {"gige", "ZQ_GIGE", "Model=Valdremonix GE-40\n", "Address", ""},
+        {"gige", "ZQ_GIGE", "Model=Valdremonix GE-40\nAddress=10.0.0.1\n", "Version", ""},
+        {"gige", "ZQ_GIGE", "Model=Valdremonix GE-40\nAddress=10.0.0.1\n", "Mac", ""},
+        {"gige", "ZQ_GIGE", "Address=10.0.0.1\n", "Model", "Valdremonix GE-40"},
+    };
+    std::map<std::string, int> nofCameras;
+    std::string play = "[clseremc.0]\nModel=Q-12A65\nFirmware=\\x20\n";
+    struct Expected {
+        std::string scanner;
+        std::string text;  // its description, or what its identifier ends with
+    };
+    std::vector<Expected> expected = {{"ADIMEC_CL", "Q-12A65:1"}};
+    for (const auto& place : places) {
+        for (const std::string& text : texts) {
+            const std::string number = std::to_string(nofCameras[place.library]++);
+            play += std::string("[") + place.library + "." + number + "]\n";
+            // The first of a key counts.
+            play += std::string(place.attacked) + "=" + place.prefix + Escaped(text) + "\n" + place.keys +
+                    "Serial=" + number + "\nMac=" + number + "\n";
+            if (text == kGood) {
+                const bool isSerial = place.attacked == std::string("Serial");
+                expected.push_back({place.scanner, isSerial ? ":good" : ":" + number});
+            }
+        }
+    }
+    standIns.Play(play);
+    if (network) {
+        PlayOnNetwork(texts);
+        expected.push_back({"ZQ_UDP", "ZQNetCam-2M:good"});
+        PlayOnLine("\"Valdremonix\"");
+        expected.push_back({"ZQ_RS232", "?"});
+    }
+
+    const std::vector<ZQDEVICEINFO> found = scan->Scan();
+    for (const auto& [scanner, text] : expected) {
+        EXPECT_TRUE(std::any_of(found.begin(), found.end(),
+                                [&](const ZQDEVICEINFO& device) {
+                                    return device.UsedScanner == "SCANNER_" + scanner &&
+                                           (std::string_view(device.DeviceID).ends_with(text) ||
+                                            device.DeviceDesc == text);
+                                }))
+            << scanner << text;
+    }
     ASSERT_EQ(ZQ_CALL(scan->kit, ZQDEV_SaveDeviceConfig), ZQ_OK);
     ASSERT_EQ(ZQ_CALL(scan->kit, ZQDEV_LoadDeviceConfig), ZQ_OK);
-    EXPECT_EQ(scan->Devices().size(), count);
+    const std::vector<ZQDEVICEINFO> loaded = scan->Devices();
+    ASSERT_EQ(loaded.size(), found.size());
+    EXPECT_EQ(std::memcmp(loaded.data(), found.data(), found.size() * sizeof(ZQDEVICEINFO)), 0);
 }
 
 // The time limit of a scan, and the library's unloading while a vendor's call is still under way.

@@ -1,9 +1,12 @@
 // The staged kit as it is shipped, through the exported functions.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cstring>
 
 #include "foundation/Io/ZQConfigFile.h"
+#include "platform/Process.h"
+#include "support/DebugLines.h"
 #include "support/FileBytes.h"
 #include "support/KitCopy.h"
 
@@ -35,38 +38,6 @@ TEST(Kit, ShippedConfigurationIsSealedAndHoldsOneVirtualCamera) {
     EXPECT_STREQ(device.IAM, ZQDEV_IAM_ZQ_VIRTUAL);
 }
 
-TEST(Kit, EditedListSurvivesSavingAndLoading) {
-    KitCopy kit;
-    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_InitLibrary), ZQ_OK);
-    ZQDEVICEINFO device{};
-    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_GetDevice, 0U, &device), ZQ_OK);
-    std::strcpy(device.DeviceID, "second");
-    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_AddDevice, device), ZQ_OK);
-    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_GetDevice, 1U, &device), ZQ_OK);
-    EXPECT_STREQ(device.Name, "Camera2");
-    std::strcpy(device.Name, "Named by hand");
-    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_ModifyDevice, device), ZQ_OK);
-    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_SaveDeviceConfig), ZQ_OK);
-    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_RemoveDevice, "second"), ZQ_OK);
-    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_LoadDeviceConfig), ZQ_OK);
-    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_GetDevice, 1U, &device), ZQ_OK);
-    EXPECT_STREQ(device.Name, "Named by hand");
-
-    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_DeInitLibrary), ZQ_OK);
-    EXPECT_EQ(ZQ_CALL(kit, ZQDEV_SaveDeviceConfig), ZQ_ERR_NOT_INITIALISED);
-}
-
-TEST(Kit, EmptyListIsSavedButFailsTheNextInitialisation) {
-    KitCopy kit;
-    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_InitLibrary), ZQ_OK);
-    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_ScanForDevicesWithScanner, ZQDEV_SCANNER_MANUAL), ZQ_OK);
-    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_SaveDeviceConfig), ZQ_OK);
-    EXPECT_EQ(ContentOf(kit.DevicesIni()).find("[General]\r\nDevices=\r\n\r\n<#CRC"), 0U);
-    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_DeInitLibrary), ZQ_OK);
-    EXPECT_EQ(ZQ_CALL(kit, ZQDEV_InitLibrary), ZQ_ERR_INI_KEY_MISSING);
-    EXPECT_EQ(ZQ_CALL(kit, ZQDEV_InitLibrary), ZQ_ERR_INI_KEY_MISSING);
-}
-
 TEST(Kit, ModulesOfADeviceTypeComeFromItsFile) {
     KitCopy kit;
     ASSERT_EQ(ZQ_CALL(kit, ZQDEV_InitLibrary), ZQ_OK);
@@ -87,6 +58,21 @@ TEST(Kit, ReservedFunctionsWorkInAnyStateAndWriteNothing) {
     EXPECT_EQ(ZQ_CALL(kit, ZQDEV_GetSupportedDevice, 0U, text, 3U), ZQ_OK);
     EXPECT_EQ(count, 99U);
     EXPECT_STREQ(text, "abc");
+}
+
+// The folder of the kit that is added to PATH, and the logger, are two steps of loading.
+TEST(Kit, LooksForItsLoggerAlsoWithoutPath) {
+    KitCopy kit;
+    kit.Unload();
+    std::filesystem::create_directories(kit.Path() / "3dParty/PGR/x64");
+    std::string before;
+    platform::SystemErrorCode error = 0;
+    platform::GetEnvironmentText("PATH", before);
+    ASSERT_TRUE(platform::SetEnvironmentText("PATH", "", error));
+    const auto told = DebugLinesOf([&] { kit.Load(); });
+    EXPECT_TRUE(platform::SetEnvironmentText("PATH", before, error));
+    EXPECT_THAT(told, testing::IsSupersetOf({"ExtraText: Error GetEnvironmentVariable(PATH)",
+                                             "ZQSDK: LoggerAPI init: ZQLoggerAPI_x64.v2.0.dll"}));
 }
 
 }  // namespace

@@ -19,8 +19,7 @@ class KitCopy {
 public:
     KitCopy() {
         std::filesystem::copy(ZQ_TEST_KIT, Path(), std::filesystem::copy_options::recursive);
-        static const char* const kNone[] = {""};
-        m_library.OpenLibrary(File(ZQ_TEST_LIBRARY), kNone, nullptr);
+        Load();
     }
 
     std::filesystem::path Path() const { return m_folder.Path() / "kit"; }
@@ -37,6 +36,10 @@ public:
         return reinterpret_cast<int (*)(Parameters...)>(slot)(arguments...);
     }
 
+    void Load() {
+        static const char* const kNone[] = {""};
+        m_library.OpenLibrary(File(ZQ_TEST_LIBRARY), kNone, nullptr);
+    }
     // Unloads the library, as an application does at its end.
     void Unload() { m_library.CloseLibrary(); }
 

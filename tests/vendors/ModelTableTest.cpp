@@ -53,6 +53,14 @@ const Member kMembers[] = {
     {kGigEModels, 1, "ZQ_GIGE", "ZQDeviceType=X ", "CZQScanIFZQGigE::FindZQDeviceType"},
 };
 
+void ExpectModules(const std::string& deviceType, const std::string& modules) {
+    const auto file = std::filesystem::path(ZQ_TEST_KIT) / "CameraConfig" / (deviceType + ".ccf");
+    ASSERT_TRUE(std::filesystem::exists(file)) << file;
+    CZQCamConfigFile config(file.string());
+    EXPECT_EQ(config.GetDefaultCCM(), "CCM_" + modules) << file;
+    EXPECT_EQ(config.GetDefaultIAM(), "IAM_" + modules) << file;
+}
+
 TEST(ModelTable, KnowsModelsAndReportsOthersUnderTheScannersName) {
     for (const Member& member : kMembers) {
         Logged().Take();
@@ -66,14 +74,14 @@ TEST(ModelTable, KnowsModelsAndReportsOthersUnderTheScannersName) {
         // And for every known one the kit has the file.
         EXPECT_EQ(member.table.Rows().size(), member.nofRows) << member.method;
         for (const SModelRow& row : member.table.Rows()) {
-            const auto file =
-                std::filesystem::path(ZQ_TEST_KIT) / "CameraConfig" / (std::string(row.deviceType) + ".ccf");
-            ASSERT_TRUE(std::filesystem::exists(file)) << file;
-            CZQCamConfigFile config(file.string());
-            EXPECT_EQ(config.GetDefaultCCM(), CZQString("CCM_") + member.modules) << file;
-            EXPECT_EQ(config.GetDefaultIAM(), CZQString("IAM_") + member.modules) << file;
+            ExpectModules(row.deviceType, member.modules);
         }
     }
+    for (const char* type : {"ZQUS-13M", "ZQUS-13C", "ZQUS-50C"}) {
+        ExpectModules(type, "SI_USB2");
+    }
+    ExpectModules("ZQPL-10", "PLEORA_IPORT");
+    ExpectModules("ZQTV-20", "TAVI");
 }
 
 }  // namespace

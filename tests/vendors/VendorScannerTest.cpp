@@ -3,104 +3,182 @@
 
 #include <gtest/gtest.h>
 
+#include <future>
+#include <stdexcept>
+#include <thread>
+
 #include "support/ExpectError.h"
 #include "support/RecordingLogger.h"
+#include "support/SampleDevices.h"
 
 namespace ZQAPI::test {
 namespace {
 
+void Succeed() {}
+void FailWithNumber() {
+    throw CZQException(ZQ_HERE("VendorScannerTest::FailWithNumber"), -7);
+}
+void FailWithWords() {
+    throw std::runtime_error("words");
+}
+void FailWithInt() {
+    throw 42;  // NOLINT: what a vendor's code may do
+}
+
 struct Camera {
-    CZQString id;
+    CZQString serialNumber;
     CZQString address;
-    std::int32_t error = 0;  // what reading the camera fails with
+    void (*read)() = Succeed;
 };
 
 using Cameras = std::vector<Camera>;
 
 class ScriptedSource : public CZQICameraSource<Camera> {
 public:
-    explicit ScriptedSource(const Cameras& cameras) : m_cameras(cameras) {}
+    ScriptedSource(Cameras cameras, std::function<void()> count)
+        : m_cameras(std::move(cameras)), m_count(std::move(count)) {}
 
-    std::uint32_t GetNofCameras() override { return static_cast<std::uint32_t>(m_cameras.size()); }
+    std::uint32_t GetNofCameras() override {
+        m_count();
+        return static_cast<std::uint32_t>(m_cameras.size());
+    }
     Camera GetCamera(std::uint32_t index) override {
-        if (m_cameras[index].error != 0) {
-            throw CZQException(ZQ_HERE("ScriptedSource::GetCamera"), m_cameras[index].error);
-        }
+        m_cameras[index].read();
         return m_cameras[index];
     }
 
 private:
-    const Cameras& m_cameras;
+    const Cameras m_cameras;
+    const std::function<void()> m_count;
 };
+
+SVendorIdentity Identify(const Camera& camera) {
+    return {"Model", camera.serialNumber, camera.address};
+}
+
+SVendorProduct ProductOf(const Camera& camera) {
+    if (camera.serialNumber == "stranger") {
+        throw CZQException(ZQ_HERE("VendorScannerTest::ProductOf"), ZQ_ERR_UNKNOWN_MODEL);
+    }
+    return {"Type", "Description"};
+}
 
 class ScriptedScanner : public CZQVendorScanner<Camera> {
 public:
-    ScriptedScanner(const Cameras& cameras, bool skips)
-        : CZQVendorScanner(
-              {"SCRIPTED", "CCM", "IAM", "Scripted::Scan", "Scripted::Update"},
-              [&cameras] { return std::make_unique<ScriptedSource>(cameras); },
-              skips ? OnCameraFailure::kSkip : OnCameraFailure::kEnd) {}
-
-protected:
-    SVendorIdentity Identify(const Camera& camera) const override { return {camera.id, camera.address}; }
-    SVendorProduct ProductOf(const Camera& camera) const override {
-        if (camera.id == "stranger") {
-            throw CZQException(ZQ_HERE("ScriptedScanner::ProductOf"), ZQ_ERR_UNKNOWN_MODEL);
-        }
-        return {"Type", "Description"};
-    }
+    ScriptedScanner(const Cameras& cameras, OnCameraFailure onFailure, std::function<void()> count = Succeed,
+                    const char* library = "SCRIPTED", std::uint32_t maxWaitMs = CZQVendorGuard::kMaxWaitMs)
+        : CZQVendorScanner({{library, "CCM", "IAM", "Scripted::Scan", "Scripted::Update"},
+                            [=] { return std::make_unique<ScriptedSource>(cameras, count); },
+                            Identify,
+                            ProductOf,
+                            onFailure,
+                            ZQ_ERR_VENDOR_LIBRARY,
+                            maxWaitMs}) {}
 };
 
 // A scan of the cameras, then the update of a device "a" that was found elsewhere before.
-TEST(VendorScanner, OneCameraThatFailsEndsTheSearchOrIsSkipped) {
+TEST(VendorScanner, OneCameraThatFailsEndsTheSearchOrIsLeftOut) {
+    constexpr auto kEnd = OnCameraFailure::kEnd;
+    constexpr auto kSkip = OnCameraFailure::kSkip;
     constexpr std::int32_t kGone = ZQ_ERR_DEVICE_NOT_FOUND;
-    const std::vector<CZQString> first = {"_SCRIPTED.0"};
-    const std::vector<CZQString> both = {"_SCRIPTED.0", "_SCRIPTED.1"};
+    const std::string tooLong(65, 'x');
     const struct {
         const char* what;
         Cameras cameras;
-        bool skips;
+        OnCameraFailure onFailure;
         std::int32_t scanError;
-        std::vector<CZQString> found;
+        std::string found;   // names and addresses
+        std::string logged;  // of the scan
         std::int32_t updateError;
-        const char* address;
     } cases[] = {
-        {"moved", {{"A", "1"}, {"a", "2"}}, false, 0, both, 0, "2"},
-        {"gone", {{"A", "1"}, {"a ", "2"}}, false, 0, both, kGone, "old"},
-        {"unknown", {{"b", "1"}, {"stranger", "2"}, {"a", "3"}}, false, ZQ_ERR_UNKNOWN_MODEL, first, 0, "3"},
-        {"no address", {{"a", "1"}, {"b", ""}, {"c", "3"}}, false, ZQ_ERR_VENDOR_LIBRARY, first, 0, "1"},
-        {"fails", {{"b", "1"}, {"c", "2", -7}, {"a", "3", -8}}, false, -7, first, -7, "old"},
-        {"skipped", {{"b", "1"}, {"a", "2"}, {"c", "3", -7}}, true, 0, both, 0, "2"},
-        {"itself skipped", {{"b", "1"}, {"c", "2"}, {"a", "3", -7}}, true, 0, both, kGone, "old"},
-        {"the next one", {{"b", "1", -7}, {"a", "2"}}, true, 0, {"_SCRIPTED.1"}, 0, "2"},
+        {"moved", {{"A", "1"}, {" a ", " 2 "}}, kEnd, 0, "0=1;1=2;", "", 0},
+        {"unknown", {{"b", "1"}, {"stranger", "2"}, {"a", "2"}}, kEnd, ZQ_ERR_UNKNOWN_MODEL, "0=1;", "", 0},
+        {"fails", {{"b", "1"}, {"a", "2", FailWithNumber}}, kEnd, -7, "0=1;", "", -7},
+        {"words", {{"a", "1", FailWithWords}}, kEnd, ZQ_ERR_UNEXPECTED, "", "", ZQ_ERR_UNEXPECTED},
+        {"an int", {{"a", "1", FailWithInt}}, kEnd, ZQ_ERR_UNEXPECTED, "", "", ZQ_ERR_UNEXPECTED},
+        {"skipped",
+         {{"b", "1", FailWithNumber}, {"c", "9", FailWithInt}, {"d", "9", FailWithWords}, {"a", "2"}},
+         kSkip,
+         0,
+         "3=2;",
+         "-7 Camera=0;-100001 an exception of another kind; Camera=1;-100001 words; Camera=2;",
+         0},
+        {"itself skipped",
+         {{"b", "1"}, {"a", "2", FailWithInt}},
+         kSkip,
+         0,
+         "0=1;",
+         "-100001 an exception of another kind; Camera=1;",
+         kGone},
+        {"texts that can't be kept",
+         {{" ", "1"}, {"b", "''"}, {"c", "\x01"}, {"Emp", "1"}, {"d", tooLong}, {"a", "2"}},
+         kEnd,
+         0,
+         "5=2;",
+         "-521000 SerialNumber='' can't be kept; Camera=0, Address=1;"
+         "-521000 Address='''' can't be kept; Camera=1, Serial=b, Address='';"
+         "-521000 Address='.' can't be kept; Camera=2, Serial=c, Address=.;"
+         "-521000 SerialNumber='Emp' can't be kept; Camera=3, Serial=Emp, Address=1;"
+         "-100014 Field=UsedAddress; strlen=65; Camera=4, Serial=d, Address=" +
+             tooLong.substr(1) + ";",
+         0},
     };
     for (const auto& test : cases) {
-        ScriptedScanner scanner(test.cameras, test.skips);
+        SCOPED_TRACE(test.what);
+        ScriptedScanner scanner(test.cameras, test.onFailure);
         Logged().Take();
         CZQDeviceList list;
-        EXPECT_ZQ_ERROR(scanner.Scan(list), test.scanError) << test.what;
-        std::vector<CZQString> found;
+        EXPECT_ZQ_ERROR(scanner.Scan(list), test.scanError);
+        std::string found;
         for (const CZQDeviceInfo& device : list) {
-            found.push_back(device.GetName());
+            found +=
+                device.GetName().str().substr(sizeof "_SCRIPTED") + "=" + device.GetIAMAddress().str() + ";";
         }
-        EXPECT_EQ(found, test.found) << test.what;
-        EXPECT_EQ(Logged().Take().size(), test.skips ? 1U : 0U) << test.what;
+        EXPECT_EQ(found, test.found);
+        std::string logged;
+        for (const CZQException& entry : Logged().Take()) {
+            logged += std::to_string(entry.GetErrorNumber()) + " " + entry.GetExtraText().str() + ";";
+        }
+        EXPECT_EQ(logged, test.logged);
 
-        CZQDeviceInfo device;
-        device.SetName("Mine");
-        device.SetDeviceID("a");
-        device.SetUsedAddress("old");
-        device.SetCCMAddress("old");
-        device.SetIAMAddress("old");
-        const auto thrown = ThrownBy([&] { scanner.Update(device); });
-        EXPECT_EQ(thrown ? thrown->GetErrorNumber() : 0, test.updateError) << test.what;
-        if (test.updateError == kGone) {
-            EXPECT_EQ(thrown->GetExtraText(), "Label=Mine, Address=old");
-        }
-        EXPECT_EQ(device.GetUsedAddress(), test.address) << test.what;
-        EXPECT_EQ(device.GetCCMAddress(), test.address) << test.what;
-        EXPECT_EQ(device.GetIAMAddress(), test.address) << test.what;
+        CZQDeviceInfo device = SampleDevice("Model:a");
+        EXPECT_ZQ_ERROR(scanner.Update(device), test.updateError);
+        EXPECT_EQ(device.GetCCMAddress(), test.updateError == 0 ? "2" : "192.168.1.20");
     }
+}
+
+TEST(VendorScanner, UsesItsLibraryAloneAndNobodyWaitsForEver) {
+    constexpr std::uint32_t kSoonMs = 20;
+    constexpr auto kEnd = OnCameraFailure::kEnd;
+    const Cameras cameras = {{"a", "2"}};
+    std::promise<void> entered;
+    std::promise<void> release;
+    const auto block = [&entered, released = release.get_future().share()] {
+        entered.set_value();
+        released.wait();
+    };
+    ScriptedScanner blocked(cameras, kEnd, block, "SCRIPTED", kSoonMs);
+    ScriptedScanner hasty(cameras, kEnd, Succeed, "SCRIPTED", kSoonMs);
+    CZQDeviceInfo device = SampleDevice("Model:a");
+    CZQDeviceList list;
+
+    // One whose library does not come back; it goes on by itself until it is released.
+    const auto gone = ThrownBy([&] { blocked.Update(device); });
+    entered.get_future().wait();
+    ASSERT_TRUE(gone);
+    EXPECT_EQ(gone->GetErrorNumber(), ZQ_ERR_DEVICE_NOT_FOUND);
+    const auto busy = ThrownBy([&] { hasty.Scan(list); });
+    ASSERT_TRUE(busy);
+    EXPECT_EQ(busy->GetExtraText(), "Library=SCRIPTED; it was still in use after 20 ms");
+    const auto waited = ThrownBy([&] { hasty.Update(device); });
+    ASSERT_TRUE(waited && waited->GetInnerException() != nullptr);
+    EXPECT_EQ(waited->GetInnerException()->GetErrorNumber(), ZQ_ERR_WAIT_FAILED);
+    ScriptedScanner(cameras, kEnd, Succeed, "OTHER", kSoonMs).Scan(list);
+    EXPECT_EQ(list.GetCount(), 1U);
+
+    release.set_value();
+    ScriptedScanner(cameras, kEnd).Update(device);
+    EXPECT_EQ(device.GetUsedAddress(), "2");
 }
 
 }  // namespace

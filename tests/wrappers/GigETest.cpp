@@ -30,13 +30,13 @@ protected:
         return failure ? std::to_string(failure->GetErrorNumber()) + " " + failure->GetExtraText().str() : "";
     }
 
-    static void Scan(CZQDeviceList& found) {
-        CZQScanIFZQGigE([] { return std::make_shared<const CZQGigE>(StandIns::Folder()); }).Scan(found);
+    static std::shared_ptr<const CZQGigE> LoadLibrary() {
+        return std::make_shared<const CZQGigE>(StandIns::Folder());
     }
+    static void Scan(CZQDeviceList& found) { CZQScanIFZQGigE(&LoadLibrary).Scan(found); }
 
     std::string Change(const CZQDeviceInfo& device) const {
-        return Outcome(
-            [&] { ChangeGigEAddress(CZQGigE(StandIns::Folder()), device, "10.1.2.3", "255.0.0.0"); });
+        return Outcome([&] { ChangeGigEAddress(&LoadLibrary, device, "10.1.2.3", "255.0.0.0"); });
     }
 
     StandIns m_standIns;
@@ -45,7 +45,9 @@ protected:
 TEST_F(GigE, ListsACameraOnceWhicheverWayItIsSeen) {
     Play("", Camera(0, "12") + Camera(1, "2") + Camera(2, "1") +
                  Camera(3, "12", "Model=Another maker's GE-40\nMac=02:00:00:00:00:0") +
-                 Camera(4, "2", "Model=Valdremonix GE-40\nVersion=2.0\nMac=02:00:00:00:00:00\nX="));
+                 Camera(4, "2", "Model=Valdremonix GE-40\nVersion=2.0\nMac=02:00:00:00:00:00\nX=") +
+                 Camera(5, "12", "Model=\\x01\nMac=") + Camera(6, "12", "Unreadable=Model\n" + kCamera) +
+                 Camera(7, "2", "Model=Valdremonix GE-40\nX=") + Camera(8, "2", "Version=\\x01\n" + kCamera));
     CZQDeviceList found;
     Scan(found);
     std::string listed;
@@ -56,7 +58,9 @@ TEST_F(GigE, ListsACameraOnceWhicheverWayItIsSeen) {
     EXPECT_EQ(listed,
               "_SCANNER_ZQ_GIGE.0=Valdremonix GE-40:0,Valdremonix GE 4.0 camera *FT*;"
               "_SCANNER_ZQ_GIGE.1=Valdremonix GE-40:1,Valdremonix GE 4.0 camera;"
-              "_SCANNER_ZQ_GIGE.2=Valdremonix GE-40:2,Valdremonix GE 4.0 camera *FT*;");
+              "_SCANNER_ZQ_GIGE.2=Valdremonix GE-40:8,Valdremonix GE 4.0 camera;"
+              "_SCANNER_ZQ_GIGE.3=Valdremonix GE-40:2,Valdremonix GE 4.0 camera *FT*;");
+    EXPECT_EQ(found.GetDevice(2).GetFirmwareVersion(), "-.-");
 }
 
 TEST_F(GigE, SaysWhatDoesNotWork) {
@@ -68,7 +72,6 @@ TEST_F(GigE, SaysWhatDoesNotWork) {
         {"isDriverAvailable", "-521000 GigE API: driver is not available"},
         {"CameraContainer_create", "-521000 CameraContainer could not be opened"},
         {"CameraContainer_discovery", "-521000 GigE API: Discovery function failed"},
-        {"Camera_getIPAddress", "-521000 Function=Camera_getIPAddress; Status=-1"},
     };
     for (const auto& test : cases) {
         Play("FailingCall=" + std::string(test.failing) + "\n", Camera(0, "12"));
@@ -98,17 +101,25 @@ TEST_F(GigE, AddressChangeTellsTheStepThatFailedAndClosesTheConnection) {
     };
     for (const char* kinds : {"12", "1"}) {
         for (const auto& test : cases) {
-            const StandIns standIns;
-            standIns.Play("[gige]\nFailingStatus=-9\nFailingCall=" + std::string(test.failing) +
-                          "\nTraceFile=" + standIns.TraceFile() + "\n" + Camera(0, "2") + Camera(1, kinds));
+            std::filesystem::remove(m_standIns.TraceFile());
+            Play("FailingStatus=-9\nFailingCall=" + std::string(test.failing) + "\n",
+                 Camera(0, "2") + Camera(1, kinds));
             EXPECT_EQ(Change(device), test.outcome) << test.failing;
-            const std::string traced = standIns.Traced();
+            const std::string traced = m_standIns.Traced();
             EXPECT_EQ(traced.find("Camera_close\n") != std::string::npos, test.closes) << traced;
             EXPECT_EQ(traced.find("gige.1 10.1.2.3 255.0.0.0\n") != std::string::npos, test.sets) << traced;
         }
     }
     Play("", Camera(0, "12"));
     EXPECT_EQ(Change(device), "-500003 Label=unnamed, Address=192.168.1.20");
+    const auto gone = ThrownBy([&] { ChangeGigEAddress(&LoadLibrary, device, "10.1.2.3", "255.0.0.0"); });
+    EXPECT_EQ(gone->GetThrowFunc(), "CZQDeviceAPI::ChangeDeviceNetAddrZQGigE");
+
+    // Cameras that can't tell who they are are not the one.
+    Play("", "[gige.0]\nModel=Valdremonix GE-40\n" + Camera(1, "12", "Unreadable=Serial\n" + kCamera) +
+                 Camera(2, "12", "Unreadable=Model\n" + kCamera) + "[gige.3]\n" + kCamera + "\nSerial=1\n");
+    EXPECT_EQ(Change(device), "");
+    EXPECT_NE(m_standIns.Traced().find("gige.3 10.1.2.3 255.0.0.0\n"), std::string::npos);
 }
 
 }  // namespace

@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace ZQAPI::sim {
 
@@ -38,6 +40,8 @@ struct CZQSimPortFaults {
     bool properFollows = false;        // a proper answer comes right behind one of another form
     std::size_t longAnswerBytes = 64;  // size of an answer of the forms kTooLong and kNoLineFeed
     bool silent = false;               // hears everything, answers nothing and does nothing
+    // On a line: commands and what is answered to them in the place of the camera's own answer, once each.
+    std::vector<std::pair<std::string, std::string>> instead;
 };
 
 struct CZQSimFaults {

@@ -1,6 +1,7 @@
 #include "ZQSimSerialCamera.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace ZQAPI::sim {
 
@@ -20,7 +21,7 @@ void CZQSimSerialCamera::Answer(std::string_view command, Clock::time_point now)
     if (m_faults.silent || Happens(m_faults.requestLoss)) {
         return;
     }
-    const std::string answer = m_camera.Execute(command);
+    const std::string answer = Execute(command);
     if (Happens(m_faults.answerLoss)) {
         return;
     }
@@ -41,6 +42,17 @@ void CZQSimSerialCamera::Answer(std::string_view command, Clock::time_point now)
         due += m_faults.byteDelay;
         m_answers.push_back({due, byte});
     }
+}
+
+std::string CZQSimSerialCamera::Execute(std::string_view command) {
+    const auto instead = std::find_if(m_faults.instead.begin(), m_faults.instead.end(),
+                                      [command](const auto& pair) { return pair.first == command; });
+    if (instead == m_faults.instead.end()) {
+        return m_camera.Execute(command);
+    }
+    std::string answer = std::move(instead->second);
+    m_faults.instead.erase(instead);
+    return answer;
 }
 
 std::string CZQSimSerialCamera::Say(Clock::time_point now, std::size_t maxBytes) {

@@ -40,6 +40,7 @@ private:
         char byte = 0;
     };
 
+    std::string Execute(std::string_view command);
     void Answer(std::string_view command, Clock::time_point now);
     bool Happens(double share);
 

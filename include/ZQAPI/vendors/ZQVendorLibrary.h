@@ -33,9 +33,11 @@
  * - Records. A record begins with its size in bytes. The caller sets it to what it has room for and
  *   clears the rest; the library fills at most that many bytes and sets it to the number that it filled,
  *   `size` itself included. A record only ever grows at its end: a library and a kit of different age
- *   understand each other.
+ *   understand each other. What an older library leaves unfilled is zero to the kit, an empty text for
+ *   instance.
  * - Texts. Single-byte characters without control characters; in a field of fixed size, ended by a NUL where
- *   the text is shorter than the field. Not empty, no white space at either end.
+ *   the text is shorter than the field. Not empty, no white space at either end, no quotes around it. A
+ *   camera whose serial number or address is none of that sort is left out.
  */
 #ifndef ZQAPI_VENDORS_ZQVENDORLIBRARY_H
 #define ZQAPI_VENDORS_ZQVENDORLIBRARY_H

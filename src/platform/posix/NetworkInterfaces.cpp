@@ -50,7 +50,9 @@ InterfaceListResult ListNetworkInterfaces(std::size_t limit, std::vector<Network
     ifaddrs* first = nullptr;
     if (getifaddrs(&first) != 0) {
         error = LastSystemError();
-        return InterfaceListResult::kNoList;
+        // The system asks through a socket of its own.
+        const bool noDescriptor = error == EMFILE || error == ENFILE;
+        return noDescriptor ? InterfaceListResult::kNoSocket : InterfaceListResult::kNoList;
     }
     const std::unique_ptr<ifaddrs, ListFreer> list(first);
     for (const ifaddrs* entry = list.get(); entry != nullptr; entry = entry->ifa_next) {

@@ -45,10 +45,21 @@ std::string ComputerName() {
     return gethostname(name, sizeof name - 1) == 0 ? name : "";
 }
 
-bool GetEnvironmentText(const char* name, std::string& value) {
-    const char* const text = getenv(name);
+namespace {
+
+bool TakeText(const char* text, std::string& value) {
     value = text != nullptr ? text : "";
     return !value.empty();
+}
+
+}  // namespace
+
+bool GetEnvironmentText(const char* name, std::string& value) {
+    return TakeText(getenv(name), value);
+}
+
+bool GetTrustedEnvironmentText(const char* name, std::string& value) {
+    return TakeText(secure_getenv(name), value);
 }
 
 bool SetEnvironmentText(const char* name, const std::string& value, SystemErrorCode& error) {
@@ -78,7 +89,7 @@ void WriteLine(const char* text) noexcept {
 }  // namespace
 
 void WriteDebugOutput(const char* text) noexcept {
-    const char* const wanted = getenv("ZQSDK_DEBUG");
+    const char* const wanted = secure_getenv("ZQSDK_DEBUG");
     if (wanted != nullptr && std::strcmp(wanted, "0") != 0) {
         WriteLine(text);
     }

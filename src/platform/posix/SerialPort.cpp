@@ -60,7 +60,7 @@ std::optional<std::uint32_t> NumberBehind(std::string_view prefix, std::string_v
 
 std::string DeviceFile(const std::string& name) {
     std::string folder;
-    if (GetEnvironmentText(kPortFolderVariable, folder)) {
+    if (GetTrustedEnvironmentText(kPortFolderVariable, folder)) {
         return folder + "/" + name;
     }
     std::string device = "/dev/" + name;
@@ -146,7 +146,7 @@ bool ParseModeText(const std::string& text, SerialControl& control, SystemErrorC
 std::vector<SerialPortName> ListSerialPorts() {
     std::vector<SerialPortName> ports;
     std::string folder;
-    if (GetEnvironmentText(kPortFolderVariable, folder)) {
+    if (GetTrustedEnvironmentText(kPortFolderVariable, folder)) {
         AddPorts(folder, kPrefix, 0, ports);
     } else {
         AddPorts("/dev", kPrefix, 0, ports);
@@ -163,23 +163,31 @@ bool SerialPort::Open(const std::string& name, SystemErrorCode& error) {
     if (!Result(file >= 0, error)) {
         return false;
     }
-    m_handle = static_cast<std::uintptr_t>(file);
-    // The lock keeps out whoever locks as well, root too; the exclusive mode everybody else but root.
+    // The lock keeps out whoever locks as well, root too; the exclusive mode everybody else but root, who may
+    // be here beside another program that has set it.
     termios2 block{};
+    int isExclusive = 0;
+    ::ioctl(file, TIOCGEXCL, &isExclusive);
     if (!Result(::ioctl(file, TCGETS2, &block) == 0 && ::flock(file, LOCK_EX | LOCK_NB) == 0 &&
                     ::ioctl(file, TIOCEXCL) == 0,
                 error)) {
         error = error == EWOULDBLOCK ? EBUSY : error;
-        Close();
+        ::close(file);
         return false;
     }
+    m_madeExclusive = isExclusive == 0;
+    m_handle = static_cast<std::uintptr_t>(file);
     return true;
 }
 
 void SerialPort::Close() noexcept {
     if (IsOpen()) {
         const int file = Descriptor(std::exchange(m_handle, kInvalid));
-        ::ioctl(file, TIOCNXCL);
+        // Otherwise the system would wait for what is still to be sent, up to 30 s by default.
+        ::ioctl(file, TCFLSH, TCOFLUSH);
+        if (std::exchange(m_madeExclusive, false)) {
+            ::ioctl(file, TIOCNXCL);
+        }
         ::close(file);
     }
 }

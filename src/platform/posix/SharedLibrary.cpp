@@ -1,19 +1,15 @@
 #include "platform/SharedLibrary.h"
 
 #include <dlfcn.h>
+#include <link.h>
+#include <sys/stat.h>
 
 #include <cerrno>
-#include <sstream>
-#include <vector>
-
-#include "platform/Files.h"
-#include "platform/Process.h"
+#include <string_view>
 
 namespace ZQAPI::platform {
 
-namespace {
-
-std::string SystemFileName(std::string name) {
+std::string LibraryFileName(std::string name) {
     constexpr std::string_view kWritten = ".dll";
     if (name.ends_with(kWritten)) {
         name.replace(name.size() - kWritten.size(), kWritten.size(), ".so");
@@ -21,57 +17,58 @@ std::string SystemFileName(std::string name) {
     return name;
 }
 
-// Where a bare name is looked for before the loader's own places: beside this library, then in the folders of
-// PATH.
-std::vector<std::string> SearchFolders() {
-    const std::string own = OwnModulePath();
-    std::vector<std::string> folders{own.substr(0, own.rfind('/') + 1)};
-    std::string path;
-    if (GetEnvironmentText("PATH", path)) {
-        std::istringstream parts(path);
-        for (std::string folder; std::getline(parts, folder, SearchPathSeparator());) {
-            if (!folder.empty()) {
-                folders.push_back(folder + "/");
-            }
-        }
-    }
-    return folders;
+std::string SystemLibraryFolder() {
+    return {};
 }
 
-std::string Locate(const std::string& file) {
-    if (file.find('/') == std::string::npos) {
-        for (const std::string& folder : SearchFolders()) {
-            if (PathExists(folder + file)) {
-                return folder + file;
-            }
-        }
-    }
-    return file;
+bool IsLibraryFileThere(const std::string& path) noexcept {
+    struct stat status {};
+    return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
 }
 
-}  // namespace
-
-LibraryHandle LoadSharedLibrary(const std::string& name, SystemErrorCode& error, std::string& detail) {
-    const std::string file = Locate(SystemFileName(name));
-    void* const library = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
+LibraryHandle LoadLibraryFile(const std::string& path, SystemErrorCode& error, std::string& detail) {
+    detail.clear();
+    if (path.empty()) {  // the program itself, to the loader
+        error = ENOENT;
+        return nullptr;
+    }
+    void* const library = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (library == nullptr) {
         const char* const reason = dlerror();
         detail = reason != nullptr ? reason : "";
-        error = PathExists(file) ? ENOEXEC : ENOENT;
+        error = IsLibraryFileThere(path) ? ENOEXEC : ENOENT;
         return nullptr;
     }
     error = 0;
     return library;
 }
 
+LibraryHandle LoadLibraryByLoader(const std::string& fileName, SystemErrorCode& error, std::string& detail) {
+    return LoadLibraryFile(fileName, error, detail);
+}
+
 void* FindSymbol(LibraryHandle library, const char* name, SystemErrorCode& error) noexcept {
-    void* const symbol = dlsym(library, name);
+    // No library would mean all that the process has loaded.
+    void* const symbol = library != nullptr ? dlsym(library, name) : nullptr;
     error = symbol != nullptr ? 0 : ENOSYS;
     return symbol;
 }
 
 void FreeSharedLibrary(LibraryHandle library) noexcept {
     dlclose(library);
+}
+
+bool KeepSharedLibrary(LibraryHandle library) noexcept {
+    link_map* map = nullptr;
+    if (dlinfo(library, RTLD_DI_LINKMAP, &map) != 0) {
+        return false;
+    }
+    void* const again = dlopen(map->l_name, RTLD_NOW | RTLD_NOLOAD | RTLD_NODELETE);
+    if (again == nullptr) {
+        return false;
+    }
+    dlclose(again);
+    return true;
 }
 
 }  // namespace ZQAPI::platform

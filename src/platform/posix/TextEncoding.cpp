@@ -48,4 +48,11 @@ std::u16string AnsiToUtf16(std::string_view text) {
     return result;
 }
 
+std::string LowerCaseAnsi(std::string_view text) {
+    std::string result(text);
+    std::transform(result.begin(), result.end(), result.begin(),
+                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+    return result;
+}
+
 }  // namespace ZQAPI::platform

@@ -30,7 +30,7 @@ public:
         const std::lock_guard lock(m_mutex);
         error = m_socket != INVALID_SOCKET ? Ask(list) : WSAENOTSOCK;
         if (error == WSAENOTSOCK || error == WSANOTINITIALISED) {
-            m_socket = WSASocketA(AF_INET, SOCK_DGRAM, 0, nullptr, 0, 0);
+            m_socket = WSASocketW(AF_INET, SOCK_DGRAM, 0, nullptr, 0, WSA_FLAG_NO_HANDLE_INHERIT);
             if (m_socket == INVALID_SOCKET) {
                 error = LastSocketError();
                 return InterfaceListResult::kNoSocket;

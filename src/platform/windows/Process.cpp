@@ -26,9 +26,15 @@ std::string OwnModulePath() {
     if (GetModuleHandleExA(kFlags, reinterpret_cast<const char*>(&OwnModulePath), &module) == FALSE) {
         return {};
     }
-    char path[MAX_PATH + 1] = {};
-    const DWORD length = GetModuleFileNameA(module, path, MAX_PATH);
-    return std::string(path, length);
+    // A path that fills the buffer was cut.
+    std::string path;
+    DWORD length = 0;
+    do {
+        path.resize(path.size() + MAX_PATH);
+        length = GetModuleFileNameA(module, path.data(), static_cast<DWORD>(path.size()));
+    } while (length == path.size());
+    path.resize(length);
+    return path;
 }
 
 std::string ComputerName() {
@@ -43,6 +49,10 @@ bool GetEnvironmentText(const char* name, std::string& value) {
     const DWORD length = size == 0 ? 0 : GetEnvironmentVariableA(name, buffer.data(), size);
     value.assign(buffer.data(), length < size ? length : 0);
     return !value.empty();
+}
+
+bool GetTrustedEnvironmentText(const char* name, std::string& value) {
+    return GetEnvironmentText(name, value);
 }
 
 bool SetEnvironmentText(const char* name, const std::string& value, SystemErrorCode& error) {

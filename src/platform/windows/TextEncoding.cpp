@@ -23,4 +23,17 @@ std::u16string AnsiToUtf16(std::string_view text) {
     return result;
 }
 
+std::string LowerCaseAnsi(std::string_view text) {
+    std::u16string result = AnsiToUtf16(text);
+    for (char16_t& c : result) {
+        auto small = static_cast<wchar_t>(c);
+        CharLowerBuffW(&small, 1);
+        const std::u16string lower(1, static_cast<char16_t>(small));
+        if (lower.front() != c && AnsiToUtf16(Utf16ToAnsi(lower)) == lower) {
+            c = lower.front();
+        }
+    }
+    return Utf16ToAnsi(result);
+}
+
 }  // namespace ZQAPI::platform

@@ -114,7 +114,9 @@ void StopSocketLibrary() noexcept {
 
 bool UdpSocket::Open(SystemErrorCode& error) noexcept {
     Close();
-    const SOCKET opened = socket(AF_INET, SOCK_DGRAM, 0);
+    // A program that the application starts meanwhile must not get a copy, and the port with it.
+    const SOCKET opened =
+        WSASocketW(AF_INET, SOCK_DGRAM, 0, nullptr, 0, WSA_FLAG_OVERLAPPED | WSA_FLAG_NO_HANDLE_INHERIT);
     if (!Done(opened != INVALID_SOCKET, error)) {
         return false;
     }

@@ -1,8 +1,10 @@
 // A command module that fails on request: what it is asked for is in the texts it is given.
 #include <ZQAPI/ZQCommandModule.h>
 
+#include <atomic>
 #include <cstring>
 #include <string>
+#include <thread>
 
 namespace {
 
@@ -10,6 +12,8 @@ namespace {
 constexpr ZQCCM_HANDLE kClosesWell = 7;
 constexpr ZQCCM_HANDLE kClosesWithZero = 8;
 constexpr ZQCCM_HANDLE kClosesWithError = 9;
+
+std::atomic<bool> g_isClosed{true};
 
 }  // namespace
 
@@ -21,6 +25,7 @@ std::int32_t ZQCCM_OpenCCM(const char* parameter, const char* address, ZQCCM_HAN
     if (wanted == "zero") {
         return 0;
     }
+    g_isClosed = false;
     *handle = wanted == "no handle"          ? 0
               : wanted == "close with zero"  ? kClosesWithZero
               : wanted == "close with error" ? kClosesWithError
@@ -29,6 +34,7 @@ std::int32_t ZQCCM_OpenCCM(const char* parameter, const char* address, ZQCCM_HAN
 }
 
 std::int32_t ZQCCM_CloseCCM(ZQCCM_HANDLE handle) {
+    g_isClosed = true;
     return handle == kClosesWithZero ? 0 : handle == kClosesWithError ? ZQ_ERR_COM_SEND : ZQ_OK;
 }
 
@@ -40,6 +46,12 @@ std::int32_t ZQCCM_SendCmd(ZQCCM_HANDLE handle, const char* command, char* answe
     }
     if (wanted == "zero\n") {
         return 0;
+    }
+    if (wanted == "until closed\n") {
+        while (!g_isClosed) {
+            std::this_thread::yield();
+        }
+        return ZQ_ERR_CONNECTION_NOT_OPEN;
     }
     if (wanted == "fill\n") {
         std::memset(answer, 'x', answerSize);

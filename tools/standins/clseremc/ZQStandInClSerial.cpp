@@ -83,9 +83,9 @@ std::optional<CZQSimAdimecCamera> MakeCamera(CZQStandInFile& play, std::uint32_t
         return static_cast<std::uint32_t>(play.Number(section, key, 0));  // -1 is always
     };
     CZQSimAdimecIdentity identity;
-    identity.id = play.Text(section, "Model");
-    identity.serialNumber = play.Text(section, "SerialNumber", "1");
-    identity.buildState = play.Text(section, "Firmware", "1.00");
+    identity.id = play.CameraText(section, "Model");
+    identity.serialNumber = play.CameraText(section, "SerialNumber", "1");
+    identity.buildState = play.CameraText(section, "Firmware", "1.00");
     CZQSimAdimecFaults faults;
     faults.silences = count("Silences");
     faults.refusals = count("Refusals");

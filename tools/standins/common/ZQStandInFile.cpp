@@ -1,7 +1,9 @@
 #include "ZQStandInFile.h"
 
 #include <algorithm>
+#include <charconv>
 #include <chrono>
+#include <filesystem>
 #include <fstream>
 #include <mutex>
 #include <thread>
@@ -27,9 +29,18 @@ CZQStandInFile::CZQStandInFile(std::string library)
 bool CZQStandInFile::Enter(const char* function) {
     Trace(function);
     if (Text(m_library, "BlockingCall") == function) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(Number(m_library, "BlockMs", 0)));
+        Block(Text(m_library, "BlockFile"));
+        Trace(std::string(function) + " goes on");
     }
     return Text(m_library, "FailingCall") != function;
+}
+
+void CZQStandInFile::Block(const std::string& untilGone) {
+    using Clock = std::chrono::steady_clock;
+    const auto end = Clock::now() + std::chrono::milliseconds(Number(m_library, "BlockMs", 0));
+    while (Clock::now() < end && (untilGone.empty() || std::filesystem::exists(untilGone))) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
 }
 
 std::uint32_t CZQStandInFile::NofPlayedCameras() {
@@ -51,7 +62,26 @@ bool CZQStandInFile::IsThere(std::uint32_t index) {
 
 void CZQStandInFile::CopyCameraText(std::uint32_t index, const char* key, char* field, std::size_t size) {
     const std::string section = Camera(index);
-    CopyText(field, size, Text(section, key), Number(section, "FillBuffers", 0) != 0);
+    CopyText(field, size, CameraText(section, key), Number(section, "FillBuffers", 0) != 0);
+}
+
+std::string CZQStandInFile::CameraText(const std::string& camera, const char* key,
+                                       const std::string& defaultValue) {
+    const std::string text = Text(camera, key, defaultValue);
+    std::string bytes;
+    for (std::size_t at = 0; at < text.size();) {
+        unsigned char byte = 0;
+        const char* const digits = text.data() + std::min(at + 2, text.size());
+        const char* const end = text.data() + std::min(at + 4, text.size());
+        if (text.compare(at, 2, "\\x") == 0 && end == digits + 2 &&
+            std::from_chars(digits, end, byte, 16).ptr == end) {
+            bytes += static_cast<char>(byte);
+            at += 4;
+        } else {
+            bytes += text[at++];
+        }
+    }
+    return bytes;
 }
 
 std::string CZQStandInFile::Text(const std::string& section, const char* key,

@@ -16,10 +16,11 @@ namespace ZQAPI::standin {
 //     FailingCall=is_GetCameraList       this function does nothing and returns
 //     FailingStatus=-1                     this number
 //     BlockingCall=is_GetCameraList      this function first waits
-//     BlockMs=60000                        so many milliseconds
+//     BlockMs=60000                        so many milliseconds,
+//     BlockFile=/tmp/block                 or until this file is gone; it is traced again then
 //     NofCameras=5                       the count that the library claims, when it lies
 //     TraceFile=/tmp/calls               each call's name is appended here, one line each
-//     [ueye.0]                           its cameras, counted from 0 without a gap
+//     [ueye.0]                           its cameras, counted from 0 without a gap; \x41 in a text is an A
 //     Model=VX-UE13M                       each has a model, the other keys are the library's
 //     Vanishes=1                           counted, but not there when it is read
 //     FillBuffers=1                        its texts fill their fields, without a NUL
@@ -44,6 +45,9 @@ public:
     bool IsThere(std::uint32_t index);
     // A text of the camera into a field, as the camera is to give it.
     void CopyCameraText(std::uint32_t index, const char* key, char* field, std::size_t size);
+    // The same as a text of any length: as in the file, but for bytes written as \x and two hexadecimal
+    // digits, which an INI file could not give back.
+    std::string CameraText(const std::string& camera, const char* key, const std::string& defaultValue = {});
 
     std::string Text(const std::string& section, const char* key, const std::string& defaultValue = {});
     std::int32_t Number(const std::string& section, const char* key, std::int32_t defaultValue);
@@ -55,6 +59,8 @@ public:
     const std::string& Library() const noexcept { return m_library; }
 
 private:
+    void Block(const std::string& untilGone);
+
     const std::string m_library;
     CZQIniFile m_ini;
 };

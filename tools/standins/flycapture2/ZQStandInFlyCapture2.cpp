@@ -2,6 +2,7 @@
 //
 //     [flycapture2]
 //     Layout=early             cameras' records as the first versions have them
+//     NullContext=1            a context is made, but none is given
 //     [flycapture2.0]
 //     Model=Valdremonix FLY-20M
 //     Serial=4294967295        a number
@@ -72,8 +73,8 @@ void FillInfo(CZQStandInFile& play, std::uint32_t index, void* target) {
 extern "C" {
 
 std::int32_t fc2CreateContext(void** context) {
-    return PlayCall(kName, __func__, [&](CZQStandInFile&) {
-        *context = new Context;
+    return PlayCall(kName, __func__, [&](CZQStandInFile& play) {
+        *context = play.Number(kName, "NullContext", 0) != 0 ? nullptr : new Context;
         return kOk;
     });
 }

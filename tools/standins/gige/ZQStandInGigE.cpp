@@ -40,7 +40,10 @@ std::int32_t CameraText(const char* function, const char* key, ZQGIGE_CAMERA cam
     if (camera == nullptr || text == nullptr) {
         return kNullPointer;
     }
-    CopyText(text, size, file.Text(camera->section, key),
+    if (file.Text(camera->section, "Unreadable") == key) {
+        return kNotOpen;
+    }
+    CopyText(text, size, file.CameraText(camera->section, key),
              file.Number(camera->section, "FillBuffers", 0) != 0);
     return kDone;
 }

@@ -3,6 +3,7 @@
 //     [mvdevicemanager]
 //     Layout=packed            cameras' records as the GCC build has them
 //     SizeQueryStatus=-2123    what asking for a record's size returns
+//     CountsUsers=0            the first DMR_Close is the last one
 //     InfoSize=0               the size that is reported, when it lies
 //     [mvdevicemanager.0]
 //     Model=Valdremonix MV-12  the product
@@ -85,8 +86,12 @@ std::int32_t DMR_Init(std::int32_t* manager) {
 }
 
 std::int32_t DMR_Close() {
-    return PlayWhenInitialised(__func__, [&](CZQStandInFile&) {
-        --g_initialised;
+    return PlayWhenInitialised(__func__, [&](CZQStandInFile& play) {
+        if (play.Number(kName, "CountsUsers", 1) != 0) {
+            --g_initialised;
+        } else {
+            g_initialised = 0;
+        }
         return kNoError;
     });
 }

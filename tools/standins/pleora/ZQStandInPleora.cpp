@@ -9,7 +9,7 @@ using namespace ZQAPI::standin;
 CZQWrapperStandIn g_library("pleora");
 
 std::string DeviceId(CZQStandInFile& file, const std::string& camera) {
-    return file.Text(camera, "Model") + ":" + file.Text(camera, "Serial");
+    return file.CameraText(camera, "Model") + ":" + file.CameraText(camera, "Serial");
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 //
 //     [ueye]
 //     LateCameras=1            so many cameras are plugged in after they were counted
+//     ShortStatus=1            what a list returns that tells of more cameras than there is room for
 //     GrowsForever=1           each list has one camera more than the caller has room for
 //     [ueye.0]
 //     Model=VX-UE13M
@@ -72,7 +73,7 @@ std::int32_t is_GetCameraList(CameraList* list) {
         const std::uint32_t room = list->count;
         const std::uint32_t count = FillList(play, list->cameras, room);
         list->count = play.Number(kName, "GrowsForever", 0) != 0 ? room + 1 : count;
-        return 0;
+        return list->count > room ? play.Number(kName, "ShortStatus", 0) : 0;
     });
 }
 

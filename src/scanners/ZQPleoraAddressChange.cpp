@@ -1,0 +1,45 @@
+#include "scanners/ZQPleoraAddressChange.h"
+
+#include "devices/ZQSdkPaths.h"
+#include "scanners/ZQVendorScanner.h"
+#include "vendors/ZQPleora.h"
+
+namespace ZQAPI {
+
+namespace {
+
+constexpr const char* kMethod = "CZQDeviceAPI::ChangeDeviceNetAddr";
+
+bool IsThere(CZQPleora& library, const CZQString& deviceId) {
+    const SourceLocation here = ZQ_HERE(kMethod);
+    const std::uint32_t count = library.GetNofCameras();
+    for (std::uint32_t i = 0; i < count; ++i) {
+        try {
+            const SPleoraCamera camera = library.GetCamera(i);
+            if (!camera.serialNumber.IsEmpty() && camera.model + ":" + camera.serialNumber == deviceId) {
+                return true;
+            }
+        } catch (...) {
+            CZQException failure = CaughtWithCamera(here, i);
+            ReportRecovered(failure, here);
+        }
+    }
+    return false;
+}
+
+}  // namespace
+
+void ChangePleoraAddress(const CZQDeviceInfo& device, const CZQString& newAddress) {
+    const auto change = [device, newAddress](const IsAwaited& isAwaited) {
+        CZQPleora library(GetBinPath());
+        if (!IsThere(library, device.GetDeviceID())) {
+            throw DeviceGone(ZQ_HERE(kMethod), device);
+        }
+        if (isAwaited()) {
+            library.SetIpAddress(device.GetDeviceID(), newAddress);
+        }
+    };
+    UseVendorLibrary(ZQDEV_SCANNER_NAME_PLEORA_IPORT, CZQVendorGuard::kMaxWaitMs, change);
+}
+
+}  // namespace ZQAPI

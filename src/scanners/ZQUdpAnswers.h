@@ -1,0 +1,90 @@
+// What a scan makes of the datagrams that come back. Anybody can send one, and as many as he likes: what
+// counts is checked, and what is kept is bounded.
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "foundation/ZQString.h"
+
+namespace ZQAPI {
+
+// One camera's answer.
+struct SUdpDeviceConnInfo {
+    CZQString hardwareAddress;  // 12 letters or digits
+    CZQString ipAddress;        // dotted; 0.0.0.0 for a camera that has none yet
+    CZQString localAddress;  // the local interface that heard it, dotted; empty: the socket was bound to none
+    bool hasConflict = false;  // answers with this hardware address gave different IP addresses
+};
+
+struct SUdpDatagram {
+    std::string_view text;     // up to its first NUL
+    std::uint32_t sender = 0;  // host byte order
+    CZQString localAddress;    // as in SUdpDeviceConnInfo
+};
+
+// The camera behind a datagram, or why it counts for nothing.
+struct SUdpAnswer {
+    std::optional<SUdpDeviceConnInfo> camera;
+    const char* whyNot = "";
+};
+
+// An answer counts when commands that are sent to what it says can reach one camera and nobody else: its
+// hardware address is not everybody's, its IP address is complete and a single machine's, and not this
+// machine's own unless it comes from this machine.
+SUdpAnswer ReadUdpAnswer(const SUdpDatagram& datagram);
+
+// The cameras heard in one scan, each hardware address once. Thread-safe.
+class CZQUdpCameras {
+public:
+    // More are left out, which is told once.
+    static constexpr std::size_t kMaxCameras = 4096;
+
+    enum class EHeard { kFirst, kOnEarlierCard, kAgain, kTooMany };
+
+    // `card` is the place of the local interface in the system's order: the first interface that heard a
+    // camera wins, whichever answer came first. A different IP address is a conflict, told once per camera.
+    EHeard Add(std::size_t card, SUdpDeviceConnInfo camera);
+
+    // In the order of the interfaces, and of each interface's answers.
+    std::vector<SUdpDeviceConnInfo> Take();
+
+private:
+    struct Heard {
+        std::size_t card = 0;
+        std::uint64_t order = 0;
+        SUdpDeviceConnInfo camera;
+    };
+
+    std::mutex m_mutex;
+    std::map<std::string, Heard, std::less<>> m_heard;  // by hardware address
+    std::uint64_t m_lastOrder = 0;
+    bool m_isFull = false;
+};
+
+// Tells of the datagrams that count for nothing: of the first ones each, of the others their number.
+// Thread-safe.
+class CZQIgnoredDatagrams {
+public:
+    static constexpr std::uint64_t kMaxTold = 16;
+
+    CZQIgnoredDatagrams() = default;
+    CZQIgnoredDatagrams(const CZQIgnoredDatagrams&) = delete;
+    CZQIgnoredDatagrams& operator=(const CZQIgnoredDatagrams&) = delete;
+    ~CZQIgnoredDatagrams();
+
+    void Add(const SUdpDatagram& datagram, const char* why);
+
+private:
+    std::atomic<std::uint64_t> m_count{0};
+};
+
+}  // namespace ZQAPI

@@ -1,0 +1,188 @@
+#include "scanners/ZQUdpCamera.h"
+
+#include <new>
+#include <utility>
+
+#include "devices/ZQCamConfigFile.h"
+#include "devices/ZQSdkPaths.h"
+#include "foundation/Io/ZQFile.h"
+#include "foundation/ZQException.h"
+
+namespace ZQAPI {
+
+namespace {
+
+constexpr const char* kScanner = ZQDEV_SCANNER_NAME_ZQ_UDP;
+
+// Whether this machine may have lacked the means for the moment: a socket, memory, a free file handle for the
+// module or for the camera configuration file, which is then there all the same.
+bool IsForWantOfMeans(std::int32_t errorNumber, const CZQString& deviceType) {
+    switch (errorNumber) {
+        case ZQ_ERR_SOCKET_CREATE:
+        case ZQ_ERR_OUT_OF_MEMORY:
+        case ZQ_ERR_LIBRARY_NOT_LOADED:
+            return true;
+        case ZQ_ERR_SEAL_READ:
+        case ZQ_ERR_SEAL_COMPUTE:
+        case ZQ_ERR_STREAM_OPEN:
+        case ZQ_ERR_INI_KEY_MISSING:
+            return CZQFile::Exists(GetCameraConfigFile(deviceType));
+        default:
+            return false;
+    }
+}
+
+// The module reaches a camera in a foreign subnet only through the interface that heard it.
+CZQString CommandAddress(const SUdpDeviceConnInfo& camera) {
+    if (camera.localAddress.IsEmpty()) {
+        return camera.ipAddress;
+    }
+    return CZQString::Formatted("%s:%s@%s", camera.ipAddress.c_str(), camera.hardwareAddress.c_str(),
+                                camera.localAddress.c_str());
+}
+
+bool IsNetworkIam(const CZQString& iam) {
+    return iam == ZQDEV_IAM_ZQ_UDP || iam == ZQDEV_IAM_ZQ_TCPIP;
+}
+
+CZQString ReadIam(const CZQString& path) {
+    CZQCamConfigFile config(path);
+    const CZQStringArray iams = config.GetSupportedIAMs();
+    for (const char* iam : {ZQDEV_IAM_ZQ_UDP, ZQDEV_IAM_ZQ_TCPIP}) {
+        if (iams.Contains(iam)) {
+            return iam;
+        }
+    }
+    return iams.GetAt(0);
+}
+
+}  // namespace
+
+void CZQUdpImagePaths::Choose(CZQDeviceInfo& device, const CZQString& ipAddress) {
+    const CZQString iam = IamOf(device.GetDeviceTypeByName());
+    device.SetIAM(iam);
+    device.SetIAMAddress(IsNetworkIam(iam) ? ipAddress : CZQCamConfigFile::GetDefaultAddress(iam));
+}
+
+CZQString CZQUdpImagePaths::IamOf(const CZQString& deviceType) {
+    const std::lock_guard lock(m_mutex);
+    const auto known = m_iams.find(deviceType.str());
+    if (known != m_iams.end()) {
+        return known->second;
+    }
+    CZQString iam = ReadIam(GetCameraConfigFile(deviceType));
+    m_iams.emplace(deviceType.str(), iam);
+    return iam;
+}
+
+CZQUdpCamera::CZQUdpCamera(SUdpDeviceConnInfo answer, std::shared_ptr<CZQUdpImagePaths> imagePaths,
+                           IdentifiedCallback onIdentified)
+    : m_answer(std::move(answer)),
+      m_imagePaths(std::move(imagePaths)),
+      m_onIdentified(std::move(onIdentified)) {}
+
+CZQUdpCamera::EEnd CZQUdpCamera::Ask() noexcept {
+    EEnd end = EEnd::kDone;
+    try {
+        if (const Connection connection = BeginAttempt()) {
+            end = Identify(*connection);
+        }
+    } catch (const std::bad_alloc&) {
+        end = Fail(true);
+    } catch (...) {
+        end = Fail(false);
+    }
+    const std::lock_guard lock(m_mutex);
+    m_connection.reset();
+    return end;
+}
+
+// None once it is over for good.
+CZQUdpCamera::Connection CZQUdpCamera::BeginAttempt() {
+    auto connection = std::make_shared<CZQTextCommandCamera>();
+    const std::lock_guard lock(m_mutex);
+    if (m_isOver) {
+        return nullptr;
+    }
+    m_isAborted = false;
+    m_connection = connection;
+    return connection;
+}
+
+CZQUdpCamera::EEnd CZQUdpCamera::Identify(CZQTextCommandCamera& camera) {
+    CZQDeviceInfo device;
+    try {
+        ReadDevice(camera, device);
+    } catch (const CZQException& exception) {
+        if (exception.GetErrorNumber() == ZQ_ERR_COM_ABORTED && IsAborted()) {
+            return EEnd::kSilent;
+        }
+        return Fail(IsForWantOfMeans(exception.GetErrorNumber(), device.GetDeviceTypeByName()));
+    }
+    {
+        const std::lock_guard lock(m_mutex);
+        m_device = device;
+    }
+    m_onIdentified(device);
+    return EEnd::kDone;
+}
+
+void CZQUdpCamera::ReadDevice(CZQTextCommandCamera& camera, CZQDeviceInfo& device) {
+    camera.Open("ZQCCMUdpAPI.dll", CommandAddress(m_answer));
+    camera.ReadIdentity(device);
+    device.SetUsedScanner(kScanner);
+    device.SetUsedAddress(m_answer.ipAddress);
+    device.SetCCM(ZQDEV_CCM_ZQ_TCPIP);
+    device.SetCCMAddress(m_answer.ipAddress);
+    m_imagePaths->Choose(device, m_answer.ipAddress);
+    camera.ReadFirmwareVersion(device);
+    // A name to go by until the list gives it its own.
+    const CZQString name = CZQString::Formatted("_%s.%s", kScanner, device.GetDeviceID().c_str());
+    device.SetName(name.view().substr(0, CZQDeviceInfo::kMaxTextLength));
+    camera.Close();
+}
+
+// To be called while the exception is handled.
+CZQUdpCamera::EEnd CZQUdpCamera::Fail(bool isForWantOfMeans) noexcept {
+    const std::lock_guard lock(m_mutex);
+    m_failure = std::current_exception();
+    return isForWantOfMeans ? EEnd::kScarce : EEnd::kDone;
+}
+
+bool CZQUdpCamera::IsAborted() const noexcept {
+    const std::lock_guard lock(m_mutex);
+    return m_isAborted || m_isOver;
+}
+
+void CZQUdpCamera::Abort(bool forGood) noexcept {
+    const std::lock_guard lock(m_mutex);
+    m_isAborted = true;
+    m_isOver = m_isOver || forGood;
+    if (m_connection) {
+        m_connection->Abort();
+    }
+}
+
+CZQUdpCamera::Clock::time_point CZQUdpCamera::LastAnswer() const noexcept {
+    const std::lock_guard lock(m_mutex);
+    return m_connection ? m_connection->LastAnswer() : Clock::time_point::min();
+}
+
+std::optional<CZQDeviceInfo> CZQUdpCamera::GetDevice() const {
+    const std::lock_guard lock(m_mutex);
+    return m_device;
+}
+
+void CZQUdpCamera::RethrowFailure() const {
+    const std::lock_guard lock(m_mutex);
+    if (!m_device && m_failure) {
+        std::rethrow_exception(m_failure);
+    }
+}
+
+CZQString CZQUdpCamera::ToText() const {
+    return CZQString::Formatted("Address=%s, HardwareAddress=%s", m_answer.ipAddress.c_str(),
+                                m_answer.hardwareAddress.c_str());
+}
+
+}  // namespace ZQAPI

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <exception>
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+
+#include "devices/ZQDeviceInfo.h"
+#include "scanners/ZQIdentificationWorkers.h"
+#include "scanners/ZQTextCommandCamera.h"
+#include "scanners/ZQUdpDiscovery.h"
+
+namespace ZQAPI {
+
+// How the images of each device type come, read once per type and search. Thread-safe.
+class CZQUdpImagePaths {
+public:
+    // Sets IAM and IAMAddress of a record whose device type is known; `ipAddress` where images come over the
+    // network. Errors of the type's camera configuration file.
+    void Choose(CZQDeviceInfo& device, const CZQString& ipAddress);
+
+private:
+    CZQString IamOf(const CZQString& deviceType);
+
+    std::mutex m_mutex;
+    std::map<std::string, CZQString> m_iams;
+};
+
+// A camera that was heard, and what it says of itself once it has been asked.
+class CZQUdpCamera : public CZQIdentificationTask {
+public:
+    // Called on the thread that asked, at once.
+    using IdentifiedCallback = std::function<void(const CZQDeviceInfo& device)>;
+
+    CZQUdpCamera(SUdpDeviceConnInfo answer, std::shared_ptr<CZQUdpImagePaths> imagePaths,
+                 IdentifiedCallback onIdentified);
+
+    EEnd Ask() noexcept override;
+    void Abort(bool forGood) noexcept override;
+    Clock::time_point LastAnswer() const noexcept override;
+
+    // The record, or nothing when identification failed or the time was over before it was done.
+    std::optional<CZQDeviceInfo> GetDevice() const;
+    // Throws what identification failed with, if it did.
+    void RethrowFailure() const;
+    // For messages: "Address=192.168.1.117, HardwareAddress=00A1B2C3D4E5".
+    CZQString ToText() const;
+
+private:
+    using Connection = std::shared_ptr<CZQTextCommandCamera>;
+
+    Connection BeginAttempt();
+    EEnd Identify(CZQTextCommandCamera& camera);
+    void ReadDevice(CZQTextCommandCamera& camera, CZQDeviceInfo& device);
+    EEnd Fail(bool isForWantOfMeans) noexcept;
+    bool IsAborted() const noexcept;
+
+    const SUdpDeviceConnInfo m_answer;
+    const std::shared_ptr<CZQUdpImagePaths> m_imagePaths;
+    const IdentifiedCallback m_onIdentified;
+
+    mutable std::mutex m_mutex;  // for what follows
+    Connection m_connection;     // of the attempt under way
+    bool m_isAborted = false;    // the attempt under way
+    bool m_isOver = false;       // aborted for good
+    std::optional<CZQDeviceInfo> m_device;
+    std::exception_ptr m_failure;
+};
+
+}  // namespace ZQAPI

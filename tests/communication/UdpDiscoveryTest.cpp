@@ -1,0 +1,142 @@
+// Discovery against strangers: whoever hears the request can answer, whatever and as often as he likes. Runs
+// in a network of its own.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <thread>
+
+#include "scanners/ZQAddressConflict.h"
+#include "scanners/ZQUdpDiscovery.h"
+#include "support/DebugLines.h"
+#include "support/UdpPeer.h"
+
+namespace ZQAPI::test {
+namespace {
+
+using EHeard = CZQUdpCameras::EHeard;
+
+constexpr std::uint32_t kLoopback = 0x7F000001;
+constexpr std::uint32_t kElsewhere = 0x0A090042;  // 10.9.0.66
+
+TEST(UdpAnswer, CountsOnlyWhenItLeadsToOneCamera) {
+    const struct {
+        std::string text;
+        const char* ipAddress;  // null: ignored
+        std::uint32_t sender = kElsewhere;
+        const char* localAddress = "";
+    } rows[] = {
+        {"00A0B1000001:10.1.0.11\n", "10.1.0.11"},
+        {"aZ09AbFfFFFF:192.168.1.255\n\n", "192.168.1.255"},
+        {"00A0B1000001:127.0.0.11\n", "127.0.0.11", kLoopback},
+        {"00A0B1000001:0.0.0.0\n", "0.0.0.0", kElsewhere, "10.9.0.1"},
+        // A command address that reaches every camera on another card.
+        {"AAAAAAAAAAAA:10.9.0.66:FFFFFFFFFFFF@10.9.0.1\n", nullptr},
+        {"FFFFFFFFFFFF:10.9.0.66\n", nullptr},
+        {"00A0B100000@:10.9.0.66\n", nullptr},
+        {"00A0B100000\xC4:10.9.0.66\n", nullptr},
+        {"00A0B1000001:127.0.0.1\n", nullptr},
+        {"00A0B1000001:0.0.0.0\n", nullptr},
+        {"00A0B1000001:0.1.2.3\n", nullptr, kElsewhere, "10.9.0.1"},
+        {"00A0B1000001:224.0.0.1\n", nullptr},
+        {"00A0B1000001:255.255.255.255\n", nullptr},
+        {"00A0B1000001:10.9.0.066\n", nullptr},
+        {"00A0B1000001:10.9.66\n", nullptr},
+        {"00A0B1000001:10.9.0.66 \n", nullptr},
+        {"00A0B1000001:10.9.0.66", nullptr},
+        {"00A0B1000001:\n", nullptr},
+        {"00A0B1000001 10.9.0.66\n", nullptr},
+        {"00A0B1000001", nullptr},
+        {"", nullptr},
+    };
+    for (const auto& row : rows) {
+        const SUdpAnswer answer = ReadUdpAnswer({row.text, row.sender, row.localAddress});
+        ASSERT_EQ(answer.camera.has_value(), row.ipAddress != nullptr) << row.text;
+        if (answer.camera) {
+            EXPECT_EQ(answer.camera->hardwareAddress, row.text.substr(0, 12).c_str());
+            EXPECT_EQ(answer.camera->ipAddress, row.ipAddress);
+            EXPECT_EQ(answer.camera->localAddress, row.localAddress);
+        } else {
+            EXPECT_STRNE(answer.whyNot, "") << row.text;
+        }
+    }
+}
+
+TEST(UdpCameras, TheFirstCardWinsAndADifferentAddressIsAConflict) {
+    CZQUdpCameras cameras;
+    const auto lines = DebugLinesOf([&] {
+        EXPECT_EQ(cameras.Add(1, {"00A0B1000001", "10.0.0.1", "b"}), EHeard::kFirst);
+        EXPECT_EQ(cameras.Add(0, {"00A0B1000002", "10.0.0.2", "a"}), EHeard::kFirst);
+        EXPECT_EQ(cameras.Add(1, {"00A0B1000002", "10.0.0.2", "b"}), EHeard::kAgain);
+        EXPECT_EQ(cameras.Add(2, {"00A0B1000003", "10.0.0.3", "c"}), EHeard::kFirst);
+        EXPECT_EQ(cameras.Add(2, {"00A0B1000003", "10.0.0.66", "c"}), EHeard::kAgain);
+        EXPECT_EQ(cameras.Add(0, {"00A0B1000001", "10.0.0.1", "a"}), EHeard::kOnEarlierCard);
+        EXPECT_EQ(cameras.Add(0, {"00A0B1000003", "10.0.0.67", "a"}), EHeard::kOnEarlierCard);
+    });
+    std::string text;
+    for (const SUdpDeviceConnInfo& camera : cameras.Take()) {
+        text += (camera.hardwareAddress + " " + camera.ipAddress + " " + camera.localAddress +
+                 (camera.hasConflict ? " conflict;" : ";"))
+                    .str();
+    }
+    EXPECT_EQ(text, "00A0B1000002 10.0.0.2 a;00A0B1000001 10.0.0.1 a;00A0B1000003 10.0.0.67 a conflict;");
+    ASSERT_EQ(lines.size(), 1U);
+    EXPECT_EQ(ParseConflict(lines[0]), (SAddressConflict{"00A0B1000003", "10.0.0.3", "10.0.0.66"}));
+}
+
+TEST(UdpCameras, AreBoundedWhateverComesIn) {
+    CZQUdpCameras cameras;
+    const auto lines = DebugLinesOf([&] {
+        for (std::size_t i = 0; i < 2 * CZQUdpCameras::kMaxCameras; ++i) {
+            const bool fits = i < CZQUdpCameras::kMaxCameras;
+            EXPECT_EQ(cameras.Add(0, {CZQString::Formatted("%012zu", i), "10.0.0.1", ""}),
+                      fits ? EHeard::kFirst : EHeard::kTooMany);
+        }
+    });
+    EXPECT_EQ(lines, std::vector<std::string>{"ZQSDK: !! 4096 cameras heard, further ones are left out"});
+    EXPECT_EQ(cameras.Take().size(), CZQUdpCameras::kMaxCameras);
+}
+
+TEST(AddressConflict, IsReadFromItsOwnLineAlone) {
+    const SAddressConflict conflict{"00A0B1000001", "10.0.0.1", "10.0.0.2"};
+    const CZQString line = FormatConflict(conflict);
+    EXPECT_EQ(ParseConflict(line.view()), conflict);
+    EXPECT_EQ(ParseConflict((line + "\r\n").view()), conflict);
+    for (const CZQString& other : {CZQString(), CZQString("ZQSDK: !! Conflict: "), " " + line, line + "3.4",
+                                   FormatConflict({"FFFFFFFFFFFF", "10.0.0.1", "10.0.0.2"}),
+                                   FormatConflict({"00A0B1000001", "", "10.0.0.2"})}) {
+        EXPECT_FALSE(ParseConflict(other.view())) << other.str();
+    }
+}
+
+// One camera among the strangers, who send far more than anybody would read.
+TEST(UdpDiscovery, FindsTheCameraAmongStrangersAndTellsOfTheFirstOfThem) {
+    constexpr std::uint16_t kPort = 29381;
+    constexpr int kStrangers = 200;
+    UdpPeer peer("0.0.0.0", kPort);
+    std::jthread answers([&] {
+        const auto request = peer.Receive();
+        ASSERT_TRUE(request && request->text == "FFFFFFFFFFFF:SYST:NET:IP?\n");
+        peer.Send(request->from, "\x1B\\\nZQSDK: Scanner X: 9 found");
+        for (int i = 1; i < kStrangers; ++i) {
+            peer.Send(request->from, "AAAAAAAAAAAA:10.9.0.66:FFFFFFFFFFFF@10.9.0.1\n");
+        }
+        peer.Send(request->from, "00A0B1000001:127.0.0.1\n");
+        peer.Send(request->from, "00A0B1000001:127.0.0.66\n");
+    });
+    std::vector<SUdpDeviceConnInfo> found;
+    const auto lines = DebugLinesOf([&] { found = DiscoverUdpDevices({kPort, 1, 2000, false}); });
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_EQ(found[0].ipAddress, "127.0.0.1");
+    EXPECT_TRUE(found[0].hasConflict);
+
+    const auto isOf = [](std::string_view part) {
+        return [part](const std::string& line) { return line.find(part) != std::string::npos; };
+    };
+    EXPECT_EQ(std::count_if(lines.begin(), lines.end(), isOf("Answer from 127.0.0.1 ignored")), 16);
+    EXPECT_EQ(std::count_if(lines.begin(), lines.end(), isOf("184 further answers ignored")), 1);
+    EXPECT_EQ(std::count_if(lines.begin(), lines.end(), isOf("'\\x1B\\x5C\\x0AZQSDK: Scanner X: 9 found'")),
+              1);
+}
+
+}  // namespace
+}  // namespace ZQAPI::test

@@ -1,0 +1,43 @@
+// Answers to discovery. Input: one byte, the last of the sender's address; then the datagrams, a part each.
+#include "Fuzz.h"
+#include "platform/UdpSocket.h"
+#include "scanners/ZQUdpAnswers.h"
+
+using namespace ZQAPI;
+using namespace ZQAPI::fuzz;
+
+namespace {
+
+constexpr std::uint32_t kNetwork = 0x0A000000;  // 10.0.0.0
+
+void CheckCamera(const SUdpDeviceConnInfo& camera, std::string_view datagram) {
+    ZQ_REQUIRE(camera.hardwareAddress.GetLength() == 12 && camera.hardwareAddress != "FFFFFFFFFFFF");
+    ZQ_REQUIRE(datagram.starts_with(camera.hardwareAddress.str() + ":"));
+    std::uint32_t address = 0;
+    platform::SystemErrorCode error = 0;
+    ZQ_REQUIRE(platform::TextToAddress(camera.ipAddress.str(), address, error) && address != 0xFFFFFFFF);
+    ZQ_REQUIRE(CZQString(camera.ipAddress).HasControlCharacter() == false && camera.localAddress.IsEmpty());
+}
+
+}  // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    if (size == 0) {
+        return 0;
+    }
+    const std::uint32_t sender = kNetwork + data[0];
+    CZQUdpCameras cameras;
+    std::size_t nofFirst = 0;
+    for (const std::string& datagram : AllParts(Text(data + 1, size - 1))) {
+        // The text is cut at its first NUL by whoever receives it.
+        const std::string text = datagram.c_str();
+        const SUdpAnswer answer = ReadUdpAnswer({text, sender, {}});
+        ZQ_REQUIRE(answer.camera.has_value() == std::string_view(answer.whyNot).empty());
+        if (answer.camera) {
+            CheckCamera(*answer.camera, text);
+            nofFirst += cameras.Add(0, *answer.camera) == CZQUdpCameras::EHeard::kFirst ? 1 : 0;
+        }
+    }
+    ZQ_REQUIRE(cameras.Take().size() == nofFirst);
+    return 0;
+}

@@ -1,0 +1,66 @@
+// Records of vendors' libraries with public interfaces, through their scanners. Input: which library, one byte; then
+// what its functions give, in the order of the calls (VendorLibraries.cpp).
+#include <filesystem>
+
+#include "Fuzz.h"
+#include "KeepableRecords.h"
+#include "foundation/ZQDynamicDLL.h"
+#include "scanners/ZQScanIFIDSUEye.h"
+#include "scanners/ZQScanIFMatrixVision.h"
+#include "scanners/ZQScanIFPGRFly.h"
+
+using namespace ZQAPI;
+using namespace ZQAPI::fuzz;
+
+namespace {
+
+template <class Scanner, class Adapter>
+std::unique_ptr<CZQScanIFBase> Make(const CZQString& folder) {
+    return std::make_unique<Scanner>([folder] { return std::make_unique<Adapter>(folder); });
+}
+
+struct Vendor {
+    const char* file;
+    std::unique_ptr<CZQScanIFBase> (*make)(const CZQString& folder);
+};
+
+constexpr Vendor kVendors[] = {
+    {"libueye_api.so", Make<CZQScanIFIDSUEye, CZQUEye>},
+    {"libflycapture-c.so", Make<CZQScanIFPGRFly, CZQFlyCapture2>},
+    {"libmvDeviceManager.so", Make<CZQScanIFMatrixVision, CZQMvDeviceManager>},
+};
+
+// The library under the vendors' names, and held, so that what it plays outlasts the scanners' loading and unloading.
+class Libraries {
+public:
+    Libraries() {
+        for (const Vendor& vendor : kVendors) {
+            std::filesystem::create_symlink(ZQ_FUZZ_VENDOR_LIBRARIES, m_folder.Path() / vendor.file);
+        }
+        static const char* const kNames[] = {"FuzzPlay", ""};
+        m_library.OpenLibrary(CZQString(ZQ_FUZZ_VENDOR_LIBRARIES), kNames, &m_play);
+    }
+    void Play(std::string_view bytes) const {
+        reinterpret_cast<void (*)(const char*, std::size_t)>(m_play)(bytes.data(), bytes.size());
+    }
+    CZQString Folder() const { return m_folder.File(""); }
+
+private:
+    test::TempFolder m_folder;
+    CZQDynamicDLL m_library;
+    void* m_play = nullptr;
+};
+
+}  // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static const Libraries libraries;
+    if (size == 0) {
+        return 0;
+    }
+    libraries.Play(Text(data + 1, size - 1));
+    CZQDeviceList found;
+    Succeeds([&] { kVendors[data[0] % std::size(kVendors)].make(libraries.Folder())->Scan(found); });
+    RequireKeepable(found);
+    return 0;
+}
