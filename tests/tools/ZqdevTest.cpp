@@ -304,7 +304,7 @@ TEST_F(Zqdev, WhoHoldsTheLockIsNamedAndWhatIsNoFileIsNoLock) {
 
 // Its folder's name has another length, and other bytes, in each encoding.
 TEST_F(Zqdev, AKitInAFolderOfAnyNameWorksWhole) {
-    const std::filesystem::path folder = m_kit.Path().parent_path() / u8"K\u00FCche x";
+    const std::filesystem::path folder = m_kit.Path().parent_path() / u8"k\u00FCche x";
     std::filesystem::copy(m_kit.Path(), folder, std::filesystem::copy_options::recursive);
     std::filesystem::remove_all(folder / "AppData");
     const auto config = folder / "AppData" / "config";
@@ -324,18 +324,18 @@ TEST_F(Zqdev, AKitInAFolderOfAnyNameWorksWhole) {
     }
     EXPECT_TRUE(std::filesystem::exists(config / "Devices.ini"));
     EXPECT_NE(Run({"config", "show"}, own)
-                  .out.find("K\xC3\xBC"
+                  .out.find("k\xC3\xBC"
                             "che x"),
               std::string::npos);
     EXPECT_EQ(Run({"scan", "--scanner", "manual"}, own).status, 3);
     std::filesystem::current_path(former);
 
     const auto shown = RunJson({"config", "show", "--kit", text});
-    EXPECT_NE(shown["devicesIni"]["file"].get<std::string>().find("K\xC3\xBC"
+    EXPECT_NE(shown["devicesIni"]["file"].get<std::string>().find("k\xC3\xBC"
                                                                   "che x"),
               std::string::npos);
     ExpectFailure({"--kit", text, "show", "nobody"}, 1,
-                  {"K\xC3\xBC"
+                  {"k\xC3\xBC"
                    "che x"});
 }
 
