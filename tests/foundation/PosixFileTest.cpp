@@ -22,10 +22,13 @@ namespace ZQAPI::test {
 namespace {
 
 class PosixFileTest : public ::testing::Test {
-protected:
+public:
     PosixFileTest() { m_umask = umask(077); }
+    PosixFileTest(const PosixFileTest&) = delete;
+    PosixFileTest& operator=(const PosixFileTest&) = delete;
     ~PosixFileTest() override { umask(m_umask); }
 
+protected:
     struct stat Status() const {
         struct stat status = {};
         lstat(m_path.c_str(), &status);
@@ -83,7 +86,9 @@ TEST_F(PosixFileTest, OnlyRegularFilesAreReadAndNoneIsWaitedFor) {
                                                         {device, "not a regular file"},
                                                         {huge, "larger than 64 MiB"},
                                                         {m_folder.Path().string(), "Is a directory"}};
-    for (const auto& [path, reason] : rows) {
+    for (const auto& row : rows) {
+        const std::string& path = row.first;
+        const char* const reason = row.second;
         SCOPED_TRACE(path);
         const auto sealed = ThrownBy([&] { CZQConfigFile(path, CZQConfigFile::Mode::kRead, true); });
         ASSERT_TRUE(sealed);

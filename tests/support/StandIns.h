@@ -34,7 +34,7 @@ public:
 
     // The folder that the libraries lie in, ended by a separator, as a kit's bin path is.
     static std::string Folder() {
-        return (std::filesystem::path(ZQ_TEST_STANDINS) / "").make_preferred().string();
+        return (std::filesystem::absolute(ZQ_TEST_STANDINS) / "").make_preferred().string();
     }
     // Puts libraries (file names) into a folder of a kit, which is made.
     static void Place(const std::vector<std::string>& files, const std::filesystem::path& folder) {

@@ -67,7 +67,7 @@ bool OpenMessagePipe(Pipe& pipe) {
 }
 
 // More than a socket takes at once, unless the machine's settings were raised.
-constexpr std::size_t kLongestWrite = 256 * 1024;
+constexpr std::size_t kLongestWrite = std::size_t{256} << 10;
 
 // Turns the debug output on; see WriteDebugOutput.
 constexpr const char* kSwitch = "ZQSDK_DEBUG";

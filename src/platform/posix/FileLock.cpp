@@ -10,6 +10,8 @@
 #include <cerrno>
 #include <cstdio>
 #include <fstream>
+#include <sstream>
+#include <string>
 
 #include "platform/SystemError.h"
 
@@ -43,16 +45,21 @@ constexpr const char* kNoFile = "it is no ordinary file";
 // The kernel's table names each lock's process and the file by device and inode:
 // "1: FLOCK  ADVISORY  WRITE 4711 fe:00:10953082 0 EOF".
 std::string HolderOf(const struct stat& file) {
+    std::array<char, 64> wanted{};
+    std::snprintf(wanted.data(), wanted.size(), "%02x:%02x:%lu", ::major(file.st_dev), ::minor(file.st_dev),
+                  static_cast<unsigned long>(file.st_ino));
     std::ifstream locks("/proc/locks");
     for (std::string line; std::getline(locks, line);) {
-        int process = 0;
-        unsigned major = 0;
-        unsigned minor = 0;
-        unsigned long inode = 0;
-        if (std::sscanf(line.c_str(), "%*s FLOCK ADVISORY WRITE %d %x:%x:%lu", &process, &major, &minor,
-                        &inode) == 4 &&
-            inode == file.st_ino && major == ::major(file.st_dev) && minor == ::minor(file.st_dev)) {
-            return "process " + std::to_string(process);
+        std::istringstream fields(line);
+        std::string number;
+        std::string kind;
+        std::string strictness;
+        std::string access;
+        std::string process;
+        std::string place;
+        fields >> number >> kind >> strictness >> access >> process >> place;
+        if (kind == "FLOCK" && access == "WRITE" && place == wanted.data()) {
+            return "process " + process;
         }
     }
     return "another process";

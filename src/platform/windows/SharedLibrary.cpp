@@ -53,10 +53,17 @@ private:
     std::vector<void*> m_cookies;
 };
 
+// The 8-bit functions know no paths of more than 260 characters.
+std::wstring ToWide(const std::string& text) {
+    const std::u16string wide = AnsiToUtf16(text);
+    return {wide.begin(), wide.end()};
+}
+
 // The whole path that the system understands by this one; empty when it is none.
-std::string FullPath(const std::string& path) {
-    std::string full(GetFullPathNameA(path.c_str(), 0, nullptr, nullptr), '\0');
-    full.resize(GetFullPathNameA(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
+std::wstring FullPath(const std::string& path) {
+    const std::wstring given = ToWide(path);
+    std::wstring full(GetFullPathNameW(given.c_str(), 0, nullptr, nullptr), L'\0');
+    full.resize(GetFullPathNameW(given.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
     return full;
 }
 
@@ -73,22 +80,22 @@ std::string SystemLibraryFolder() {
 }
 
 bool IsLibraryFileThere(const std::string& path) noexcept {
-    const DWORD attributes = GetFileAttributesA(path.c_str());
+    const DWORD attributes = GetFileAttributesW(ToWide(path).c_str());
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
 }
 
 LibraryHandle LoadLibraryFile(const std::string& path, SystemErrorCode& error, std::string& detail) {
     detail.clear();
     const QuietErrors quiet;
-    const std::string full = FullPath(path);
+    const std::wstring full = FullPath(path);
     constexpr DWORD kOwnAndSystem =
         LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_APPLICATION_DIR | LOAD_LIBRARY_SEARCH_SYSTEM32;
-    HMODULE library = LoadLibraryExA(full.c_str(), nullptr, kOwnAndSystem);
+    HMODULE library = LoadLibraryExW(full.c_str(), nullptr, kOwnAndSystem);
     error = library != nullptr ? 0 : LastSystemError();
     // Apart, so that nothing in PATH comes before the system's own.
-    if (error == ERROR_MOD_NOT_FOUND && IsLibraryFileThere(full)) {
+    if (error == ERROR_MOD_NOT_FOUND && IsLibraryFileThere(path)) {
         const PathFolders folders;
-        library = LoadLibraryExA(full.c_str(), nullptr, kOwnAndSystem | LOAD_LIBRARY_SEARCH_USER_DIRS);
+        library = LoadLibraryExW(full.c_str(), nullptr, kOwnAndSystem | LOAD_LIBRARY_SEARCH_USER_DIRS);
         error = library != nullptr ? 0 : LastSystemError();
     }
     return library;
