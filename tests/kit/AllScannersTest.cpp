@@ -191,7 +191,9 @@ TEST_F(AllScanners, NoTextOfACameraSpoilsTheList) {
     }
 
     const std::vector<ZQDEVICEINFO> found = scan->Scan();
-    for (const auto& [scanner, text] : expected) {
+    for (const auto& entry : expected) {
+        const std::string& scanner = entry.scanner;
+        const std::string& text = entry.text;
         EXPECT_TRUE(std::any_of(found.begin(), found.end(),
                                 [&](const ZQDEVICEINFO& device) {
                                     return device.UsedScanner == "SCANNER_" + scanner &&
