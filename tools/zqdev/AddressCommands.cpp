@@ -3,6 +3,7 @@
 #include "Text.h"
 #include "communication/ZQComICMPPing.h"
 #include "foundation/ZQException.h"
+#include "scanners/ZQAddressConflict.h"
 #include "scanners/ZQNetAddressChange.h"
 
 namespace ZQAPI::zqdev {
@@ -52,14 +53,52 @@ bool HasNetworkAddress(std::string_view scanner) {
     return false;
 }
 
+bool IsAbout(const SAddressConflict& conflict, std::string_view address) {
+    return conflict.ipAddress.view() == address || conflict.otherIpAddress.view() == address;
+}
+
+// The camera as it is now. Throws Failure when it is not found, or when what is found may be somebody else.
+void FindBeforehand(Session& session, const SetIpOptions& options, ZQDEVICEINFO& camera) {
+    const std::string id = Printable(options.id);
+    const std::string former(device::Text(camera.UsedAddress));
+    std::vector<SAddressConflict> conflicts;
+    std::error_code error;
+    const bool isHeard = session.ListenDuring(
+        [&](std::string_view message) {
+            if (auto conflict = ParseConflict(message)) {
+                conflicts.push_back(std::move(*conflict));
+            }
+        },
+        [&] {
+            WithProgress(session.GetConsole(), "Looking for " + id,
+                         [&] { session.GetLibrary().Rescan(camera, error); });
+        });
+    session.Check(error, "nothing was changed: can't find '" + options.id + "'", Subject::kRescan, {},
+                  error == ZQ_ERR_DEVICE_NOT_FOUND ? ExitStatus::kNothingFound : ExitStatus::kFailed);
+    if (!isHeard) {
+        throw Failure(
+            "nothing was changed: nobody can hear what the library says of '" + options.id +
+            "', and so not tell whether somebody else claims to be it; run it with a standard error");
+    }
+    for (const SAddressConflict& conflict : conflicts) {
+        if (IsAbout(conflict, former) || IsAbout(conflict, device::Text(camera.UsedAddress))) {
+            throw Failure(
+                "nothing was changed: '" + options.id + "' is in conflict, since the hardware address " +
+                conflict.hardwareAddress.str() + " answers as " + conflict.ipAddress.str() + " and as " +
+                conflict.otherIpAddress.str() + "; disconnect whichever is not the camera and try again");
+        }
+    }
+}
+
 // Throws Failure unless this camera can take this address and the user wants it to.
-void CheckAndConfirm(Session& session, const SetIpOptions& options, const ZQDEVICEINFO& camera) {
+void CheckAndConfirm(Session& session, const SetIpOptions& options, ZQDEVICEINFO& camera) {
     const std::string id = Printable(options.id);
     const std::string scanner(device::Text(camera.UsedScanner));
     if (!HasNetworkAddress(scanner)) {
         throw Failure("'" + id + "' was found by " + Printable(scanner) + " and has no network address");
     }
     const std::string mask = MaskOf(session, options.address);
+    FindBeforehand(session, options, camera);
     const std::string former(device::Text(camera.UsedAddress));
     if (former == options.address) {
         throw Failure("'" + id + "' has the address " + former + " already");

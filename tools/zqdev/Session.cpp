@@ -7,11 +7,8 @@ namespace ZQAPI::zqdev {
 
 namespace {
 
-// The scanner's outcome in a line of the library's debug output, for people; nothing in any other line.
-std::optional<std::string> ScannerOutcome(std::string_view line, bool isFirst) {
-    if (!isFirst) {
-        return std::nullopt;  // part of some text
-    }
+// The scanner's outcome in a message of the library's debug output, for people; nothing in any other one.
+std::optional<std::string> ScannerOutcome(std::string_view line) {
     // Windows ends its texts with a line end of its own.
     line = line.substr(0, line.find_last_not_of("\r\n") + 1);
     for (const std::string_view start : {"ZQSDK: Scanner ", "ZQSDK: !! Scanner "}) {
@@ -43,10 +40,13 @@ void Session::StopListening() {
     m_capture.reset();
 }
 
+bool Session::ShowDebugOutput(platform::SystemErrorCode& error) {
+    return StartListening([this](std::string_view line, bool) { m_console.PrintDebug(line); }, error);
+}
+
 ExitStatus Session::Run() {
     platform::SystemErrorCode error = 0;
-    if (m_options.verbose &&
-        !StartListening([this](std::string_view line, bool) { m_console.PrintDebug(line); }, error)) {
+    if (m_options.verbose && !ShowDebugOutput(error)) {
         throw Failure("can't listen to the debug output (" + FormatSystemError(error).str() +
                       "); leave -v out");
     }
@@ -55,21 +55,40 @@ ExitStatus Session::Run() {
     return status;
 }
 
+bool Session::ListenDuring(const std::function<void(std::string_view message)>& onMessage,
+                           const std::function<void()>& call) {
+    platform::SystemErrorCode error = 0;
+    StopListening();
+    const bool isHeard = StartListening(
+        [&](std::string_view line, bool isFirst) {
+            if (m_options.verbose) {
+                m_console.PrintDebug(line);
+            }
+            if (isFirst) {  // anything else can be part of some text
+                onMessage(line);
+            }
+        },
+        error);
+    call();
+    StopListening();
+    if (m_options.verbose) {
+        ShowDebugOutput(error);
+    }
+    return isHeard;
+}
+
 void Session::ShowScannersDuring(const std::function<void()>& call) {
     if (m_options.verbose) {
         call();  // every line is shown as it is
         return;
     }
-    platform::SystemErrorCode ignored = 0;
-    StartListening(
-        [this](std::string_view line, bool isFirst) {
-            if (const auto outcome = ScannerOutcome(line, isFirst)) {
+    ListenDuring(
+        [this](std::string_view message) {
+            if (const auto outcome = ScannerOutcome(message)) {
                 m_console.PrintNote(*outcome);
             }
         },
-        ignored);
-    call();
-    StopListening();
+        call);
 }
 
 const Kit& Session::GetKit() {

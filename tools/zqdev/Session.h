@@ -66,6 +66,10 @@ public:
     // devices with empty fields pass all the same.
     void Save(bool allowEmpty);
 
+    // While the call runs, the first line of each message that the library writes to its debug output is handed
+    // over, one at a time, on another thread. False when nobody can listen; the call runs all the same.
+    bool ListenDuring(const std::function<void(std::string_view message)>& onMessage,
+                      const std::function<void()>& call);
     // While the call runs, what the library tells of each scanner is shown as soon as it has ended; where
     // nobody can listen to that, the call runs all the same.
     void ShowScannersDuring(const std::function<void()>& call);
@@ -75,6 +79,7 @@ public:
 
 private:
     bool StartListening(platform::DebugCapture::LineCallback onLine, platform::SystemErrorCode& error);
+    bool ShowDebugOutput(platform::SystemErrorCode& error);
     void StopListening();
     std::string FileOf(Subject subject);
 
