@@ -1,10 +1,10 @@
 // A command module's three functions: they check, find the connection, call it and turn exceptions into
 // numbers.
 #include <cstring>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <new>
-#include <unordered_map>
 
 #include "ZQAPI/ZQCommandModule.h"
 #include "ZQCommandConnection.h"
@@ -44,7 +44,7 @@ public:
 
 private:
     mutable std::mutex m_mutex;
-    std::unordered_map<ZQCCM_HANDLE, std::shared_ptr<CZQCommandConnection>> m_connections;
+    std::map<ZQCCM_HANDLE, std::shared_ptr<CZQCommandConnection>> m_connections;  // empty, it owns nothing
     ZQCCM_HANDLE m_lastHandle = 0;
 };
 

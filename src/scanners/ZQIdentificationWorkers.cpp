@@ -106,6 +106,7 @@ public:
     void Leave(const Round& round) {
         std::erase(m_rounds, round);
         if (m_rounds.empty()) {
+            m_rounds.shrink_to_fit();  // nobody destroys this object
             m_limit = CZQIdentificationRound::kMaxThreads;
             m_work.notify_all();
         }

@@ -3,8 +3,8 @@
 #include <chrono>
 #include <condition_variable>
 #include <exception>
-#include <map>
 #include <mutex>
+#include <set>
 #include <utility>
 
 #include "foundation/ZQException.h"
@@ -19,7 +19,7 @@ namespace {
 struct Turns {
     std::mutex mutex;  // guards the rest
     std::condition_variable oneEnded;
-    std::map<CZQString, bool> isTaken;  // its places stay where they are
+    std::set<CZQString> inUse;  // owns nothing while empty: nobody destroys it
 
     static Turns& Get() {
         static CZQNoDestructor<Turns> turns;
@@ -32,15 +32,14 @@ CZQException StillBusy(const SourceLocation& here, const CZQString& library, std
                         library.c_str(), static_cast<unsigned long>(waitedMs));
 }
 
-bool& TakeTurn(const CZQString& library, std::uint32_t maxWaitMs) {
+void TakeTurn(const CZQString& library, std::uint32_t maxWaitMs) {
     Turns& turns = Turns::Get();
     std::unique_lock lock(turns.mutex);
-    bool& isTaken = turns.isTaken[library];
-    if (!turns.oneEnded.wait_for(lock, std::chrono::milliseconds(maxWaitMs), [&] { return !isTaken; })) {
+    if (!turns.oneEnded.wait_for(lock, std::chrono::milliseconds(maxWaitMs),
+                                 [&] { return !turns.inUse.contains(library); })) {
         throw StillBusy(ZQ_HERE("CZQVendorGuard::CZQVendorGuard"), library, maxWaitMs);
     }
-    isTaken = true;
-    return isTaken;
+    turns.inUse.insert(library);
 }
 
 // A call under way, shared by the thread that makes it and the one that waits.
@@ -70,13 +69,14 @@ bool WaitForEnd(Call& call, std::uint32_t maxWaitMs, std::exception_ptr& failure
 
 }  // namespace
 
-CZQVendorGuard::CZQVendorGuard(const CZQString& library, std::uint32_t maxWaitMs)
-    : m_isTaken(TakeTurn(library, maxWaitMs)) {}
+CZQVendorGuard::CZQVendorGuard(const CZQString& library, std::uint32_t maxWaitMs) : m_library(library) {
+    TakeTurn(library, maxWaitMs);
+}
 
 CZQVendorGuard::~CZQVendorGuard() {
     Turns& turns = Turns::Get();
     const std::lock_guard lock(turns.mutex);
-    m_isTaken = false;
+    turns.inUse.erase(m_library);
     turns.oneEnded.notify_all();
 }
 

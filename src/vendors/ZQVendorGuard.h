@@ -23,7 +23,7 @@ public:
     ~CZQVendorGuard();
 
 private:
-    bool& m_isTaken;
+    CZQString m_library;
 };
 
 // Tells a call whether anybody still waits for it. Thread-safe.
