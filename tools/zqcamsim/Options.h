@@ -1,10 +1,10 @@
 // The tool's command line.
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <string>
 #include <vector>
 
+#include "CommandLine.h"
 #include "ZQSimUdpServer.h"
 
 namespace ZQAPI::sim {
@@ -35,7 +35,7 @@ struct Options {
     bool untilEof = false;
 };
 
-void AddOptions(CLI::App& app, Options& options);
+void AddOptions(tools::CommandLine& line, Options& options);
 
 // What is left to do once the command line is read: what was given for both ports, or in milliseconds, is put
 // where the cameras take it from. What is wrong with the options together, or nothing.

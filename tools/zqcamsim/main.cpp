@@ -1,5 +1,4 @@
 // zqcamsim: simulated network and serial cameras from the command line.
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <atomic>
 #include <chrono>
@@ -145,7 +144,7 @@ void Simulate(Options& options) {
 }
 
 int RunTool(int argc, char** argv) {
-    CLI::App app{
+    tools::CommandLine line(
         "Simulated cameras: on the network they answer discovery and commands over UDP, each from its own\n"
         "address; on serial ports they answer commands, each on a pseudo-terminal. Until SIGINT or SIGTERM;\n"
         "\"ready\" on standard output says that they do.\n\n"
@@ -153,13 +152,16 @@ int RunTool(int argc, char** argv) {
         "  zqcamsim --count 64 --first-address 10.0.0.1 --interface dummy0\n"
         "  zqcamsim --count 8 --loss 0.05 --latency 1 20 --seed 7  a bad network, the same in each run\n"
         "  zqcamsim --count 0 --serial 2 --com-ports /tmp/ports   two cameras on serial ports",
-        "zqcamsim"};
+        "zqcamsim");
     Options options;
-    AddOptions(app, options);
+    AddOptions(line, options);
     try {
-        app.parse(argc, argv);
-    } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? 0 : 2;
+        if (!line.Read(argc, argv)) {
+            return 0;
+        }
+    } catch (const tools::WrongUsage& error) {
+        std::fprintf(stderr, "%s\nRun with --help for more information.\n", error.what());
+        return 2;
     }
     const std::string problem = CompleteOptions(options);
     if (!problem.empty()) {

@@ -147,15 +147,14 @@ ExitStatus SetIp(Session& session, const SetIpOptions& options) {
 
 }  // namespace
 
-void AddAddressCommands(CLI::App& app, Session& session) {
+void AddAddressCommands(Command& app, Session& session) {
     AddCommand<SetIpOptions>(
         app, session, "set-ip", "Give a network camera a new IPv4 address, find it again and save the list",
-        [](CLI::App& command, SetIpOptions& options) {
-            command.add_option("ID", options.id, "Identifier of the camera")->required();
-            command.add_option("ADDRESS", options.address, "The new address, such as 192.168.1.20")
-                ->required();
-            command.add_flag("--yes", options.yes, "Don't ask before the address is changed");
-            command.footer(
+        [](Command& command, SetIpOptions& options) {
+            command.AddOption("ID", options.id, "Identifier of the camera").Required();
+            command.AddOption("ADDRESS", options.address, "The new address, such as 192.168.1.20").Required();
+            command.AddFlag("--yes", options.yes, "Don't ask before the address is changed");
+            command.SetFooter(
                 "The subnet mask is that of the address's class: 255.0.0.0, 255.255.0.0 or 255.255.255.0.");
         },
         SetIp);

@@ -20,8 +20,6 @@ namespace ZQAPI::zqdev {
 
 namespace {
 
-struct NoOptions {};
-
 struct InitOptions {
     bool force = false;
 };
@@ -148,7 +146,7 @@ std::string PathsText(const std::vector<PathLine>& lines) {
     return text;
 }
 
-ExitStatus Show(Session& session, const NoOptions& /*options*/) {
+ExitStatus Show(Session& session) {
     const Kit& kit = session.GetKit();
     const std::string apiState = StateOf(kit.ApiIni());
     const std::string devicesState = StateOf(kit.DevicesIni());
@@ -203,7 +201,7 @@ Finding Inspect(const Kit& kit, const std::string& file) {
     return {StateOf(file), number, Subject::kFile};
 }
 
-ExitStatus CheckFiles(Session& session, const NoOptions& /*options*/) {
+ExitStatus CheckFiles(Session& session) {
     const Kit& kit = session.GetKit();
     Json json = Json::array();
     std::string text;
@@ -242,30 +240,26 @@ ExitStatus SealFiles(Session& session, const SealOptions& options) {
     return ExitStatus::kDone;
 }
 
-void DeclareNothing(CLI::App& /*command*/, NoOptions& /*options*/) {}
-
 }  // namespace
 
-void AddConfigCommands(CLI::App& app, Session& session) {
-    CLI::App& config = *app.add_subcommand("config", "Make, show, check and seal the configuration files");
-    config.require_subcommand(1);
+void AddConfigCommands(Command& app, Session& session) {
+    Command config = app.AddCommand("config", "Make, show, check and seal the configuration files");
+    config.RequireCommand();
     AddCommand<InitOptions>(
         config, session, "init",
         "Make ZQAPI.ini and Devices.ini where they are missing, and mend a Devices.ini that was saved empty; "
         "everything else is left alone",
-        [](CLI::App& command, InitOptions& options) {
-            command.add_flag("--force", options.force, "Replace both files; the old ones are kept as .bak");
+        [](Command& command, InitOptions& options) {
+            command.AddFlag("--force", options.force, "Replace both files; the old ones are kept as .bak");
         },
         Init);
-    AddCommand<NoOptions>(config, session, "show", "Show the paths and the scan settings in use",
-                          DeclareNothing, Show);
-    AddCommand<NoOptions>(config, session, "check",
-                          "Check the seals of all configuration files; changes nothing", DeclareNothing,
-                          CheckFiles);
+    AddCommand(config, session, "show", "Show the paths and the scan settings in use", Show);
+    AddCommand(config, session, "check", "Check the seals of all configuration files; changes nothing",
+               CheckFiles);
     AddCommand<SealOptions>(
         config, session, "seal", "Seal files after a change by hand",
-        [](CLI::App& command, SealOptions& options) {
-            command.add_option("FILE", options.files, "Files to seal")->required();
+        [](Command& command, SealOptions& options) {
+            command.AddOption("FILE", options.files, "Files to seal").Required();
         },
         SealFiles);
 }

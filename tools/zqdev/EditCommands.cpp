@@ -17,32 +17,29 @@ struct RemoveOptions {
 struct EditOptions {
     std::string id;  // of the device to modify
     std::array<std::string, 11> texts;
-    std::array<const CLI::Option*, 11> options{};  // null: the command has no such option
+    std::array<Option, 11> options;
     bool allowEmpty = false;
 
-    bool IsGiven(std::size_t field) const { return options[field] != nullptr && options[field]->count() > 0; }
     bool IsAnyGiven() const {
-        return std::any_of(options.begin(), options.end(), [](const CLI::Option* option) {
-            return option != nullptr && option->count() > 0;
-        });
+        return std::any_of(options.begin(), options.end(), std::mem_fn(&Option::IsGiven));
     }
 };
 
 // Options for all fields but one, which the command line gives otherwise or not at all.
-void DeclareFields(CLI::App& command, EditOptions& options, device::Field ZQDEVICEINFO::*except) {
+void DeclareFields(Command& command, EditOptions& options, device::Field ZQDEVICEINFO::*except) {
     for (std::size_t i = 0; i < Fields().size(); ++i) {
         const FieldInfo& field = Fields()[i];
         if (field.member == except) {
             continue;
         }
-        auto* option = command.add_option(field.option, options.texts[i], field.help)->type_name("TEXT");
+        Option option = command.AddOption(field.option, options.texts[i], field.help).ValueName("TEXT");
         if (field.member == &ZQDEVICEINFO::UsedScanner) {
-            option->check(CheckScanner)->type_name("NAME|NUMBER");
+            option.Check(CheckScanner).ValueName("NAME|NUMBER");
         }
         options.options[i] = option;
     }
-    command.add_flag("--allow-empty", options.allowEmpty,
-                     "Save also with an empty field, which makes the list unreadable");
+    command.AddFlag("--allow-empty", options.allowEmpty,
+                    "Save also with an empty field, which makes the list unreadable");
 }
 
 void SetField(Session& session, ZQDEVICEINFO& device, const FieldInfo& field, std::string_view text) {
@@ -54,7 +51,7 @@ void SetField(Session& session, ZQDEVICEINFO& device, const FieldInfo& field, st
 void ApplyGivenFields(Session& session, const EditOptions& options, ZQDEVICEINFO& device) {
     for (std::size_t i = 0; i < Fields().size(); ++i) {
         const FieldInfo& field = Fields()[i];
-        if (options.IsGiven(i)) {
+        if (options.options[i].IsGiven()) {
             const bool isScanner = field.member == &ZQDEVICEINFO::UsedScanner;
             SetField(session, device, field,
                      isScanner ? device::ScannerName(*ParseScanner(options.texts[i])) : options.texts[i]);
@@ -180,14 +177,14 @@ ExitStatus Remove(Session& session, const RemoveOptions& options) {
 
 }  // namespace
 
-void AddEditCommands(CLI::App& app, Session& session) {
+void AddEditCommands(Command& app, Session& session) {
     AddCommand<EditOptions>(
         app, session, "add", "Add a device by hand and save the list at once",
-        [](CLI::App& command, EditOptions& options) {
+        [](Command& command, EditOptions& options) {
             DeclareFields(command, options, &ZQDEVICEINFO::Name);
-            command.get_option("--id")->required();
-            command.get_option("--type")->required();
-            command.footer(
+            command.GetOption("--id").Required();
+            command.GetOption("--type").Required();
+            command.SetFooter(
                 "Left out: the scanner is SCANNER_MANUAL, the modules are the defaults of the device type "
                 "where the "
                 "kit\nknows it, and their addresses are that of the device.");
@@ -195,15 +192,15 @@ void AddEditCommands(CLI::App& app, Session& session) {
         Add);
     AddCommand<EditOptions>(
         app, session, "modify", "Change the given fields of a device and save the list at once",
-        [](CLI::App& command, EditOptions& options) {
-            command.add_option("ID", options.id, "Identifier of the device")->required();
+        [](Command& command, EditOptions& options) {
+            command.AddOption("ID", options.id, "Identifier of the device").Required();
             DeclareFields(command, options, &ZQDEVICEINFO::DeviceID);
         },
         Modify);
     AddCommand<RemoveOptions>(
         app, session, "remove", "Remove a device and save the list at once; the last one stays",
-        [](CLI::App& command, RemoveOptions& options) {
-            command.add_option("ID", options.id, "Identifier of the device")->required();
+        [](Command& command, RemoveOptions& options) {
+            command.AddOption("ID", options.id, "Identifier of the device").Required();
         },
         Remove);
 }

@@ -4,13 +4,11 @@ namespace ZQAPI::zqdev {
 
 namespace {
 
-struct NoOptions {};
-
 struct ShowOptions {
     std::string id;
 };
 
-ExitStatus List(Session& session, const NoOptions& /*options*/) {
+ExitStatus List(Session& session) {
     const std::vector<ZQDEVICEINFO> devices = session.GetLibrary().Devices();
     session.Show({{"devices", ToJson(devices)}}, ToTable(devices));
     return ExitStatus::kDone;
@@ -24,13 +22,12 @@ ExitStatus Show(Session& session, const ShowOptions& options) {
 
 }  // namespace
 
-void AddListCommands(CLI::App& app, Session& session) {
-    AddCommand<NoOptions>(
-        app, session, "list", "Show the devices in the saved list", [](CLI::App&, NoOptions&) {}, List);
+void AddListCommands(Command& app, Session& session) {
+    AddCommand(app, session, "list", "Show the devices in the saved list", List);
     AddCommand<ShowOptions>(
         app, session, "show", "Show one device in full",
-        [](CLI::App& command, ShowOptions& options) {
-            command.add_option("ID", options.id, "Identifier of the device")->required();
+        [](Command& command, ShowOptions& options) {
+            command.AddOption("ID", options.id, "Identifier of the device").Required();
         },
         Show);
 }

@@ -8,8 +8,6 @@ namespace ZQAPI::zqdev {
 
 namespace {
 
-struct NoOptions {};
-
 std::string FlagsOf(const CZQComNetInterface& card) {
     std::string flags;
     for (const auto& [isSet, name] :
@@ -22,7 +20,7 @@ std::string FlagsOf(const CZQComNetInterface& card) {
     return flags;
 }
 
-ExitStatus Interfaces(Session& session, const NoOptions& /*options*/) {
+ExitStatus Interfaces(Session& session) {
     std::vector<CZQComNetInterface> cards;
     try {
         CZQComNetInterface::SearchForInterfaces(cards);
@@ -51,7 +49,7 @@ ExitStatus Interfaces(Session& session, const NoOptions& /*options*/) {
     return ExitStatus::kDone;
 }
 
-ExitStatus Ports(Session& session, const NoOptions& /*options*/) {
+ExitStatus Ports(Session& session) {
     Table table({{"PORT", true}, {"DEVICE", true}});
     Json json = Json::array();
     for (const platform::SerialPortName& port : platform::ListSerialPorts()) {
@@ -66,14 +64,11 @@ ExitStatus Ports(Session& session, const NoOptions& /*options*/) {
 
 }  // namespace
 
-void AddMachineCommands(CLI::App& app, Session& session) {
-    AddCommand<NoOptions>(
-        app, session, "interfaces",
-        "Show this machine's IPv4 interfaces, and which of them a scan with BindToNetworkCard uses",
-        [](CLI::App&, NoOptions&) {}, Interfaces);
-    AddCommand<NoOptions>(
-        app, session, "ports", "Show this machine's serial ports, as numbers for ScanCOMPorts",
-        [](CLI::App&, NoOptions&) {}, Ports);
+void AddMachineCommands(Command& app, Session& session) {
+    AddCommand(app, session, "interfaces",
+               "Show this machine's IPv4 interfaces, and which of them a scan with BindToNetworkCard uses",
+               Interfaces);
+    AddCommand(app, session, "ports", "Show this machine's serial ports, as numbers for ScanCOMPorts", Ports);
 }
 
 }  // namespace ZQAPI::zqdev

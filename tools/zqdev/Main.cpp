@@ -12,46 +12,30 @@ int Code(ExitStatus status) {
     return static_cast<int>(status);
 }
 
-// Help is a result; anything else that the parser throws is wrong usage.
-int EndParsing(const CLI::App& app, Console& console, const CLI::ParseError& error) {
-    if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
-        return app.exit(error);
-    }
-    const std::vector<std::string> rest = app.remaining(true);
-    const bool isUnknown = app.get_subcommands().empty() && !rest.empty();
-    console.PrintError(
-        (isUnknown ? "there is no command '" + rest.front() + "'" : std::string(error.what())) +
-        "; see \"zqdev --help\"");
-    return Code(ExitStatus::kWrongUsage);
-}
-
 int Main(int argc, const char* const* argv, Console& console) {
-    CLI::App app("Lists, finds and edits the camera devices of this machine.", "zqdev");
+    tools::CommandLine line("Lists, finds and edits the camera devices of this machine.", "zqdev");
     Session session(console);
-    app.fallthrough();
-    app.require_subcommand(1);
-    app.set_version_flag("--version", "zqdev " ZQDEV_VERSION);
-    app.set_help_all_flag("--help-all", "Print the help of all commands and exit");
-    app.add_option("--kit", session.GetOptions().kitFolder,
+    line.RequireCommand();
+    line.AddGeneralFlags("zqdev " ZQDEV_VERSION);
+    line.AddOption("--kit", session.GetOptions().kitFolder,
                    "Use the kit in this folder instead of the tool's own")
-        ->type_name("DIR");
-    app.add_flag("--json", session.GetOptions().json, "Print results as JSON");
-    app.add_flag("-v,--verbose", session.GetOptions().verbose,
+        .ValueName("DIR");
+    line.AddFlag("--json", session.GetOptions().json, "Print results as JSON");
+    line.AddFlag("-v,--verbose", session.GetOptions().verbose,
                  "Show the library's debug output on standard error");
-    app.add_option("--wait", session.GetOptions().waitSeconds,
+    line.AddOption("--wait", session.GetOptions().waitSeconds,
                    "Wait this many seconds at most for another zqdev that changes the configuration")
-        ->check(CLI::Range(0, 3600))
-        ->capture_default_str();
-    app.footer("Exit status: 0 done, 1 failed, 2 wrong usage, 3 nothing found.");
+        .InRange(0, 3600)
+        .ShowDefault();
+    line.SetFooter("Exit status: 0 done, 1 failed, 2 wrong usage, 3 nothing found.");
     for (const auto add : kCommandGroups) {
-        add(app, session);
+        add(line, session);
     }
     try {
-        app.parse(argc, argv);
-    } catch (const CLI::ParseError& error) {
-        return EndParsing(app, console, error);
+        return Code(line.Read(argc, argv) ? session.Run() : ExitStatus::kDone);
+    } catch (const tools::WrongUsage& error) {
+        throw Failure(std::string(error.what()) + "; see \"zqdev --help\"", ExitStatus::kWrongUsage);
     }
-    return Code(session.Run());
 }
 
 }  // namespace

@@ -45,12 +45,12 @@ ExitStatus Modules(Session& session, const ModulesOptions& options) {
 
 }  // namespace
 
-void AddModuleCommands(CLI::App& app, Session& session) {
+void AddModuleCommands(Command& app, Session& session) {
     AddCommand<ModulesOptions>(
         app, session, "modules",
         "Show the modules that a device type supports, the default of each kind first",
-        [](CLI::App& command, ModulesOptions& options) {
-            command.add_option("TYPE", options.type, "Device type")->required();
+        [](Command& command, ModulesOptions& options) {
+            command.AddOption("TYPE", options.type, "Device type").Required();
         },
         Modules);
 }

@@ -81,30 +81,30 @@ ExitStatus Rescan(Session& session, const RescanOptions& options) {
 
 }  // namespace
 
-void AddScanCommands(CLI::App& app, Session& session) {
+void AddScanCommands(Command& app, Session& session) {
     AddCommand<ScanOptions>(
         app, session, "scan", "Look for devices; takes as long as ZQAPI.ini says, 30 s at most",
-        [](CLI::App& command, ScanOptions& options) {
+        [](Command& command, ScanOptions& options) {
             command
-                .add_option("--scanner", options.scanner, "Only this scanner instead of the configured ones")
-                ->check(CheckScanner)
-                ->type_name("NAME|NUMBER");
-            auto* save =
-                command.add_flag("--save", options.save,
-                                 "Replace the saved list by the devices found; when none is found, the saved "
-                                 "list stays, since an empty one can't be loaded again");
+                .AddOption("--scanner", options.scanner, "Only this scanner instead of the configured ones")
+                .Check(CheckScanner)
+                .ValueName("NAME|NUMBER");
+            const Option save =
+                command.AddFlag("--save", options.save,
+                                "Replace the saved list by the devices found; when none is found, the saved "
+                                "list stays, since an empty one can't be loaded again");
             command
-                .add_flag("--allow-empty", options.allowEmpty,
-                          "Save also when a device has an empty field, which makes the list unreadable")
-                ->needs(save);
-            command.footer(ScannerList());
+                .AddFlag("--allow-empty", options.allowEmpty,
+                         "Save also when a device has an empty field, which makes the list unreadable")
+                .Needs(save);
+            command.SetFooter(ScannerList());
         },
         Scan);
     AddCommand<RescanOptions>(
         app, session, "rescan", "Ask the scanner of one device for its addresses and firmware version now",
-        [](CLI::App& command, RescanOptions& options) {
-            command.add_option("ID", options.id, "Identifier of the device")->required();
-            command.add_flag("--save", options.save, "Keep the answer in the saved list");
+        [](Command& command, RescanOptions& options) {
+            command.AddOption("ID", options.id, "Identifier of the device").Required();
+            command.AddFlag("--save", options.save, "Keep the answer in the saved list");
         },
         Rescan);
 }

@@ -5,9 +5,7 @@ namespace ZQAPI::zqdev {
 
 namespace {
 
-struct NoOptions {};
-
-ExitStatus Version(Session& session, const NoOptions& /*options*/) {
+ExitStatus Version(Session& session) {
     const std::string& library = session.GetKit().LibraryFile();
     const KitLibrary loadable(library);
     session.Show({{"version", ZQDEV_VERSION}, {"library", ToJson(library)}},
@@ -17,10 +15,8 @@ ExitStatus Version(Session& session, const NoOptions& /*options*/) {
 
 }  // namespace
 
-void AddVersionCommand(CLI::App& app, Session& session) {
-    AddCommand<NoOptions>(
-        app, session, "version", "Show the tool's version and the library that it uses",
-        [](CLI::App&, NoOptions&) {}, Version);
+void AddVersionCommand(Command& app, Session& session) {
+    AddCommand(app, session, "version", "Show the tool's version and the library that it uses", Version);
 }
 
 }  // namespace ZQAPI::zqdev
