@@ -71,10 +71,11 @@ ExitStatus Init(Session& session, const InitOptions& options) {
     const bool mend = IsToBeMended(kit);
     const std::string api = Initialise(kit.ApiIni(), embedded::kApiIni, false, options.force);
     const std::string devices = Initialise(kit.DevicesIni(), embedded::kDevicesIni, mend, options.force);
-    session.Show(
-        {{{"file", ToJson(kit.ApiIni())}, {"result", api}},
-         {{"file", ToJson(kit.DevicesIni())}, {"result", devices}}},
-        Printable(kit.ApiIni()) + ": " + api + "\n" + Printable(kit.DevicesIni()) + ": " + devices + "\n");
+    Json results = Json::Array();
+    results.Add({{"file", ToJson(kit.ApiIni())}, {"result", api}});
+    results.Add({{"file", ToJson(kit.DevicesIni())}, {"result", devices}});
+    session.Show(results, Printable(kit.ApiIni()) + ": " + api + "\n" + Printable(kit.DevicesIni()) + ": " +
+                              devices + "\n");
     return ExitStatus::kDone;
 }
 
@@ -93,37 +94,58 @@ const std::vector<ScannerSettings>& KnownSettings() {
     return settings;
 }
 
-// Null for a key that is missing.
-Json ReadSetting(CZQIniFile& ini, const std::string& section, const std::string& key) {
-    ini.SetSection(section);
-    if (!ini.KeyExists(key)) {
-        return nullptr;
+struct Setting {
+    std::string key;
+    std::optional<std::string> value;  // UTF-8; none: the key is missing
+};
+struct Section {
+    std::string name;
+    std::vector<Setting> settings;
+};
+
+Section ReadSection(CZQIniFile& ini, const std::string& name, const std::vector<std::string>& keys) {
+    Section section = {name, {}};
+    ini.SetSection(name);
+    for (const std::string& key : keys) {
+        CZQString value;
+        if (ini.KeyExists(key)) {
+            ini.ReadString(key, value);
+            section.settings.push_back({key, AnyToUtf8(value.view())});
+        } else {
+            section.settings.push_back({key, std::nullopt});
+        }
     }
-    CZQString value;
-    ini.ReadString(key, value);
-    return ToJson(value.view());
+    return section;
 }
 
-Json ScanSettings(const std::string& file) {
+std::vector<Section> ReadScanSettings(const std::string& file) {
     CZQIniFile ini(file);
     const std::string general = "DeviceScanner";
-    Json sections;
-    sections[general]["ActiveScanners"] = ReadSetting(ini, general, "ActiveScanners");
+    std::vector<Section> sections = {ReadSection(ini, general, {"ActiveScanners"})};
     for (const ScannerSettings& settings : KnownSettings()) {
-        const std::string section = general + "." + std::string(settings.scanner);
-        for (const std::string& key : settings.keys) {
-            sections[section][key] = ReadSetting(ini, section, key);
-        }
+        sections.push_back(ReadSection(ini, general + "." + std::string(settings.scanner), settings.keys));
     }
     return sections;
 }
 
-std::string SettingsText(const Json& sections) {
+Json SettingsJson(const std::vector<Section>& sections) {
+    Json json = Json::Object();
+    for (const Section& section : sections) {
+        Json settings = Json::Object();
+        for (const Setting& setting : section.settings) {
+            settings.Set(setting.key, setting.value ? Json(*setting.value) : Json());
+        }
+        json.Set(section.name, settings);
+    }
+    return json;
+}
+
+std::string SettingsText(const std::vector<Section>& sections) {
     std::string text;
-    for (const auto& [section, keys] : sections.items()) {
-        text += "\n[" + section + "]\n";
-        for (const auto& [key, value] : keys.items()) {
-            text += key + "=" + (value.is_null() ? "(not set)" : Printable(value.get<std::string>())) + "\n";
+    for (const Section& section : sections) {
+        text += "\n[" + section.name + "]\n";
+        for (const Setting& setting : section.settings) {
+            text += setting.key + "=" + (setting.value ? Printable(*setting.value) : "(not set)") + "\n";
         }
     }
     return text;
@@ -151,14 +173,14 @@ ExitStatus Show(Session& session) {
     const std::string apiState = StateOf(kit.ApiIni());
     const std::string devicesState = StateOf(kit.DevicesIni());
     const bool isDenied = !IsMissing(kit.ApiIni()) && !ReadingObstacle(kit.ApiIni()).empty();
-    const Json settings = isDenied ? Json() : ScanSettings(kit.ApiIni());
+    const auto settings = isDenied ? std::vector<Section>() : ReadScanSettings(kit.ApiIni());
     session.Show({{"library", ToJson(kit.LibraryFile())},
                   {"binPath", ToJson(kit.BinPath())},
                   {"cameraConfigFolder", ToJson(kit.CameraConfigFolder())},
                   {"configFolder", ToJson(kit.ConfigFolder())},
                   {"apiIni", {{"file", ToJson(kit.ApiIni())}, {"state", apiState}}},
                   {"devicesIni", {{"file", ToJson(kit.DevicesIni())}, {"state", devicesState}}},
-                  {"scanSettings", settings}},
+                  {"scanSettings", isDenied ? Json() : SettingsJson(settings)}},
                  PathsText({{"Library", kit.LibraryFile(), {}},
                             {"Bin path", kit.BinPath(), {}},
                             {"Device types", kit.CameraConfigFolder(), {}},
@@ -203,12 +225,12 @@ Finding Inspect(const Kit& kit, const std::string& file) {
 
 ExitStatus CheckFiles(Session& session) {
     const Kit& kit = session.GetKit();
-    Json json = Json::array();
+    Json json = Json::Array();
     std::string text;
     std::vector<std::string> failures;
     for (const std::string& file : SealedFiles(kit)) {
         const Finding finding = Inspect(kit, file);
-        json.push_back({{"file", ToJson(file)}, {"state", finding.state}, {"error", finding.number}});
+        json.Add({{"file", ToJson(file)}, {"state", finding.state}, {"error", finding.number}});
         text += Printable(file) + ": " + finding.state + "\n";
         if (finding.number != 0) {
             failures.push_back(
@@ -223,12 +245,12 @@ ExitStatus CheckFiles(Session& session) {
 }
 
 ExitStatus SealFiles(Session& session, const SealOptions& options) {
-    Json json = Json::array();
+    Json json = Json::Array();
     std::string text;
     for (const std::string& file : options.files) {
         try {
             const std::uint32_t checksum = Seal(file);
-            json.push_back({{"file", ToJson(file)}, {"checksum", checksum}});
+            json.Add({{"file", ToJson(file)}, {"checksum", checksum}});
             text += Printable(file) + ": sealed, checksum " + std::to_string(checksum) + "\n";
         } catch (const CZQException& exception) {
             session.Show(json, text);

@@ -29,21 +29,21 @@ ExitStatus Interfaces(Session& session) {
                                   "a machine with more than 32 addresses can't be scanned card by card"));
     }
     Table table({{"ADDRESS", true}, {"MASK", true}, {"BROADCAST", true}, {"FLAGS"}, {"BOUND SCAN"}});
-    Json json = Json::array();
+    Json json = Json::Array();
     for (const CZQComNetInterface& card : cards) {
         const std::string address = card.GetAddressText().str();
         const std::string mask = card.GetMaskText().str();
         const std::string broadcast = card.GetDirectedBroadcastText().str();
         const bool isUsed = card.IsSuitableForBroadcast();
         table.AddRow({address, mask, broadcast, FlagsOf(card), isUsed ? "yes" : "no"});
-        json.push_back({{"address", address},
-                        {"mask", mask},
-                        {"broadcast", broadcast},
-                        {"up", card.IsUp()},
-                        {"supportsBroadcast", card.SupportsBroadcast()},
-                        {"loopback", card.IsLoopback()},
-                        {"pointToPoint", card.IsPointToPoint()},
-                        {"usedByBoundScan", isUsed}});
+        json.Add({{"address", address},
+                  {"mask", mask},
+                  {"broadcast", broadcast},
+                  {"up", card.IsUp()},
+                  {"supportsBroadcast", card.SupportsBroadcast()},
+                  {"loopback", card.IsLoopback()},
+                  {"pointToPoint", card.IsPointToPoint()},
+                  {"usedByBoundScan", isUsed}});
     }
     session.Show({{"interfaces", json}}, table.ToText());
     return ExitStatus::kDone;
@@ -51,13 +51,13 @@ ExitStatus Interfaces(Session& session) {
 
 ExitStatus Ports(Session& session) {
     Table table({{"PORT", true}, {"DEVICE", true}});
-    Json json = Json::array();
+    Json json = Json::Array();
     for (const platform::SerialPortName& port : platform::ListSerialPorts()) {
         const std::string name = "COM" + std::to_string(port.number);
         table.AddRow({name, Printable(port.device)});
-        json.push_back({{"port", port.number}, {"name", name}, {"device", ToJson(port.device)}});
+        json.Add({{"port", port.number}, {"name", name}, {"device", ToJson(port.device)}});
     }
-    const bool isEmpty = json.empty();
+    const bool isEmpty = json.IsEmpty();
     session.Show({{"ports", json}}, isEmpty ? "There are no serial ports.\n" : table.ToText());
     return isEmpty ? ExitStatus::kNothingFound : ExitStatus::kDone;
 }

@@ -16,9 +16,9 @@ void AddRows(Table& table, const char* kind, const std::vector<std::string>& mod
 }
 
 Json NamesToJson(const std::vector<std::string>& names) {
-    Json json = Json::array();
+    Json json = Json::Array();
     for (const std::string& name : names) {
-        json.push_back(ToJson(name));
+        json.Add(ToJson(name));
     }
     return json;
 }

@@ -45,23 +45,27 @@ const std::vector<FieldInfo>& Fields() {
     return fields;
 }
 
-Json ToJson(std::string_view text) {
+std::string AnyToUtf8(std::string_view text) {
     std::string utf8 = Utf8(text);
     return IsUtf8(utf8) ? utf8 : Latin1ToUtf8(text);
 }
 
+Json ToJson(std::string_view text) {
+    return AnyToUtf8(text);
+}
+
 Json ToJson(const ZQDEVICEINFO& device) {
-    Json json;
+    Json json = Json::Object();
     for (const FieldInfo& field : Fields()) {
-        json[field.name] = ToJson(device::Text(device.*field.member));
+        json.Set(field.name, ToJson(device::Text(device.*field.member)));
     }
     return json;
 }
 
 Json ToJson(const std::vector<ZQDEVICEINFO>& devices) {
-    Json json = Json::array();
+    Json json = Json::Array();
     for (const ZQDEVICEINFO& device : devices) {
-        json.push_back(ToJson(device));
+        json.Add(ToJson(device));
     }
     return json;
 }

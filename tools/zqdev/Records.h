@@ -2,14 +2,14 @@
 #pragma once
 
 #include <ZQAPI/ZQDevice.hpp>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
-namespace ZQAPI::zqdev {
+#include "Json.h"
 
-using Json = nlohmann::ordered_json;
+namespace ZQAPI::zqdev {
 
 // One of a record's fields.
 struct FieldInfo {
@@ -25,6 +25,7 @@ const std::vector<FieldInfo>& Fields();
 
 // Bytes that are no UTF-8 count as the system's code page's, or where it has none as Latin-1, so that every text
 // has a form in JSON.
+std::string AnyToUtf8(std::string_view text);
 Json ToJson(std::string_view text);
 Json ToJson(const ZQDEVICEINFO& device);
 Json ToJson(const std::vector<ZQDEVICEINFO>& devices);

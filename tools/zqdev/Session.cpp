@@ -174,7 +174,7 @@ void Session::BeginEdit() {
 }
 
 void Session::Show(const Json& json, const std::string& text) {
-    m_console.Print(m_options.json ? json.dump(2, ' ', true) + "\n" : text);
+    m_console.Print(m_options.json ? json.ToText() + "\n" : text);
 }
 
 }  // namespace ZQAPI::zqdev
