@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <array>
 #include <atomic>
 #include <barrier>
 #include <filesystem>
@@ -37,48 +36,32 @@ protected:
 }  // namespace
 
 TEST(Crc32, IsTheSameHoweverTheBytesComeIn) {
-    std::array<std::byte, 300> bytes{};
-    for (std::size_t i = 0; i < bytes.size(); ++i) {
-        bytes[i] = static_cast<std::byte>(i * 7);
-    }
-    CZQCrc32 byteWise;
-    for (const std::byte& byte : bytes) {
-        byteWise.Add({&byte, 1});
-    }
-    for (std::size_t cut = 0; cut < 20; ++cut) {
+    const std::string text = "123456789";
+    for (std::size_t cut = 0; cut <= text.size(); ++cut) {
         CZQCrc32 crc;
-        crc.Add(std::span(bytes).first(cut));
-        crc.Add(std::span(bytes).subspan(cut));
-        EXPECT_EQ(crc.Value(), byteWise.Value()) << cut;
+        crc.Add(std::as_bytes(std::span(text).first(cut)));
+        crc.Add(std::as_bytes(std::span(text).subspan(cut)));
+        EXPECT_EQ(crc.Value(), 873187033U) << cut;
     }
 }
 
 TEST_F(ConfigFileTest, SealsAndSealsAgain) {
-    struct Row {
-        std::string content;
-        std::uint32_t checksum;
-        const char* seal;
-    };
-    const Row rows[] = {{"123456789", 873187033, "\r\n<#CRC0873187033#>"},
-                        {"", 4294967295, "\r\n<#CRC4294967295#>"},
-                        {"[s]\r\nk=1\r\n", 0, nullptr},
-                        {std::string(200'000, 'x'), 0, nullptr}};
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.content.size());
-        Put(row.content);
+    std::string large;
+    for (int i = 0; i < 200'000; ++i) {
+        large.push_back(static_cast<char>(i * 31));
+    }
+    for (const std::string& content : {std::string("123456789"), std::string(), large}) {
+        SCOPED_TRACE(content.size());
+        Put(content);
         CZQConfigFile file(m_path, Mode::kRead, false);
         EXPECT_FALSE(file.HasChecksum());
         const std::uint32_t checksum = file.CreateFileChecksum();
         const std::string sealed = Bytes();
-        if (row.seal != nullptr) {
-            EXPECT_EQ(checksum, row.checksum);
-            EXPECT_EQ(sealed, row.content + row.seal);
-        }
-        EXPECT_EQ(sealed.size(), row.content.size() + 19);
+        EXPECT_TRUE(sealed == content + CZQString::Formatted("\r\n<#CRC%010u#>", checksum).str());
         EXPECT_EQ(file.ReadFileChecksum(), checksum);
         EXPECT_EQ(OpenError(), 0);
         EXPECT_EQ(file.CreateFileChecksum(), checksum);
-        EXPECT_EQ(Bytes(), sealed);
+        EXPECT_TRUE(Bytes() == sealed);
     }
     EXPECT_TRUE(Logged().Take().empty());
 }
@@ -92,12 +75,7 @@ TEST_F(ConfigFileTest, AnUnsealedFileIsTakenOnceReportedAndSealed) {
     EXPECT_EQ(logged[0].GetSeverity(), kSeverityRecovered);
     EXPECT_EQ(logged[0].GetExtraText(),
               CZQString("FileName='" + m_path + "', Checksum='[s]\r\nkey=values\r\n'"));
-
-    CZQConfigFile file(m_path, Mode::kRead, true);
-    file.SetSection("s");
-    CZQString value;
-    file.ReadString("key", value);
-    EXPECT_EQ(value, "values");
+    EXPECT_EQ(OpenError(), 0);
     EXPECT_TRUE(Logged().Take().empty());
 }
 
@@ -174,40 +152,17 @@ TEST_F(ConfigFileTest, OddSealLines) {
     EXPECT_EQ(thrown->GetInnerException()->GetErrorNumber(), ZQ_ERR_STREAM_SEEK);
 }
 
-TEST_F(ConfigFileTest, MissingFileAndFolder) {
-    for (const std::string& path : {m_path, m_folder.Path().string()}) {
-        const auto opened = ThrownBy([&] { const CZQConfigFile file(path, Mode::kRead, true); });
-        ASSERT_TRUE(opened);
-        EXPECT_EQ(opened->GetErrorNumber(), ZQ_ERR_SEAL_READ);
-        EXPECT_EQ(opened->GetInnerException()->GetErrorNumber(), ZQ_ERR_STREAM_OPEN);
-        EXPECT_ZQ_ERROR(CZQConfigFile(path, Mode::kRead, false).CreateFileChecksum(), ZQ_ERR_SEAL_COMPUTE);
-    }
-}
-
 TEST_F(ConfigFileTest, WriteModeStartsAnewAndSealsAtTheEnd) {
     Put("old");
-    {
-        CZQConfigFile file(m_path, Mode::kWrite, true);
-        EXPECT_FALSE(std::filesystem::exists(m_path));
-    }
+    { const CZQConfigFile file(m_path, Mode::kWrite, true); }
     EXPECT_FALSE(std::filesystem::exists(m_path)) << "nothing written, nothing sealed";
     {
         CZQConfigFile file(m_path, Mode::kWrite, true);
         file.SetSection("s");
         file.WriteString("k", "1");
     }
-    EXPECT_EQ(Bytes().size(), std::string("[s]\r\nk=1\r\n").size() + 19);
-    EXPECT_EQ(OpenError(), 0);
-    {
-        CZQConfigFile plain(m_path, Mode::kWrite, false);
-        plain.SetSection("s");
-        plain.WriteString("k", "2");
-    }
-    EXPECT_EQ(Bytes(), "[s]\r\nk=2\r\n");
+    EXPECT_EQ(Bytes(), CZQConfigFile::Sealed("[s]\r\nk=1\r\n"));
     EXPECT_TRUE(Logged().Take().empty());
-}
-
-TEST_F(ConfigFileTest, AFileThatCannotBeSealedAtTheEndIsLogged) {
     {
         const CZQConfigFile file(m_path, Mode::kWrite, true);
         std::filesystem::create_directory(m_path);

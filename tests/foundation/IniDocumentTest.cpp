@@ -80,16 +80,6 @@ TEST(IniDocument, EditsLeaveTheSameStateAsReadingTheResult) {
     }
 }
 
-TEST(IniDocument, HasBytesTellsEveryDifference) {
-    const std::string text = "[a]\r\nk=1\r\n; end";
-    const CZQIniDocument document(text);
-    EXPECT_TRUE(document.HasBytes(text));
-    EXPECT_FALSE(document.HasBytes(text + "\n"));
-    EXPECT_FALSE(document.HasBytes(text.substr(0, text.size() - 1)));
-    EXPECT_FALSE(document.HasBytes("[a]\r\nk=2\r\n; end"));
-    EXPECT_FALSE(document.HasBytes(""));
-}
-
 TEST(IniDocument, ValueLengthsCountIn16Bits) {
     const std::string text(65535, 'x');
     const auto length = [](const std::string& value) {

@@ -23,12 +23,6 @@ protected:
         m_ini.ReadString(key, value);
         return value.str();
     }
-    // The file as it was before, but for its content.
-    void PutUnderTheSameStamp(const std::string& bytes) {
-        const auto stamp = std::filesystem::last_write_time(m_path);
-        Put(bytes);
-        std::filesystem::last_write_time(m_path, stamp);
-    }
 
     TempFolder m_folder;
     std::string m_path = m_folder.File("test.ini");
@@ -55,17 +49,8 @@ TEST_F(IniFileTest, ReadsValues) {
     ASSERT_TRUE(missing);
     EXPECT_EQ(missing->GetErrorNumber(), ZQ_ERR_INI_KEY_MISSING);
     EXPECT_EQ(missing->GetExtraText(), CZQString("Section=s; Key=nope; File=" + m_path));
-
-    EXPECT_TRUE(m_ini.KeyExists("text"));
     EXPECT_TRUE(m_ini.KeyExists("sentinel"));
     EXPECT_FALSE(m_ini.KeyExists("empty"));
-    EXPECT_FALSE(m_ini.KeyExists("nope"));
-}
-
-TEST_F(IniFileTest, ASectionMustBeChosenFirst) {
-    CZQIniFile ini(m_path);
-    ini.WriteString("k", "1");
-    EXPECT_EQ(Bytes(), "[not defined]\r\nk=1\r\n");
 }
 
 TEST_F(IniFileTest, ReadsNumbersAndBooleans) {
@@ -75,29 +60,20 @@ TEST_F(IniFileTest, ReadsNumbersAndBooleans) {
         std::uint8_t byte;
         int boolean;  // 0, 1, or -1 for an error
     };
-    constexpr Row kRows[] = {{"0", 0, 0, 0},
-                             {"1", 1, 1, 1},
-                             {"TrUe", 0, 0, 1},
-                             {"FALSE", 0, 0, 0},
-                             {"yes", 0, 0, -1},
-                             {"2", 2, 2, -1},
-                             {"01", 1, 1, -1},
-                             {"-7x", -7, 249, -1},
-                             {"300", 300, 44, -1},
-                             {"\"  1\"", 1, 1, -1},
-                             {"2147483647", 2147483647, 255, -1}};
+    constexpr Row kRows[] = {
+        {"0", 0, 0, 0},   {"1", 1, 1, 1},       {"TrUe", 0, 0, 1},     {"FALSE", 0, 0, 0},
+        {"01", 1, 1, -1}, {"-7x", -7, 249, -1}, {"\"  1\"", 1, 1, -1}, {"2147483647", 2147483647, 255, -1}};
     for (const Row& row : kRows) {
         SCOPED_TRACE(row.value);
         m_ini.WriteVerbatim("k", row.value);
         std::int32_t number = -1;
-        std::int32_t same = -1;
         std::uint8_t byte = 1;
         bool boolean = false;
         m_ini.ReadInt("k", number);
-        m_ini.ReadLong("k", same);
-        m_ini.ReadByte("k", byte);
         EXPECT_EQ(number, row.number);
-        EXPECT_EQ(same, row.number);
+        m_ini.ReadLong("k", number);
+        EXPECT_EQ(number, row.number);
+        m_ini.ReadByte("k", byte);
         EXPECT_EQ(byte, row.byte);
         EXPECT_EQ(ErrorOf([&] { m_ini.ReadBool("k", boolean); }), row.boolean < 0 ? ZQ_ERR_INI_BAD_BOOL : 0);
         EXPECT_TRUE(row.boolean < 0 || boolean == (row.boolean == 1));
@@ -107,31 +83,18 @@ TEST_F(IniFileTest, ReadsNumbersAndBooleans) {
     EXPECT_EQ(thrown->GetExtraText(), CZQString("Section=s; Key=key; Value=; File=" + m_path));
 }
 
-TEST_F(IniFileTest, ReadsIntoABufferOfOneMoreThanItsSize) {
-    Put("[s]\r\nfive=12345\r\nsix=123456\r\n");
-    char buffer[7] = "######";
-    m_ini.Read("five", buffer, 5);
-    EXPECT_EQ(std::string(buffer, 7), std::string("12345\0", 6) + '\0');
-    const auto thrown = ThrownBy([&] { m_ini.Read("six", buffer, 5); });
-    ASSERT_TRUE(thrown);
-    EXPECT_EQ(thrown->GetErrorNumber(), ZQ_ERR_TEXT_TOO_LONG);
-    EXPECT_TRUE(thrown->GetExtraText().EndsWith("; strlen=6"));
-    EXPECT_STREQ(buffer, "12345");
-}
-
 TEST_F(IniFileTest, WritesValues) {
     m_ini.WriteString("text", "  a b ");
     m_ini.WriteString("blank", "   ");
     m_ini.WriteString("tab", "\t");
     m_ini.WriteInt("int", -5);
     m_ini.WriteUInt8("byte", 255);
-    m_ini.WriteUInt8("flag", true);
     m_ini.WriteUInt32("word", 4294967295U);
     m_ini.WriteStringArray("list", {"a", "b"}, ';');
     m_ini.WriteStringArray("none", {}, ';');
     m_ini.WriteVerbatim("empty", "");
     EXPECT_EQ(Bytes(),
-              "[s]\r\ntext=a b\r\nblank=EmpTySTRINg\r\ntab=\t\r\nint=-5\r\nbyte=255\r\nflag=1\r\n"
+              "[s]\r\ntext=a b\r\nblank=EmpTySTRINg\r\ntab=\t\r\nint=-5\r\nbyte=255\r\n"
               "word=4294967295\r\nlist=a;b;\r\nnone=EmpTySTRINg\r\nempty=\r\n");
     CZQStringArray list;
     m_ini.ReadStringArray("list", list, ';');
@@ -158,19 +121,15 @@ TEST_F(IniFileTest, FailingWritesSayWhyAndLeaveTheObjectUsable) {
     const CZQString text = "d";
     CZQIniFile ini(m_folder.File("missing/test.ini"));
     ini.SetSection("s");
-    const auto write = ThrownBy([&] { ini.WriteString("k", "v"); });
-    ASSERT_TRUE(write);
-    EXPECT_EQ(write->GetErrorNumber(), ZQ_ERR_INI_WRITE);
-    EXPECT_TRUE(
-        write->GetExtraText().Contains("Section=s; Key=k; File=" + ini.GetFileName().str() + "; SysError ("));
-
     const auto defaultWrite = ThrownBy([&] { ini.ReadFromFile("k", &text, false); });
     ASSERT_TRUE(defaultWrite);
     EXPECT_EQ(defaultWrite->GetErrorNumber(), ZQ_ERR_INI_DEFAULT_WRITE);
-    ASSERT_NE(defaultWrite->GetInnerException(), nullptr);
-    EXPECT_EQ(defaultWrite->GetInnerException()->GetErrorNumber(), ZQ_ERR_INI_WRITE);
-    EXPECT_EQ(defaultWrite->GetInnerException()->GetCatchLocation().GetFunction(),
-              "CZQIniFile::ReadFromFile");
+    const CZQException* const write = defaultWrite->GetInnerException();
+    ASSERT_NE(write, nullptr);
+    EXPECT_EQ(write->GetErrorNumber(), ZQ_ERR_INI_WRITE);
+    EXPECT_TRUE(
+        write->GetExtraText().Contains("Section=s; Key=k; File=" + ini.GetFileName().str() + "; SysError ("));
+    EXPECT_EQ(write->GetCatchLocation().GetFunction(), "CZQIniFile::ReadFromFile");
     EXPECT_EQ(ini.ReadFromFile("k", &text, true), "d");
 
     std::filesystem::create_directory(m_folder.File("missing"));
@@ -190,10 +149,11 @@ TEST_F(IniFileTest, ChangesByOthersAreSeenAtOnce) {
     std::filesystem::rename(other, m_path);
     EXPECT_EQ(Value("k"), "moved");
 
-    std::filesystem::last_write_time(m_path,
-                                     std::filesystem::last_write_time(m_path) - std::chrono::hours(1));
+    const auto stamp = std::filesystem::last_write_time(m_path) - std::chrono::hours(1);
+    std::filesystem::last_write_time(m_path, stamp);
     EXPECT_EQ(Value("k"), "moved");
-    PutUnderTheSameStamp("[s]\r\nk=MOVED\r\n");
+    Put("[s]\r\nk=MOVED\r\n");
+    std::filesystem::last_write_time(m_path, stamp);
     EXPECT_EQ(Value("k"), "MOVED") << "the time stamp was forced back";
 
     std::filesystem::remove(m_path);
@@ -203,13 +163,12 @@ TEST_F(IniFileTest, ChangesByOthersAreSeenAtOnce) {
 }
 
 TEST_F(IniFileTest, OwnWritesKeepWhatOthersWrote) {
-    CZQIniFile other(m_path);
-    other.SetSection("o");
+    CZQIniFile other(m_path);  // no section chosen
     for (int i = 0; i < 20; ++i) {
         m_ini.WriteInt("mine", i);
         other.WriteInt("theirs", i);
     }
-    EXPECT_EQ(Bytes(), "[s]\r\nmine=19\r\n[o]\r\ntheirs=19\r\n");
+    EXPECT_EQ(Bytes(), "[s]\r\nmine=19\r\n[not defined]\r\ntheirs=19\r\n");
     EXPECT_EQ(Value("mine"), "19");
 }
 
@@ -250,16 +209,6 @@ TEST_F(IniFileTest, ABatchThatCannotBeWrittenFailsAtCommit) {
     CZQIniFile folder(m_folder.Path().string());
     const CZQIniBatch other(folder);
     EXPECT_ZQ_ERROR(folder.WriteString("k", "v"), ZQ_ERR_INI_WRITE) << "a folder can't become a file";
-}
-
-TEST_F(IniFileTest, WritingKeepsTheFilesIdentity) {
-    Put("[s]\r\nk=1\r\n");
-    const std::string link = m_folder.File("link.ini");
-    std::filesystem::create_hard_link(m_path, link);
-    m_ini.WriteString("k", "a longer value");
-    EXPECT_EQ(ReadBytes(link), "[s]\r\nk=a longer value\r\n");
-    m_ini.WriteString("k", "s");
-    EXPECT_EQ(ReadBytes(link), "[s]\r\nk=s\r\n");
 }
 
 }  // namespace ZQAPI::test

@@ -47,51 +47,30 @@ TEST_F(StreamTest, OpensAsAccessAndDispositionSay) {
                   row.needsFile ? ZQ_ERR_STREAM_OPEN : 0);
         Put("old");
         S stream(m_path, row.access, row.disposition);
+        EXPECT_EQ(stream.CanWrite(), row.after != nullptr);
+        EXPECT_ZQ_ERROR(stream.Write("N", 1), stream.CanWrite() ? 0 : ZQ_ERR_STREAM_NOT_WRITABLE);
         EXPECT_EQ(stream.CanRead(), row.access != 1);
-        EXPECT_EQ(stream.CanWrite(), row.access != 0);
-        EXPECT_TRUE(stream.CanSeek());
-        EXPECT_EQ(ErrorOf([&] { stream.Write("N", 1); }),
-                  row.after == nullptr ? ZQ_ERR_STREAM_NOT_WRITABLE : 0);
+        EXPECT_TRUE(stream.CanRead() || ErrorOf([&] { stream.ReadByte(); }) == ZQ_ERR_STREAM_NOT_READABLE);
         stream.Close();
+        EXPECT_ZQ_ERROR(stream.GetLength(), ZQ_ERR_STREAM_CLOSED);
         EXPECT_EQ(Bytes(), row.after == nullptr ? "old" : row.after);
     }
-    const auto thrown = ThrownBy([&] { S(m_folder.Path().string(), S::kRead, S::kExisting); });
-    ASSERT_TRUE(thrown) << "a folder is no file";
-    EXPECT_EQ(thrown->GetErrorNumber(), ZQ_ERR_STREAM_OPEN);
-    EXPECT_EQ(thrown->GetExtraText(), CZQString("FileName=" + m_folder.Path().string()));
+    EXPECT_ZQ_ERROR(S(m_folder.Path().string(), S::kRead, S::kExisting), ZQ_ERR_STREAM_OPEN);
 }
 
-TEST_F(StreamTest, EveryOperationChecksBeforeItActs) {
-    Put("x");
-    {
-        CZQTextFileStream reading(m_path, S::kRead, S::kExisting);
-        EXPECT_ZQ_ERROR(reading.WriteLine("x"), ZQ_ERR_STREAM_NOT_WRITABLE);
-        EXPECT_ZQ_ERROR(reading.Write(nullptr, 1), ZQ_ERR_STREAM_NOT_WRITABLE);
-        EXPECT_ZQ_ERROR(reading.Flush(), ZQ_ERR_STREAM_NOT_WRITABLE);
-        EXPECT_ZQ_ERROR(reading.Read(nullptr, 1), ZQ_ERR_NULL_OUTPUT);
-        EXPECT_EQ(reading.ReadByte(), 'x');
-        EXPECT_ZQ_ERROR(reading.ReadByte(), ZQ_ERR_STREAM_END);
-        EXPECT_ZQ_ERROR(reading.Seek(-2, S::kFromEnd), ZQ_ERR_STREAM_SEEK);
-        EXPECT_EQ(reading.Seek(0, S::kFromStart), 0) << "a failure leaves the stream usable";
-    }
-    CZQTextFileStream writing(m_path, S::kWrite, S::kCreate);
-    EXPECT_ZQ_ERROR(writing.ReadLine(), ZQ_ERR_STREAM_NOT_READABLE);
-    EXPECT_ZQ_ERROR(writing.Read(nullptr, 1), ZQ_ERR_STREAM_NOT_READABLE);
-    EXPECT_ZQ_ERROR(writing.Write(nullptr, 1), ZQ_ERR_NULL_INPUT);
-    writing.Close();
-    writing.Close();
-    writing.Read(nullptr, 0);
-    writing.Write(nullptr, 0);
-    using Operation = void (*)(CZQTextFileStream&);
-    constexpr Operation kOperations[] = {
-        [](auto& s) { s.ReadByte(); },       [](auto& s) { s.Write("x", 1); },
-        [](auto& s) { s.WriteByte(1); },     [](auto& s) { s.Flush(); },
-        [](auto& s) { s.GetCurPosition(); }, [](auto& s) { s.Seek(0, S::kFromStart); },
-        [](auto& s) { s.GetLength(); },      [](auto& s) { s.ReadLine(); },
-        [](auto& s) { s.WriteLine("x"); }};
-    for (const Operation operation : kOperations) {
-        EXPECT_ZQ_ERROR(operation(writing), ZQ_ERR_STREAM_CLOSED);
-    }
+TEST_F(StreamTest, FailuresLeaveTheStreamUsable) {
+    S stream(m_path, S::kReadWrite, S::kCreate);
+    stream.WriteByte('x');
+    EXPECT_ZQ_ERROR(stream.Write(nullptr, 1), ZQ_ERR_NULL_INPUT);
+    EXPECT_ZQ_ERROR(stream.Seek(-2, S::kFromEnd), ZQ_ERR_STREAM_SEEK);
+    EXPECT_EQ(stream.Seek(0, S::kFromStart), 0);
+    EXPECT_ZQ_ERROR(stream.Read(nullptr, 1), ZQ_ERR_NULL_OUTPUT);
+    EXPECT_EQ(stream.ReadByte(), 'x');
+    EXPECT_ZQ_ERROR(stream.ReadByte(), ZQ_ERR_STREAM_END);
+    EXPECT_EQ(stream.GetCurPosition(), 1);
+    stream.Close();
+    stream.Read(nullptr, 0);
+    stream.Write(nullptr, 0);
 }
 
 TEST_F(StreamTest, BinaryBytesAreLeftAlone) {
