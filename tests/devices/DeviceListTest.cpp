@@ -26,56 +26,39 @@ void ExpectNoLitter(const TempFolder& folder) {
     }
 }
 
-TEST(DeviceInfo, RecordIsCopiedWholeAndReadBounded) {
+TEST(DeviceInfo, FieldsAreReadBoundedAndTake64Characters) {
     ZQDEVICEINFO record;
     std::memset(&record, 'x', sizeof record);
-    const CZQDeviceInfo device(record);
-    EXPECT_EQ(std::memcmp(&device.GetRecord(), &record, sizeof record), 0);
+    CZQDeviceInfo device(record);
     EXPECT_EQ(device.GetFirmwareVersion().GetLength(), std::size_t{ZQDEV_FIELD_SIZE});
     EXPECT_ZQ_ERROR(device.CheckTerminated(), ZQ_ERR_TEXT_TOO_LONG);
-}
-
-TEST(DeviceInfo, FieldTakes64CharactersAndKeepsItsTextWhenRefusing65) {
-    CZQDeviceInfo device;
     const std::string longest(64, 'a');
     device.SetDeviceID(longest);
     EXPECT_ZQ_ERROR(device.SetDeviceID(longest + "b"), ZQ_ERR_TEXT_TOO_LONG);
     EXPECT_EQ(device.GetDeviceID(), CZQString(longest));
-    device.CheckTerminated();
     // A shorter text leaves nothing of the longer one behind.
     device.SetDeviceID("c");
     EXPECT_EQ(std::string(device.GetRecord().DeviceID, ZQDEV_FIELD_SIZE), "c" + std::string(64, '\0'));
 }
 
 TEST(DeviceInfo, NamesThatTheFileCouldNotGiveBackAreRefused) {
-    const std::pair<std::string, bool> cases[] = {
-        {"Camera1", true},
-        {"a b.c[x", true},
-        {std::string(63, 'n'), true},
-        {std::string(64, 'n'), false},
-        {"", false},
-        {"a;b", false},
-        {"a]b", false},
-        {" a", false},
-        {"a ", false},
-        {"\"a\"", false},
-        {"E", false},
-        {"EmpTySTRINg", false},
-        {"EmpTyX", true},
-    };
-    for (const auto& [name, good] : cases) {
-        CZQDeviceInfo device = SampleDevice("id");
+    CZQDeviceInfo device = SampleDevice("id");
+    for (const char* const name : {"a;b", "a]b", " a", "a ", "\"a\"", "E", "EmpTySTRINg", ""}) {
         device.SetName(name);
-        EXPECT_EQ(ErrorOf([&] { device.CheckName(); }), good ? 0 : ZQ_ERR_BAD_VALUE) << name;
-        if (good) {
-            const TempFolder folder;
-            CZQDeviceList list;
-            list.AddDevice(device, false);
-            list.SaveToFile(folder.File("Devices.ini"));
-            CZQDeviceList loaded;
-            loaded.LoadFromFile(folder.File("Devices.ini"));
-            EXPECT_EQ(NamesAndIds(loaded), name + "=id;");
-        }
+        EXPECT_ZQ_ERROR(device.CheckName(), ZQ_ERR_BAD_VALUE) << name;
+    }
+    device.SetName(std::string(64, 'n'));
+    EXPECT_ZQ_ERROR(device.CheckName(), ZQ_ERR_BAD_VALUE);
+    const TempFolder folder;
+    for (const std::string& name : {std::string("a b.c[x"), std::string(63, 'n'), std::string("EmpTyX")}) {
+        device.SetName(name);
+        device.CheckName();
+        CZQDeviceList list;
+        list.AddDevice(device, false);
+        list.SaveToFile(folder.File("Devices.ini"));
+        CZQDeviceList loaded;
+        loaded.LoadFromFile(folder.File("Devices.ini"));
+        EXPECT_EQ(NamesAndIds(loaded), name + "=id;");
     }
 }
 
@@ -100,8 +83,6 @@ TEST(DeviceList, IdentifiersAreComparedExactlyAndTheFirstCounts) {
     list.ModifyDevice(changed);
     list.RemoveDevice("ID");
     EXPECT_EQ(NamesAndIds(list), "Changed=id;Camera3=id;");
-    EXPECT_ZQ_ERROR(list.ModifyDevice(SampleDevice("nobody")), ZQ_ERR_BAD_INDEX);
-
     const auto pastEnd = ThrownBy([&] { list.GetDevice(2); });
     ASSERT_TRUE(pastEnd);
     EXPECT_EQ(pastEnd->GetErrorNumber(), ZQ_ERR_BAD_INDEX);
@@ -112,24 +93,16 @@ TEST(DeviceListFile, HasThisVeryContent) {
     const TempFolder folder;
     const CZQString path = folder.File("Devices.ini");
     SampleList(2).SaveToFile(path);
-    const std::string expected =
-        "[General]\r\nDevices=Camera1;Camera2\r\n"
-        "[Camera1]\r\nDeviceTypeByName=ZQNetCam-2M\r\nDeviceID=ZQNetCam-2M:1000\r\nDeviceDesc=Example "
-        "camera\r\n"
-        "FirmwareVersion=1.2.3\r\n"
-        "[Camera1.Scanner]\r\nUsedScanner=SCANNER_ZQ_UDP\r\nUsedAddress=192.168.1.20\r\n"
-        "[Camera1.Connections]\r\nCCM=CCM_ZQ_TCPIP\r\nCCMAddress=192.168.1.20\r\nIAM=IAM_ZQ_UDP\r\n"
-        "IAMAddress=192.168.1.20\r\n"
-        "[Camera2]\r\nDeviceTypeByName=ZQNetCam-2M\r\nDeviceID=ZQNetCam-2M:1001\r\nDeviceDesc=Example "
-        "camera\r\n"
-        "FirmwareVersion=1.2.3\r\n"
-        "[Camera2.Scanner]\r\nUsedScanner=SCANNER_ZQ_UDP\r\nUsedAddress=192.168.1.20\r\n"
-        "[Camera2.Connections]\r\nCCM=CCM_ZQ_TCPIP\r\nCCMAddress=192.168.1.20\r\nIAM=IAM_ZQ_UDP\r\n"
-        "IAMAddress=192.168.1.20\r\n"
-        "\r\n<#CRC";
-    const std::string content = ContentOf(path);
-    EXPECT_EQ(content.substr(0, expected.size()), expected);
-    EXPECT_EQ(content.size(), expected.size() + 12);
+    std::string expected = "[General]\r\nDevices=Camera1;Camera2\r\n";
+    for (int i = 0; i < 2; ++i) {
+        const std::string section = "[Camera" + std::to_string(i + 1);
+        expected += section + "]\r\nDeviceTypeByName=ZQNetCam-2M\r\nDeviceID=ZQNetCam-2M:100" +
+                    std::to_string(i) + "\r\nDeviceDesc=Example camera\r\nFirmwareVersion=1.2.3\r\n" +
+                    section + ".Scanner]\r\nUsedScanner=SCANNER_ZQ_UDP\r\nUsedAddress=192.168.1.20\r\n" +
+                    section + ".Connections]\r\nCCM=CCM_ZQ_TCPIP\r\nCCMAddress=192.168.1.20\r\n" +
+                    "IAM=IAM_ZQ_UDP\r\nIAMAddress=192.168.1.20\r\n";
+    }
+    EXPECT_EQ(ContentOf(path), CZQConfigFile::Sealed(expected));
     ExpectNoLitter(folder);
 }
 
@@ -190,29 +163,14 @@ TEST(DeviceListFile, WhatCannotBeReadBackFailsTheLoadAndIsKeptOnDisk) {
     }
 }
 
-TEST(DeviceListFile, DamageIsNoticed) {
-    const TempFolder folder;
-    const CZQString path = folder.File("Devices.ini");
-    SampleList(1).SaveToFile(path);
-    std::string content = ContentOf(path);
-    content[content.find("1.2.3")] = '9';
-    WriteBytes(path.str(), content);
-    CZQDeviceList list;
-    EXPECT_ZQ_ERROR(list.LoadFromFile(path), ZQ_ERR_SEAL_MISMATCH);
-    EXPECT_ZQ_ERROR(list.LoadFromFile(folder.File("none.ini")), ZQ_ERR_SEAL_READ);
-}
-
-TEST(DeviceListFile, FailedSaveLeavesTheOldFileAndNoLitter) {
+TEST(DeviceListFile, FailedSaveLeavesNoLitter) {
     Logged().Take();
     const TempFolder folder;
     const CZQDeviceList list = SampleList(2);
     // A folder can't be replaced by a file.
-    const CZQString taken = folder.File("Devices.ini");
-    std::filesystem::create_directory(taken.str());
-    EXPECT_ZQ_ERROR(list.SaveToFile(taken), ZQ_ERR_FILE_MOVE);
+    std::filesystem::create_directory(folder.File("Devices.ini"));
+    EXPECT_ZQ_ERROR(list.SaveToFile(folder.File("Devices.ini")), ZQ_ERR_FILE_MOVE);
     ExpectNoLitter(folder);
-    EXPECT_TRUE(std::filesystem::is_directory(taken.str()));
-
     EXPECT_ZQ_ERROR(list.SaveToFile(folder.File("missing/Devices.ini")), ZQ_ERR_INI_WRITE);
     EXPECT_TRUE(Logged().Take().empty());
 }
