@@ -1,4 +1,4 @@
-// All fourteen scanners in one scan, each with cameras of its own: simulated ones on network and lines, the
+// All scanners in one scan, each with cameras of its own: simulated ones on network and lines, the
 // stand-ins for vendors' libraries beside the kit. Runs in a network of its own: the network scanner
 // broadcasts.
 #include <gtest/gtest.h>
@@ -12,7 +12,7 @@
 
 #include "ZQSimSerialServer.h"
 #include "ZQSimUdpServer.h"
-#include "platform/PseudoTerminal.h"
+#include "scanners/ZQScannerTable.h"
 #include "support/ComPorts.h"
 #include "support/KitScan.h"
 #include "support/StandIns.h"
@@ -21,11 +21,6 @@ namespace ZQAPI::test {
 namespace {
 
 using namespace std::chrono_literals;
-
-constexpr const char* kAllScanners =
-    "SCANNER_MANUAL;SCANNER_ZQ_UDP;SCANNER_ZQ_RS232;SCANNER_ZQ_IMAQ_RS232;SCANNER_SISO_USB2;"
-    "SCANNER_PLEORA_IPORT;SCANNER_BO_FX;SCANNER_PGR_FLY;SCANNER_TAVI;SCANNER_IDS_UEYE;SCANNER_ZQ_GIGE;"
-    "SCANNER_ZQ_IC;SCANNER_ADIMEC_CL;SCANNER_MV";
 
 // Two cameras are seen by two scanners each, under one identifier: FlyCapture2 and MATRIX VISION see the one,
 // FlyCapture2 and Imaging Source the other.
@@ -52,7 +47,7 @@ protected:
             const std::string file = entry.path().filename().string();
             StandIns::Place({file}, file.starts_with("clser") ? kit.Path() / "3dParty/Euresys" : kit.Path());
         }
-        scan->Configure(kAllScanners,
+        scan->Configure(ScannerMergeOrder().Join(';').str(),
                         "[DeviceScanner.SCANNER_ZQ_UDP]\r\nNofScanCycles=2\r\nScanTimeMs=400\r\n"
                         "[DeviceScanner.SCANNER_ZQ_RS232]\r\nScanCOMPorts=" +
                             std::to_string(serialPort) +
@@ -62,8 +57,7 @@ protected:
         if (ComPort::AreThere()) {
             network.emplace(sim::MakeCameras(1, 0x7F000101, 0xFF000000, "ZQNetCam-2M"),
                             sim::CZQSimUdpSettings{});
-            serial.emplace(sim::MakeCameras(1, 0, 0, sim::kSerialCameraType, 2));
-            ComPortFolder::Link(serialPort, serial->GetPort(0));
+            PlayOnLine("Valdremonix SerCam");
         }
     }
 
@@ -135,10 +129,10 @@ TEST_F(AllScanners, MergeInTheirOrderEveryTime) {
 // as it should be: it is found, and what else is found comes back from the file. The frame grabbers' line is
 // left out, where the same code asks as on the other one.
 TEST_F(AllScanners, NoTextOfACameraSpoilsTheList) {
-    constexpr const char* kGood = "good";
+    const std::string good = "good";
     std::vector<std::string> texts = {" ",    "\"\"", "''",          "'a'", "\x01", "a\tb",
-                                      "\x7f", "\xff", "EmpTySTRINg", "Emp", " a "};
-    texts.insert(texts.end(), {std::string(64, 'x'), std::string(65, 'x'), kGood});
+                                      "\x7f", "\xff", "EmpTySTRINg", "Emp", " a ",  std::string(64, 'x')};
+    texts.insert(texts.end(), {std::string(65, 'x'), good});
     const struct {
         const char* library;
         const char* scanner;
@@ -164,11 +158,8 @@ TEST_F(AllScanners, NoTextOfACameraSpoilsTheList) {
     };
     std::map<std::string, int> nofCameras;
     std::string play = "[clseremc.0]\nModel=Q-12A65\nFirmware=\\x20\n";
-    struct Expected {
-        std::string scanner;
-        std::string text;  // its description, or what its identifier ends with
-    };
-    std::vector<Expected> expected = {{"ADIMEC_CL", "Q-12A65:1"}};
+    // A scanner, and a camera's description or what its identifier ends with.
+    std::vector<std::pair<std::string, std::string>> expected = {{"ADIMEC_CL", "Q-12A65:1"}};
     for (const auto& place : places) {
         for (const std::string& text : texts) {
             const std::string number = std::to_string(nofCameras[place.library]++);
@@ -176,31 +167,27 @@ TEST_F(AllScanners, NoTextOfACameraSpoilsTheList) {
             // The first of a key counts.
             play += std::string(place.attacked) + "=" + place.prefix + Escaped(text) + "\n" + place.keys +
                     "Serial=" + number + "\nMac=" + number + "\n";
-            if (text == kGood) {
+            if (text == good) {
                 const bool isSerial = place.attacked == std::string("Serial");
-                expected.push_back({place.scanner, isSerial ? ":good" : ":" + number});
+                expected.emplace_back(place.scanner, ":" + (isSerial ? good : number));
             }
         }
     }
     standIns.Play(play);
     if (network) {
         PlayOnNetwork(texts);
-        expected.push_back({"ZQ_UDP", "ZQNetCam-2M:good"});
         PlayOnLine("\"Valdremonix\"");
-        expected.push_back({"ZQ_RS232", "?"});
+        expected.insert(expected.end(), {{"ZQ_UDP", "ZQNetCam-2M:good"}, {"ZQ_RS232", "?"}});
     }
 
     const std::vector<ZQDEVICEINFO> found = scan->Scan();
-    for (const auto& entry : expected) {
-        const std::string& scanner = entry.scanner;
-        const std::string& text = entry.text;
-        EXPECT_TRUE(std::any_of(found.begin(), found.end(),
-                                [&](const ZQDEVICEINFO& device) {
-                                    return device.UsedScanner == "SCANNER_" + scanner &&
-                                           (std::string_view(device.DeviceID).ends_with(text) ||
-                                            device.DeviceDesc == text);
-                                }))
-            << scanner << text;
+    for (const auto& camera : expected) {
+        const auto isIt = [&camera](const ZQDEVICEINFO& device) {
+            return device.UsedScanner == "SCANNER_" + camera.first &&
+                   (std::string_view(device.DeviceID).ends_with(camera.second) ||
+                    device.DeviceDesc == camera.second);
+        };
+        EXPECT_TRUE(std::any_of(found.begin(), found.end(), isIt)) << camera.first << " " << camera.second;
     }
     ASSERT_EQ(ZQ_CALL(scan->kit, ZQDEV_SaveDeviceConfig), ZQ_OK);
     ASSERT_EQ(ZQ_CALL(scan->kit, ZQDEV_LoadDeviceConfig), ZQ_OK);

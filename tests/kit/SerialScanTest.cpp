@@ -8,6 +8,7 @@
 #include "ZQSimSerialServer.h"
 #include "communication/ZQCCM.h"
 #include "communication/ZQComRS232.h"
+#include "kit/RecordText.h"
 #include "support/ComPorts.h"
 #include "support/DebugLines.h"
 #include "support/ExpectError.h"
@@ -35,7 +36,7 @@ protected:
         }
     }
 
-    // Line settings of the shipped file; further keys of the section come first.
+    // Line settings of the shipped file.
     void Configure(const std::string& ports, const std::string& parity = "NO") {
         KitScan::Configure("SCANNER_ZQ_RS232", "[DeviceScanner.SCANNER_ZQ_RS232]\r\nScanCOMPorts=" + ports +
                                                    "\r\nCOMPort=1\r\nBaudrate=9600\r\nDatabits=8\r\n"
@@ -48,9 +49,6 @@ protected:
             ComPortFolder::Link(static_cast<std::uint32_t>(i + 1), cameras->GetPort(i));
         }
     }
-    void SetFaults(std::size_t camera, const sim::CZQSimPortFaults& faults) const {
-        cameras->SetFaults(camera, faults);
-    }
 
     std::unique_ptr<sim::CZQSimSerialServer> cameras;
 };
@@ -61,17 +59,10 @@ TEST_F(RS232Scan, FindsACameraAndChecksItAgainUntilItIsUnplugged) {
     const std::vector<ZQDEVICEINFO> found = Scan();
     ASSERT_EQ(found.size(), 1U);
     ZQDEVICEINFO device = found.front();
-    EXPECT_STREQ(device.Name, "Camera1");
-    EXPECT_STREQ(device.DeviceTypeByName, kType);
-    EXPECT_EQ(device.DeviceID, IdOf(2));
-    EXPECT_STREQ(device.DeviceDesc, "Valdremonix SerCam 1M serial camera");
-    EXPECT_STREQ(device.UsedScanner, ZQDEV_SCANNER_NAME_ZQ_RS232);
-    EXPECT_STREQ(device.UsedAddress, "2");
-    EXPECT_STREQ(device.CCM, ZQDEV_CCM_ZQ_RS232);
-    EXPECT_STREQ(device.CCMAddress, "2");
-    EXPECT_STREQ(device.IAM, ZQDEV_IAM_ZQ_FG_IMAQ);
-    EXPECT_STREQ(device.IAMAddress, "img0");
-    EXPECT_STREQ(device.FirmwareVersion, "3.0.1");
+    EXPECT_EQ(TextOf(device),
+              "Camera1|" + std::string(kType) + "|" + IdOf(2) +
+                  "|Valdremonix SerCam 1M serial camera|3.0.1|SCANNER_ZQ_RS232|2|CCM_ZQ_RS232|2|"
+                  "IAM_ZQ_FG_IMAQ|img0");
 
     // Moved to another port.
     Configure("5;2");
@@ -115,10 +106,8 @@ TEST_F(RS232Scan, TheLongestDescriptionIsNoAnswerToTheNextCommand) {
     Connect(1);
     Configure("1");
     const std::string description = "Valdremonix" + std::string(ZQDEV_FIELD_SIZE - 12, 'x');
-    sim::CZQSimPortFaults slow;
-    slow.byteDelay = 8ms;
-    slow.instead = {{"SYST:ID?", description}, {"SYST:ID?", description}};
-    SetFaults(0, slow);
+    cameras->SetFaults(0,
+                       {.byteDelay = 8ms, .instead = {{"SYST:ID?", description}, {"SYST:ID?", description}}});
     const std::vector<ZQDEVICEINFO> found = Scan();
     ASSERT_EQ(found.size(), 1U);
     EXPECT_EQ(found[0].DeviceID, IdOf(1));
@@ -130,50 +119,36 @@ TEST_F(RS232Scan, NoTextOfACameraSpoilsTheList) {
     // Attacked on one port each; the first has no camera configuration file then. The last port is spared.
     const char* const questions[] = {"SERV:ID?", "SYST:SERN?", "SYST:ID?", "SYST:VERS?"};
     const struct {
-        std::string text;
         const char* kept;  // addresses
-    } cases[] = {{"", "3;4;5;"},
-                 {" ", "3;4;5;"},
-                 {"''", "3;4;5;"},
-                 {"\"\"", "3;4;5;"},
-                 {"\"x\"", "3;4;5;"},
-                 {" 'x' ", "3;4;5;"},
-                 {"\"", "2;3;4;5;"},
-                 {" x;y=[z]# ", "2;3;4;5;"},
-                 {"\xFF\x80\xA0", "2;3;4;5;"},
-                 {"EmpTySTRINg", "3;4;5;"},
-                 {"EmpTy", "3;4;5;"},
-                 {"x\ry", "3;4;5;"},
-                 {"\x1B[2J", "3;4;5;"},
-                 {"\x7F", "3;4;5;"},
-                 {"../x", "2;3;4;5;"},
-                 {std::string(ZQDEV_FIELD_SIZE - 1, 'x'), "3;4;5;"},
-                 {std::string(ZQDEV_FIELD_SIZE, 'x'), "5;"}};
+        std::vector<std::string> texts;
+    } cases[] = {{"3;4;5;",
+                  {"", " ", "''", "\"\"", "\"x\"", " 'x' ", "EmpTySTRINg", "EmpTy", "x\ry", "\x1B[2J", "\x7F",
+                   std::string(ZQDEV_FIELD_SIZE - 1, 'x')}},
+                 {"2;3;4;5;", {"\"", " x;y=[z]# ", "\xFF\x80\xA0", "../x"}},
+                 {"5;", {std::string(ZQDEV_FIELD_SIZE, 'x')}}};
     Connect(5);
     Configure("1;2;3;4;5");
-    const auto texts = [this] {
-        std::string all;
-        for (const ZQDEVICEINFO& device : Devices()) {
-            all += std::string(device.Name) + "|" + device.DeviceID + "|" + device.DeviceDesc + "|" +
-                   device.FirmwareVersion + "\n";
-        }
-        return all;
-    };
     for (const auto& test : cases) {
-        for (std::size_t i = 0; i < std::size(questions); ++i) {
-            sim::CZQSimPortFaults faults;
-            faults.instead = {{"SYST:ID?", "Valdremonix"}, {questions[i], test.text}};
-            SetFaults(i, faults);
+        for (const std::string& text : test.texts) {
+            SCOPED_TRACE(text);
+            for (std::size_t i = 0; i < std::size(questions); ++i) {
+                cameras->SetFaults(i, {.instead = {{"SYST:ID?", "Valdremonix"}, {questions[i], text}}});
+            }
+            std::string kept;
+            std::string before;
+            for (const ZQDEVICEINFO& device : Scan()) {
+                kept += std::string(device.UsedAddress) + ";";
+                before += TextOf(device);
+            }
+            EXPECT_EQ(kept, test.kept);
+            ASSERT_EQ(ZQ_CALL(kit, ZQDEV_SaveDeviceConfig), ZQ_OK);
+            ASSERT_EQ(ZQ_CALL(kit, ZQDEV_LoadDeviceConfig), ZQ_OK);
+            for (const ZQDEVICEINFO& device : Devices()) {
+                EXPECT_TRUE(before.starts_with(TextOf(device))) << TextOf(device);
+                before.erase(0, TextOf(device).size());
+            }
+            EXPECT_EQ(before, "");
         }
-        std::string kept;
-        for (const ZQDEVICEINFO& device : Scan()) {
-            kept += std::string(device.UsedAddress) + ";";
-        }
-        EXPECT_EQ(kept, test.kept) << test.text;
-        const std::string before = texts();
-        ASSERT_EQ(ZQ_CALL(kit, ZQDEV_SaveDeviceConfig), ZQ_OK);
-        ASSERT_EQ(ZQ_CALL(kit, ZQDEV_LoadDeviceConfig), ZQ_OK) << test.text;
-        EXPECT_EQ(texts(), before) << test.text;
     }
 }
 
@@ -181,27 +156,12 @@ TEST_F(RS232Scan, NoTextOfACameraSpoilsTheList) {
 // maker is asked on and left out when it then fails.
 TEST_F(RS232Scan, BadCamerasDoNotHideTheGoodOne) {
     Connect(8);
-    sim::CZQSimPortFaults faults;
-    faults.silent = true;
-    SetFaults(0, faults);
-    faults = {};
-    faults.byteDelay = 60ms;  // in time for the probe, too slow for a whole answer
-    SetFaults(1, faults);
-    faults = {};
-    faults.form = EAnswerForm::kNoLineFeed;
-    faults.longAnswerBytes = 200;
-    SetFaults(2, faults);
-    faults = {};
-    faults.form = EAnswerForm::kWrongAddress;  // another maker's
-    SetFaults(3, faults);
-    faults = {};
-    faults.form = EAnswerForm::kControlCharacters;
-    SetFaults(4, faults);
-    faults = {};
-    faults.form = EAnswerForm::kNoLineFeed;
-    faults.longAnswerBytes = 10000;
-    faults.byteDelay = 1ms;
-    SetFaults(7, faults);
+    cameras->SetFaults(0, {.silent = true});
+    cameras->SetFaults(1, {.byteDelay = 60ms});  // in time for the probe, too slow for a whole answer
+    cameras->SetFaults(2, {.form = EAnswerForm::kNoLineFeed, .longAnswerBytes = 200});
+    cameras->SetFaults(3, {.form = EAnswerForm::kWrongAddress});  // another maker's
+    cameras->SetFaults(4, {.form = EAnswerForm::kControlCharacters});
+    cameras->SetFaults(7, {.byteDelay = 1ms, .form = EAnswerForm::kNoLineFeed, .longAnswerBytes = 10000});
     CZQComRS232 holder;
     CZQComRS232Config held;
     held.SetPortNumber(6);
@@ -246,13 +206,8 @@ TEST_F(ImaqScan, FindsCamerasOnFrameGrabbersWithTheKitsOwnLibrary) {
     ASSERT_EQ(found.size(), 2U);
     EXPECT_STREQ(found[1].UsedAddress, "img4");
     ZQDEVICEINFO device = found[0];
-    EXPECT_STREQ(device.UsedScanner, ZQDEV_SCANNER_NAME_ZQ_IMAQ_RS232);
-    EXPECT_STREQ(device.UsedAddress, "img1");
-    EXPECT_STREQ(device.CCM, ZQDEV_CCM_ZQ_IMAQ_RS232);
-    EXPECT_STREQ(device.CCMAddress, "img1");
-    EXPECT_STREQ(device.IAM, ZQDEV_IAM_ZQ_FG_IMAQ);
-    EXPECT_STREQ(device.IAMAddress, "img1");
-    EXPECT_STREQ(device.FirmwareVersion, "3.0.1");
+    EXPECT_TRUE(TextOf(device).ends_with(
+        "|3.0.1|SCANNER_ZQ_IMAQ_RS232|img1|CCM_ZQ_IMAQ_RS232|img1|IAM_ZQ_FG_IMAQ|img1"));
 
     play("", "img1::1");
     ASSERT_EQ(ZQ_CALL(kit, ZQDEV_RescanDevice, &device), ZQ_OK);
