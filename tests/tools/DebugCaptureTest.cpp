@@ -2,89 +2,56 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <map>
 #include <thread>
-#include <vector>
 
 #include "platform/Process.h"
+#include "support/DebugLines.h"
 
 namespace ZQAPI::test {
 namespace {
 
-class Lines {
-public:
-    std::unique_ptr<platform::DebugCapture> Capture() {
-        platform::SystemErrorCode error = 0;
-        auto capture = platform::DebugCapture::Start(
-            [this](std::string_view line, bool isFirst) {
-                m_lines.push_back((isFirst ? "" : "+ ") + std::string(line));
-            },
-            error);
-        EXPECT_NE(capture, nullptr) << error;
-        return capture;
-    }
-    std::vector<std::string> Take() { return std::exchange(m_lines, {}); }
-
-private:
-    std::vector<std::string> m_lines;  // read only while there is no capture
-};
+using Lines = std::vector<std::string>;
 
 TEST(DebugCapture, NothingIsLostWhenSeveralThreadsWriteUntilTheEnd) {
-    constexpr int kThreads = 8;
-    constexpr int kLinesEach = 500;  // together more than a pipe holds
-    Lines lines;
-    {
-        const auto capture = lines.Capture();
-        std::vector<std::thread> threads;
-        threads.reserve(kThreads);
-        for (int thread = 0; thread < kThreads; ++thread) {
-            threads.emplace_back([thread] {
-                for (int i = 0; i < kLinesEach; ++i) {
-                    const std::string text = "thread " + std::to_string(thread) + " " + std::string(40, '.') +
-                                             " line " + std::to_string(i);
-                    platform::WriteDebugOutput(text.c_str());
+    constexpr std::size_t kLinesEach = 500;  // together more than a pipe holds
+    const std::string names = "abcdefgh";
+    const Lines got = DebugLinesOf([&names] {
+        std::vector<std::jthread> threads;
+        for (const char name : names) {
+            threads.emplace_back([name] {
+                for (std::size_t i = 0; i < kLinesEach; ++i) {
+                    platform::WriteDebugOutput((name + std::string(40, '.') + std::to_string(i)).c_str());
                 }
             });
         }
-        for (std::thread& thread : threads) {
-            thread.join();
-        }
+    });
+    ASSERT_EQ(got.size(), names.size() * kLinesEach);
+    std::map<char, std::size_t> next;
+    for (const std::string& line : got) {
+        EXPECT_EQ(line, line[0] + std::string(40, '.') + std::to_string(next[line[0]]++));
     }
-    const auto got = lines.Take();
-    ASSERT_EQ(got.size(), std::size_t{kThreads} * kLinesEach);
-    for (int thread = 0; thread < kThreads; ++thread) {
-        int next = 0;
-        for (const std::string& line : got) {
-            if (line.starts_with("thread " + std::to_string(thread) + " ")) {
-                EXPECT_TRUE(line.ends_with(". line " + std::to_string(next++))) << line;
-            }
-        }
-        EXPECT_EQ(next, kLinesEach);
-    }
-}
-
-TEST(DebugCapture, OneAfterTheOtherEachHearsItsOwn) {
-    Lines lines;
-    for (const char* text : {"first", "second"}) {
-        {
-            const auto capture = lines.Capture();
-            platform::WriteDebugOutput(text);
-            std::fputs("the process's own standard error\n", capture->StandardError());
-        }
-        platform::WriteDebugOutput("nobody listens");
-        EXPECT_EQ(lines.Take(), std::vector<std::string>{text});
-    }
+    EXPECT_EQ(next.size(), names.size());
 }
 
 // A text in a message can hold line feeds, and what comes after them must not pass for a message.
-TEST(DebugCapture, SeveralLinesAtOnceAreHandedOverAsWhatTheyAre) {
-    Lines lines;
-    {
-        const auto capture = lines.Capture();
-        platform::WriteDebugOutput("one\n\ntwo\nthree");
+TEST(DebugCapture, SeveralLinesAtOnceAreHandedOverAsWhatTheyAreToWhoeverListens) {
+    for (const std::string& first : Lines{"one", "other"}) {
+        Lines lines;
+        platform::SystemErrorCode error = 0;
+        auto capture = platform::DebugCapture::Start(
+            [&lines](std::string_view line, bool isFirst) {
+                lines.push_back((isFirst ? "" : "+ ") + std::string(line));
+            },
+            error);
+        ASSERT_NE(capture, nullptr) << error;
+        platform::WriteDebugOutput((first + "\n\ntwo\nthree").c_str());
         platform::WriteDebugOutput("four");
+        std::fputs("the process's own standard error\n", capture->StandardError());
+        capture.reset();
+        platform::WriteDebugOutput("nobody listens");
+        EXPECT_EQ(lines, (Lines{first, "+ two", "+ three", "four"}));
     }
-    EXPECT_EQ(lines.Take(), (std::vector<std::string>{"one", "+ two", "+ three", "four"}));
 }
 
 }  // namespace
