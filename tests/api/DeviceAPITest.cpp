@@ -133,11 +133,12 @@ TEST_F(DeviceAPI, FailedInitialisationCountsNothingAndIsTriedAgain) {
 
 TEST_F(DeviceAPI, BadRecordsChangeNothing) {
     ASSERT_EQ(m_api.InitCameraLibrary(), ZQ_OK);
-    ZQDEVICEINFO endless = SampleDevice("ZQNetCam-2M:1000").GetRecord();
+    const ZQDEVICEINFO good = SampleDevice("ZQNetCam-2M:1000").GetRecord();
+    ZQDEVICEINFO endless = good;
     std::memset(endless.IAM, 'x', sizeof endless.IAM);
-    ZQDEVICEINFO control = SampleDevice("ZQNetCam-2M:1000").GetRecord();
+    ZQDEVICEINFO control = good;
     std::strcpy(control.DeviceDesc, "a\nb");
-    ZQDEVICEINFO unnamed = SampleDevice("ZQNetCam-2M:1000").GetRecord();
+    ZQDEVICEINFO unnamed = good;
     unnamed.Name[0] = '\0';
     EXPECT_EQ(m_api.AddDevice(endless), ZQ_ERR_TEXT_TOO_LONG);
     EXPECT_EQ(m_api.ModifyDevice(endless), ZQ_ERR_TEXT_TOO_LONG);

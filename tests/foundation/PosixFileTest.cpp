@@ -23,10 +23,8 @@ namespace {
 
 class PosixFileTest : public ::testing::Test {
 public:
-    PosixFileTest() { m_umask = umask(077); }
-    PosixFileTest(const PosixFileTest&) = delete;
-    PosixFileTest& operator=(const PosixFileTest&) = delete;
-    ~PosixFileTest() override { umask(m_umask); }
+    void SetUp() override { m_umask = umask(077); }
+    void TearDown() override { umask(m_umask); }
 
 protected:
     struct stat Status() const {
