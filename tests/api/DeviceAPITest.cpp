@@ -105,8 +105,14 @@ TEST_F(DeviceAPI, NothingWorksBeforeInitialisationAndNullIsSeenAfterThatCheck) {
     EXPECT_STREQ(text, "before");
 }
 
-TEST_F(DeviceAPI, InitialisationIsCountedAndOnlyTheFirstOneLoads) {
-    EXPECT_EQ(m_api.DeInitCameraLibrary(), ZQ_OK);
+TEST_F(DeviceAPI, InitialisationIsCountedUnlessItFailsAndOnlyTheFirstOneLoads) {
+    WriteSealed(m_folder.File("Devices.ini"), "[General]\r\nDevices=\r\n");
+    Logged().Take();
+    EXPECT_EQ(m_api.InitCameraLibrary(), ZQ_ERR_INI_KEY_MISSING);
+    const auto logged = Logged().Take();
+    ASSERT_EQ(logged.size(), 1U);
+    EXPECT_EQ(logged[0].GetCatchLocation().GetFunction(), "CZQDeviceAPI::InitCameraLibrary");
+    SampleList(2).SaveToFile(m_folder.File("Devices.ini"));
     ASSERT_EQ(m_api.InitCameraLibrary(), ZQ_OK);
     EXPECT_EQ(m_api.AddDevice(SampleDevice("unsaved").GetRecord()), ZQ_OK);
     ASSERT_EQ(m_api.InitCameraLibrary(), ZQ_OK);
@@ -131,8 +137,12 @@ TEST_F(DeviceAPI, FailedInitialisationCountsNothingAndIsTriedAgain) {
     EXPECT_EQ(Count(), 1U);
 }
 
-TEST_F(DeviceAPI, BadRecordsChangeNothing) {
-    ASSERT_EQ(m_api.InitCameraLibrary(), ZQ_OK);
+class InitialisedAPI : public DeviceAPI {
+protected:
+    InitialisedAPI() { EXPECT_EQ(m_api.InitCameraLibrary(), ZQ_OK); }
+};
+
+TEST_F(InitialisedAPI, BadRecordsChangeNothing) {
     const ZQDEVICEINFO good = SampleDevice("ZQNetCam-2M:1000").GetRecord();
     ZQDEVICEINFO endless = good;
     std::memset(endless.IAM, 'x', sizeof endless.IAM);
@@ -154,8 +164,7 @@ TEST_F(DeviceAPI, BadRecordsChangeNothing) {
     EXPECT_STREQ(device.DeviceDesc, "Example camera");
 }
 
-TEST_F(DeviceAPI, ModuleQueriesFollowTheTypesFile) {
-    ASSERT_EQ(m_api.InitCameraLibrary(), ZQ_OK);
+TEST_F(InitialisedAPI, ModuleQueriesFollowTheTypesFile) {
     WriteSealed(m_folder.File("cam.ccf"), "[Interfaces]\r\nCCMs=CCM_A; CCM_LONGER\r\nIAMs=IAM_B\r\n");
     unsigned count = 0;
     char text[32] = {};
@@ -176,14 +185,12 @@ TEST_F(DeviceAPI, ModuleQueriesFollowTheTypesFile) {
     EXPECT_FALSE(file.IsSupportedIAM("iam_b"));
 }
 
-TEST_F(DeviceAPI, ScanReplacesTheListInMemoryOnly) {
-    ASSERT_EQ(m_api.InitCameraLibrary(), ZQ_OK);
+TEST_F(InitialisedAPI, ScanReplacesTheListInMemoryOnly) {
     const std::string onDisk = ContentOf(m_folder.File("Devices.ini"));
 
-    const std::int32_t outside[] = {ZQDEV_NOF_SCANNERS};
-    const std::int32_t negative[] = {-1};
-    EXPECT_EQ(m_api.ScanForDevices(outside), ZQ_ERR_NULL_INPUT);
-    EXPECT_EQ(m_api.ScanForDevices(negative), ZQ_ERR_NULL_INPUT);
+    for (const std::int32_t outside : {-1, int{ZQDEV_NOF_SCANNERS}}) {
+        EXPECT_EQ(m_api.ScanForDevices({&outside, 1}), ZQ_ERR_NULL_INPUT);
+    }
     WriteSealed(m_folder.File("ZQAPI.ini"), "[DeviceScanner]\r\nActiveScanners=\r\n");
     EXPECT_EQ(m_api.ScanForDevices({}), ZQ_ERR_INI_KEY_MISSING);
     EXPECT_EQ(Count(), 2U);
@@ -198,8 +205,7 @@ TEST_F(DeviceAPI, ScanReplacesTheListInMemoryOnly) {
     EXPECT_EQ(ContentOf(m_folder.File("Devices.ini")), onDisk);
 }
 
-TEST_F(DeviceAPI, RescanRefreshesTheCallersRecordOnly) {
-    ASSERT_EQ(m_api.InitCameraLibrary(), ZQ_OK);
+TEST_F(InitialisedAPI, RescanRefreshesTheCallersRecordOnly) {
     ZQDEVICEINFO record = SampleDevice("x", "SCANNER_MV").GetRecord();
     EXPECT_EQ(m_api.RescanDevice(&record), ZQ_OK);
     EXPECT_STREQ(record.UsedAddress, "moved");
@@ -212,8 +218,7 @@ TEST_F(DeviceAPI, RescanRefreshesTheCallersRecordOnly) {
     EXPECT_EQ(m_api.RescanDevice(&record), ZQ_ERR_BAD_VALUE);
 }
 
-TEST_F(DeviceAPI, AnyThreadMayCallAnything) {
-    ASSERT_EQ(m_api.InitCameraLibrary(), ZQ_OK);
+TEST_F(InitialisedAPI, AnyThreadMayCallAnything) {
     WriteSealed(m_folder.File("ZQAPI.ini"), "[DeviceScanner]\r\nActiveScanners=SCANNER_MV\r\n");
     const auto repeat = [](auto call) {
         return std::jthread([call] {

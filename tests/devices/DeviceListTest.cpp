@@ -19,12 +19,18 @@
 namespace ZQAPI::test {
 namespace {
 
-// The one file in the folder is the list: nothing is left beside it.
-void ExpectNoLitter(const TempFolder& folder) {
-    for (const auto& entry : std::filesystem::directory_iterator(folder.Path())) {
-        EXPECT_EQ(entry.path().filename(), "Devices.ini");
+class DeviceListFile : public ::testing::Test {
+protected:
+    // The one file in the folder is the list: nothing is left beside it.
+    void ExpectNoLitter() const {
+        for (const auto& entry : std::filesystem::directory_iterator(folder.Path())) {
+            EXPECT_EQ(entry.path().filename(), "Devices.ini");
+        }
     }
-}
+
+    TempFolder folder;
+    CZQString path = folder.File("Devices.ini");
+};
 
 TEST(DeviceInfo, FieldsAreReadBoundedAndTake64Characters) {
     ZQDEVICEINFO record;
@@ -41,7 +47,7 @@ TEST(DeviceInfo, FieldsAreReadBoundedAndTake64Characters) {
     EXPECT_EQ(std::string(device.GetRecord().DeviceID, ZQDEV_FIELD_SIZE), "c" + std::string(64, '\0'));
 }
 
-TEST(DeviceInfo, NamesThatTheFileCouldNotGiveBackAreRefused) {
+TEST_F(DeviceListFile, NamesThatTheFileCouldNotGiveBackAreRefused) {
     CZQDeviceInfo device = SampleDevice("id");
     for (const char* const name : {"a;b", "a]b", " a", "a ", "\"a\"", "E", "EmpTySTRINg", ""}) {
         device.SetName(name);
@@ -49,15 +55,14 @@ TEST(DeviceInfo, NamesThatTheFileCouldNotGiveBackAreRefused) {
     }
     device.SetName(std::string(64, 'n'));
     EXPECT_ZQ_ERROR(device.CheckName(), ZQ_ERR_BAD_VALUE);
-    const TempFolder folder;
     for (const std::string& name : {std::string("a b.c[x"), std::string(63, 'n'), std::string("EmpTyX")}) {
         device.SetName(name);
         device.CheckName();
         CZQDeviceList list;
         list.AddDevice(device, false);
-        list.SaveToFile(folder.File("Devices.ini"));
+        list.SaveToFile(path);
         CZQDeviceList loaded;
-        loaded.LoadFromFile(folder.File("Devices.ini"));
+        loaded.LoadFromFile(path);
         EXPECT_EQ(NamesAndIds(loaded), name + "=id;");
     }
 }
@@ -72,9 +77,9 @@ TEST(DeviceList, NamesAreGivenByPlaceAndMayRepeatAfterARemoval) {
 
 TEST(DeviceList, IdentifiersAreComparedExactlyAndTheFirstCounts) {
     CZQDeviceList list;
-    list.AddDevice(SampleDevice("id"), true);
-    list.AddDevice(SampleDevice("ID"), true);
-    list.AddDevice(SampleDevice("id"), true);
+    for (const char* const id : {"id", "ID", "id"}) {
+        list.AddDevice(SampleDevice(id), true);
+    }
     EXPECT_EQ(list.FindDeviceByID("ID"), 1);
     EXPECT_EQ(list.FindDeviceByID("Id"), -1);
 
@@ -86,9 +91,7 @@ TEST(DeviceList, IdentifiersAreComparedExactlyAndTheFirstCounts) {
     EXPECT_ZQ_ERROR(list.GetDevice(2), ZQ_ERR_BAD_INDEX);
 }
 
-TEST(DeviceListFile, HasThisVeryContent) {
-    const TempFolder folder;
-    const CZQString path = folder.File("Devices.ini");
+TEST_F(DeviceListFile, HasThisVeryContent) {
     SampleList(2).SaveToFile(path);
     std::string expected = "[General]\r\nDevices=Camera1;Camera2\r\n";
     for (int i = 0; i < 2; ++i) {
@@ -100,12 +103,10 @@ TEST(DeviceListFile, HasThisVeryContent) {
                     "IAM=IAM_ZQ_UDP\r\nIAMAddress=192.168.1.20\r\n";
     }
     EXPECT_EQ(ContentOf(path), CZQConfigFile::Sealed(expected));
-    ExpectNoLitter(folder);
+    ExpectNoLitter();
 }
 
-TEST(DeviceListFile, GivesBackWhatWasSaved) {
-    const TempFolder folder;
-    const CZQString path = folder.File("Devices.ini");
+TEST_F(DeviceListFile, GivesBackWhatWasSaved) {
     // More names than an ordinary value may have characters.
     for (const std::size_t count : {std::size_t{1}, std::size_t{700}}) {
         CZQDeviceList list = SampleList(count);
@@ -121,7 +122,7 @@ TEST(DeviceListFile, GivesBackWhatWasSaved) {
     }
 }
 
-TEST(DeviceListFile, WhatCannotBeReadBackFailsTheLoadAndIsKeptOnDisk) {
+TEST_F(DeviceListFile, WhatCannotBeReadBackFailsTheLoadAndIsKeptOnDisk) {
     const std::string whole =
         "[General]\r\nDevices=A\r\n[A]\r\nDeviceTypeByName=t\r\nDeviceID=i\r\nDeviceDesc="
         "d\r\nFirmwareVersion=f\r\n"
@@ -145,8 +146,6 @@ TEST(DeviceListFile, WhatCannotBeReadBackFailsTheLoadAndIsKeptOnDisk) {
         {"value of 65", with("DeviceDesc=d", "DeviceDesc=" + std::string(65, 'v')), ZQ_ERR_TEXT_TOO_LONG, 0},
         {"name of 64", with("Devices=A", "Devices=" + std::string(64, 'n')), ZQ_ERR_TEXT_TOO_LONG, 0},
     };
-    const TempFolder folder;
-    const CZQString path = folder.File("Devices.ini");
     for (const auto& test : cases) {
         SCOPED_TRACE(test.what);
         WriteSealed(path, test.content);
@@ -158,21 +157,18 @@ TEST(DeviceListFile, WhatCannotBeReadBackFailsTheLoadAndIsKeptOnDisk) {
     }
 }
 
-TEST(DeviceListFile, FailedSaveLeavesNoLitter) {
+TEST_F(DeviceListFile, FailedSaveLeavesNoLitter) {
     Logged().Take();
-    const TempFolder folder;
     const CZQDeviceList list = SampleList(2);
     // A folder can't be replaced by a file.
-    std::filesystem::create_directory(folder.File("Devices.ini"));
-    EXPECT_ZQ_ERROR(list.SaveToFile(folder.File("Devices.ini")), ZQ_ERR_FILE_MOVE);
-    ExpectNoLitter(folder);
+    std::filesystem::create_directory(path.str());
+    EXPECT_ZQ_ERROR(list.SaveToFile(path), ZQ_ERR_FILE_MOVE);
+    ExpectNoLitter();
     EXPECT_ZQ_ERROR(list.SaveToFile(folder.File("missing/Devices.ini")), ZQ_ERR_INI_WRITE);
     EXPECT_TRUE(Logged().Take().empty());
 }
 
-TEST(DeviceListFile, LoadsBesideSavesGiveWholeLists) {
-    const TempFolder folder;
-    const CZQString path = folder.File("Devices.ini");
+TEST_F(DeviceListFile, LoadsBesideSavesGiveWholeLists) {
     const CZQDeviceList lists[] = {SampleList(3), SampleList(40)};
     lists[0].SaveToFile(path);
     std::atomic<bool> isSaving = true;
@@ -193,19 +189,17 @@ TEST(DeviceListFile, LoadsBesideSavesGiveWholeLists) {
     saver.join();
     // Where an open file can't be replaced, a reader that hardly ever closes it may win; not often.
     EXPECT_LE(refused, platform::HasDriveLetters() ? 10 : 0);
-    ExpectNoLitter(folder);
+    ExpectNoLitter();
 }
 
 // An editor, say, that lets nobody delete what it has open.
-TEST(DeviceListFile, SaveWaitsForWhoeverHasTheFileOpen) {
-    const TempFolder folder;
-    const CZQString path = folder.File("Devices.ini");
+TEST_F(DeviceListFile, SaveWaitsForWhoeverHasTheFileOpen) {
     SampleList(1).SaveToFile(path);
     const std::string before = ContentOf(path);
     std::ifstream reader(path.str());
     const int error = ErrorOf([&] { SampleList(2).SaveToFile(path); });
     EXPECT_TRUE(error == 0 || (error == ZQ_ERR_FILE_MOVE && ContentOf(path) == before)) << error;
-    ExpectNoLitter(folder);
+    ExpectNoLitter();
 
     std::atomic<bool> isSaved = false;
     std::jthread holder([&] {

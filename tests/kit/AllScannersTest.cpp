@@ -47,7 +47,11 @@ protected:
             const std::string file = entry.path().filename().string();
             StandIns::Place({file}, file.starts_with("clser") ? kit.Path() / "3dParty/Euresys" : kit.Path());
         }
-        scan->Configure(ScannerMergeOrder().Join(';').str(),
+        std::string names;
+        for (int number = 0; number < ZQDEV_NOF_SCANNERS; ++number) {
+            names += ScannerNameOfNumber(number).str() + ";";
+        }
+        scan->Configure(names,
                         "[DeviceScanner.SCANNER_ZQ_UDP]\r\nNofScanCycles=2\r\nScanTimeMs=400\r\n"
                         "[DeviceScanner.SCANNER_ZQ_RS232]\r\nScanCOMPorts=" +
                             std::to_string(serialPort) +
