@@ -26,7 +26,7 @@ std::optional<std::string> BytesOf(const json& iniCase, const char* name) {
     const std::string utf8 = iniCase[name];
     std::string bytes;
     for (std::size_t i = 0; i < utf8.size(); ++i) {
-        const unsigned char lead = utf8[i];
+        const auto lead = static_cast<unsigned char>(utf8[i]);
         bytes.push_back(lead < 0x80 ? utf8[i] : static_cast<char>((lead & 3) << 6 | (utf8[++i] & 0x3F)));
     }
     return bytes;

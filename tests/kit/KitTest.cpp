@@ -66,11 +66,11 @@ protected:
 
     // Does the work once before it counts, and then so often.
     template <class Work>
-    static void ExpectNothingTaken(int rounds, std::size_t indicesPerRound, Work&& work) {
+    static void ExpectNothingTaken(std::size_t rounds, std::size_t indicesPerRound, Work&& work) {
         work();
         const std::size_t indices = FreeThreadLocalIndices();
         const std::size_t handles = OpenHandles();
-        for (int i = 0; i < rounds; ++i) {
+        for (std::size_t i = 0; i < rounds; ++i) {
             work();
         }
         EXPECT_GE(FreeThreadLocalIndices() + indicesPerRound * rounds, indices);

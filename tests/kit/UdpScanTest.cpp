@@ -129,24 +129,6 @@ TEST_F(UdpScan, SilentCommandPortAndUnknownTypeLeaveTheOthers) {
     EXPECT_EQ(server.GetCounts(1).commands, 3U);
 }
 
-TEST_F(UdpScan, RescanFollowsACameraAndMissesOneThatIsGone) {
-    ZQDEVICEINFO device{};
-    {
-        const sim::CZQSimUdpServer server(sim::MakeCameras(1, kFirstAddress, kMask), {});
-        device = Scan().at(0);
-    }
-    std::strcpy(device.FirmwareVersion, "old");
-    const ZQDEVICEINFO before = device;
-    EXPECT_EQ(ZQ_CALL(kit, ZQDEV_RescanDevice, &device), ZQ_ERR_DEVICE_NOT_FOUND);
-    EXPECT_EQ(std::memcmp(&device, &before, sizeof device), 0);
-
-    // The same camera at another address.
-    const sim::CZQSimUdpServer server(sim::MakeCameras(1, kFirstAddress + 99, kMask), {});
-    EXPECT_EQ(ZQ_CALL(kit, ZQDEV_RescanDevice, &device), ZQ_OK);
-    EXPECT_THAT(TextOf(device), testing::HasSubstr("|127.0.1.110|CCM_ZQ_TCPIP|127.0.1.110|"));
-    EXPECT_STRNE(device.FirmwareVersion, "old");
-}
-
 TEST_F(UdpScan, SettingsThatCannotBeReadFailTheScanAndChangeNothing) {
     Configure("BindToNetworkCard=maybe\r\n");
     EXPECT_EQ(ZQ_CALL(kit, ZQDEV_ScanForDevices), ZQ_ERR_INI_BAD_BOOL);
@@ -173,7 +155,7 @@ TEST_F(UdpScan, OtherCallsProceedMeanwhile) {
 }
 
 // In a foreign class, so that the mask changes with it; the simulated camera is free to go there.
-TEST_F(UdpScan, ACameraTakesANewAddressAndAnswersThere) {
+TEST_F(UdpScan, ACameraTakesANewAddressAndIsFollowedThere) {
     sim::CZQSimUdpSettings settings;
     settings.interfaceName = "lo";
     const sim::CZQSimUdpServer server(sim::MakeCameras(2, 0x0A01000B, 0), settings);  // 10.1.0.11
@@ -191,8 +173,14 @@ TEST_F(UdpScan, ACameraTakesANewAddressAndAnswersThere) {
     EXPECT_EQ(server.GetCamera(0).GetMask(), 0xFFFF0000U);
     EXPECT_GE(CZQComICMPPing().Ping("172.16.0.5", 1000), 0);
     EXPECT_STREQ(device.UsedAddress, "10.1.0.11");  // the caller's record is not touched
+    std::strcpy(device.FirmwareVersion, "old");
     ASSERT_EQ(ZQ_CALL(kit, ZQDEV_RescanDevice, &device), ZQ_OK);
     EXPECT_THAT(TextOf(device), testing::HasSubstr("|172.16.0.5|CCM_ZQ_TCPIP|172.16.0.5|"));
+    EXPECT_STRNE(device.FirmwareVersion, "old");
+    std::strcpy(device.DeviceID, "gone");
+    const std::string before = TextOf(device);
+    EXPECT_EQ(ZQ_CALL(kit, ZQDEV_RescanDevice, &device), ZQ_ERR_DEVICE_NOT_FOUND);
+    EXPECT_EQ(TextOf(device), before);
 
     // A camera that does not answer its first command keeps its address.
     std::strcpy(device.CCMAddress, "10.1.0.99");
