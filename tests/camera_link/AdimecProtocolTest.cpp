@@ -3,58 +3,18 @@
 
 #include <algorithm>
 #include <deque>
-#include <functional>
 #include <thread>
 
 #include "camera_link/ZQAdimecDataParser.h"
 #include "camera_link/ZQAdimecSerialProtocol.h"
 #include "support/ExpectError.h"
+#include "support/ScriptedPort.h"
 
 namespace ZQAPI::test {
 namespace {
 
 const std::string kErr = "@ERR?\r";
 const std::string kWell = "\x06@0\r";
-
-class ScriptedPort : public CZQSerialBase {
-public:
-    using Script = std::function<std::string(const std::string& telegram)>;
-    explicit ScriptedPort(Script script) : m_script(std::move(script)) {}
-
-    std::string arrived;     // and not read
-    char endless = '\0';     // comes for ever behind what has arrived
-    std::uint32_t lost = 0;  // of the bytes of each write
-    bool fails = true;       // when there is too little to read; else it gives what there is
-    bool isOpen = true;
-    std::vector<std::string> written;
-
-    void Open(std::uint32_t /*port*/, std::uint32_t /*baudRate*/) override {}
-    void Close() override {}
-    bool IsOpen() const noexcept override { return isOpen; }
-    void Flush() override {}
-    std::uint32_t Write(const void* buffer, std::uint32_t size, std::uint32_t /*timeoutMs*/) override {
-        written.emplace_back(static_cast<const char*>(buffer), size);
-        arrived += m_script(written.back());
-        return size - lost;
-    }
-    std::uint32_t Read(void* buffer, std::uint32_t size, std::uint32_t /*timeoutMs*/) override {
-        if (arrived.size() < size && endless != '\0') {
-            arrived.resize(size, endless);
-        }
-        if (arrived.size() < size && fails) {
-            throw CZQException(ZQ_HERE("ScriptedPort::Read"), ZQ_ERR_UNEXPECTED);
-        }
-        const std::size_t count = arrived.copy(static_cast<char*>(buffer), size);
-        arrived.erase(0, count);
-        return static_cast<std::uint32_t>(count);
-    }
-    std::uint32_t GetNofBytesAvail() override {
-        return endless != '\0' ? 0xFFFFFFFF : static_cast<std::uint32_t>(arrived.size());
-    }
-
-private:
-    const Script m_script;
-};
 
 void MakeEndless(ScriptedPort& port) {
     port.endless = 'z';
@@ -185,9 +145,8 @@ TEST(AdimecProtocol, ALateAnswerIsNeverTakenForTheNextOne) {
 TEST(AdimecProtocol, CommandsAndWhatIsNoCommand) {
     ScriptedPort port([](const std::string& telegram) { return telegram == kErr ? "\x06@3\r" : "\x06"; });
     CZQAdimecSerialProtocol protocol(port);
-    const auto failure = ThrownBy([&] { protocol.SendCmd("GA", "12"); });
-    ASSERT_TRUE(failure.has_value());
-    EXPECT_EQ(failure->GetExtraText(), "pszCmd=GA | pszCmdData=12 | errorStatus=3");
+    EXPECT_EQ(FailureOf([&] { protocol.SendCmd("GA", "12"); }),
+              Failure(ZQ_ERR_COM_SEND, "pszCmd=GA | pszCmdData=12 | errorStatus=3"));
     EXPECT_EQ(port.written, (std::vector<std::string>{"@GA12\r", kErr, "@GA12\r", kErr, "@GA12\r", kErr}));
 
     char data[1];
@@ -210,9 +169,10 @@ TEST(AdimecProtocol, ExchangesOfTwoThreadsStayWhole) {
             ASSERT_STREQ(data, query);
         }
     };
-    std::thread other(ask, "ID?");
-    ask("SN?");
-    other.join();
+    {
+        const std::jthread other(ask, "ID?");
+        ask("SN?");
+    }
     EXPECT_EQ(port.written.size(), 2000U);
 }
 

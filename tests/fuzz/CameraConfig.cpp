@@ -2,8 +2,7 @@
 #include "Fuzz.h"
 #include "devices/ZQCamConfigFile.h"
 
-using namespace ZQAPI;
-using namespace ZQAPI::fuzz;
+namespace ZQAPI::fuzz {
 
 namespace {
 
@@ -19,10 +18,9 @@ void CheckModules(const List& list, const Default& getDefault) {
 
 }  // namespace
 
-int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+void CheckInput(std::string_view input) {
     static const InputFile file;
-    file.Write(Text(data, size));
-    Succeeds([] { CZQConfigFile(file.Path(), CZQConfigFile::Mode::kRead, false).CreateFileChecksum(); });
+    file.WriteSealed(input);
     Succeeds([] {
         CZQCamConfigFile config(file.Path());
         CheckModules([&] { return config.GetSupportedCCMs(); }, [&] { return config.GetDefaultCCM(); });
@@ -30,5 +28,6 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
         const auto iam = ResultOf([&] { return config.GetDefaultIAM(); });
         ZQ_REQUIRE(!iam || config.IsSupportedIAM(*iam));
     });
-    return 0;
 }
+
+}  // namespace ZQAPI::fuzz

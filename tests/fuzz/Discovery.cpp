@@ -3,8 +3,7 @@
 #include "platform/UdpSocket.h"
 #include "scanners/ZQUdpAnswers.h"
 
-using namespace ZQAPI;
-using namespace ZQAPI::fuzz;
+namespace ZQAPI::fuzz {
 
 namespace {
 
@@ -21,14 +20,11 @@ void CheckCamera(const SUdpDeviceConnInfo& camera, std::string_view datagram) {
 
 }  // namespace
 
-int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    if (size == 0) {
-        return 0;
-    }
-    const std::uint32_t sender = kNetwork + data[0];
+void CheckInput(std::string_view input) {
+    const std::uint32_t sender = kNetwork + TakeByte(input);
     CZQUdpCameras cameras;
     std::size_t nofFirst = 0;
-    for (const std::string& datagram : AllParts(Text(data + 1, size - 1))) {
+    for (const std::string& datagram : AllParts(input)) {
         // The text is cut at its first NUL by whoever receives it.
         const std::string text = datagram.c_str();
         const SUdpAnswer answer = ReadUdpAnswer({text, sender, {}});
@@ -39,5 +35,6 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
         }
     }
     ZQ_REQUIRE(cameras.Take().size() == nofFirst);
-    return 0;
 }
+
+}  // namespace ZQAPI::fuzz

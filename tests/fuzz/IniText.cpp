@@ -4,8 +4,7 @@
 #include "foundation/Io/ZQIniDocument.h"
 #include "foundation/Io/ZQIniFile.h"
 
-using namespace ZQAPI;
-using namespace ZQAPI::fuzz;
+namespace ZQAPI::fuzz {
 
 namespace {
 
@@ -68,15 +67,15 @@ void CheckEdit(CZQIniDocument& document, const std::vector<std::string>& fields)
 
 }  // namespace
 
-int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    std::string_view rest = Text(data, size);
-    const std::string text = TakePart(rest);
+void CheckInput(std::string_view input) {
+    const std::string text = TakePart(input);
     CZQIniDocument document(text);
     ZQ_REQUIRE(document.Bytes() == Kept(text));
     ZQ_REQUIRE(document.HasBytes(Kept(text)));
     ReadAll(document, text.size());
-    for (std::size_t edits = 0; edits < kMaxEdits && !rest.empty(); ++edits) {
-        CheckEdit(document, AllParts(TakePart(rest), kBetweenFields));
+    for (std::size_t edits = 0; edits < kMaxEdits && !input.empty(); ++edits) {
+        CheckEdit(document, AllParts(TakePart(input), kBetweenFields));
     }
-    return 0;
 }
+
+}  // namespace ZQAPI::fuzz

@@ -5,13 +5,9 @@
 #include "Fuzz.h"
 #include "devices/ZQSdkPaths.h"
 
-using namespace ZQAPI;
-using namespace ZQAPI::fuzz;
-
-int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+void ZQAPI::fuzz::CheckInput(std::string_view input) {
     static const InputFile marker("USE_LOCAL_SDK_CONFIG");
-    std::string_view rest = Text(data, size);
-    marker.Write(TakePart(rest));
+    marker.Write(TakePart(input));
     Succeeds([&] {
         const CZQSdkPaths paths(marker.Folder());
         const CZQString& root = paths.GetSdkConfigRoot();
@@ -19,10 +15,9 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
         for (const CZQString& file : {paths.GetApiIniPath(), paths.GetDevicesIniPath()}) {
             ZQ_REQUIRE(file.str().starts_with(root.str() + "config/"));
         }
-        const auto file = ResultOf([&] { return paths.GetCameraConfigFile(CZQString(rest)); });
+        const auto file = ResultOf([&] { return paths.GetCameraConfigFile(CZQString(input)); });
         const std::filesystem::path folder(paths.GetCameraConfigPath().str() + "/");
         ZQ_REQUIRE(!file || std::filesystem::path(file->str()).lexically_normal().parent_path() / "" ==
                                 folder.lexically_normal());
     });
-    return 0;
 }

@@ -2,8 +2,8 @@
 #include "Fuzz.h"
 #include "platform/posix/SerialModeText.h"
 
-using namespace ZQAPI;
-using namespace ZQAPI::fuzz;
+namespace ZQAPI::fuzz {
+
 using platform::SerialControl;
 
 namespace {
@@ -25,17 +25,18 @@ std::string Words(const SerialControl& control) {
 
 }  // namespace
 
-int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+void CheckInput(std::string_view input) {
     SerialControl control;
     control.baudRate = 12345;
     const SerialControl before = control;
-    if (!platform::ParseSerialModeText(Text(data, size), control)) {
+    if (!platform::ParseSerialModeText(input, control)) {
         ZQ_REQUIRE(control == before);
-        return 0;
+        return;
     }
     ZQ_REQUIRE(control.dataBits == 0 || (control.dataBits >= 5 && control.dataBits <= 8));
     ZQ_REQUIRE(control.stopBits < std::size(kStopBits) && control.parity < std::size(kParities));
     SerialControl again;
     ZQ_REQUIRE(platform::ParseSerialModeText(Words(control), again) && again == control);
-    return 0;
 }
+
+}  // namespace ZQAPI::fuzz

@@ -1,14 +1,9 @@
 // Files with a checksum line, byte for byte as they come.
 #include "Fuzz.h"
-#include "foundation/Io/ZQConfigFile.h"
 
-using namespace ZQAPI;
-using namespace ZQAPI::fuzz;
-
-int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+void ZQAPI::fuzz::CheckInput(std::string_view input) {
     static const InputFile file;
-    const std::string input(Text(data, size));
-    file.Write(input);
+    file.Write(std::string(input));
     const auto open = [] { CZQConfigFile(file.Path(), CZQConfigFile::Mode::kRead, true); };
     const bool isOpened = Succeeds(open);
     const std::string after = file.Read();
@@ -25,5 +20,4 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
         const bool isInSeal = damaged.size() / 2 + 19 >= damaged.size();
         ZQ_REQUIRE(isInSeal || !Succeeds(open));
     }
-    return 0;
 }

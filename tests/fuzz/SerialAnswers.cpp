@@ -4,8 +4,7 @@
 #include "ZQAPI/ZQCommandModule.h"
 #include "ZQSerialConnection.h"
 
-using namespace ZQAPI;
-using namespace ZQAPI::fuzz;
+namespace ZQAPI::fuzz {
 
 namespace {
 
@@ -42,12 +41,8 @@ private:
 
 }  // namespace
 
-std::shared_ptr<CZQCommandConnection> ZQAPI::OpenCommandConnection(const CZQString& /*commandAddress*/) {
-    return std::make_shared<CZQSerialConnection>(std::make_unique<ScriptedLine>());
-}
-
-int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    g_script = Text(data, size);
+void CheckInput(std::string_view input) {
+    g_script = input;
     std::vector<char> buffer(TakePart(g_script).size() + 1, 'x');  // exact: the sanitizer guards its end
     ZQCCM_HANDLE handle = 0;
     ZQ_REQUIRE(ZQCCM_OpenCCM("", "1", &handle) == ZQ_OK);
@@ -62,5 +57,11 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
         ZQ_REQUIRE(answer.size() <= 1023);
     }
     ZQ_REQUIRE(ZQCCM_CloseCCM(handle) == ZQ_OK);
-    return 0;
+}
+
+}  // namespace ZQAPI::fuzz
+
+std::shared_ptr<ZQAPI::CZQCommandConnection> ZQAPI::OpenCommandConnection(
+    const CZQString& /*commandAddress*/) {
+    return std::make_shared<CZQSerialConnection>(std::make_unique<fuzz::ScriptedLine>());
 }

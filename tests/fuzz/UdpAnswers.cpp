@@ -2,8 +2,7 @@
 #include "Fuzz.h"
 #include "ZQUdpConnection.h"
 
-using namespace ZQAPI;
-using namespace ZQAPI::fuzz;
+namespace ZQAPI::fuzz {
 
 namespace {
 
@@ -20,9 +19,8 @@ void CheckAnswer(const CZQUdpConnection& connection, std::string_view datagram, 
 
 }  // namespace
 
-int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    std::string_view datagram = Text(data, size);
-    const std::string address = TakePart(datagram);
+void CheckInput(std::string_view input) {
+    const std::string address = TakePart(input);
     Succeeds([&] {
         const CZQUdpCameraAddress camera{CZQString(address)};
         ZQ_REQUIRE(camera.addressBe != 0xFFFFFFFF && (camera.addressBe != 0 || camera.IsBroadcast()));
@@ -33,10 +31,11 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const CZQUdpCameraAddress loopback{CZQString(host)};
     static const CZQUdpConnection unicast{CZQString(host)};
     static const CZQUdpConnection broadcast(host + ":" + kHardwareAddress + "@" + host);
-    CheckAnswer(unicast, datagram, loopback.addressBe);
-    CheckAnswer(broadcast, datagram, loopback.addressBe);
+    CheckAnswer(unicast, input, loopback.addressBe);
+    CheckAnswer(broadcast, input, loopback.addressBe);
     platform::Ipv4SocketAddress stranger;
     stranger.addressBe = loopback.addressBe + 1;
-    ZQ_REQUIRE(!unicast.AnswerIn(datagram, stranger));
-    return 0;
+    ZQ_REQUIRE(!unicast.AnswerIn(input, stranger));
 }
+
+}  // namespace ZQAPI::fuzz

@@ -6,6 +6,11 @@
 #include <cstring>
 
 #define FUZZ_EXPORT extern "C" __attribute__((visibility("default")))
+// A function that writes nothing.
+#define FUZZ_STATUS(name, ...)                   \
+    FUZZ_EXPORT std::int32_t name(__VA_ARGS__) { \
+        return Status();                         \
+    }
 
 namespace {
 
@@ -22,20 +27,25 @@ void Fill(void* target, std::size_t size) {
 }
 
 template <class Number>
-void FillNumber(Number* number) {
-    Fill(number, sizeof *number);
+Number Take() {
+    Number number{};
+    Fill(&number, sizeof number);
+    return number;
 }
 
 // Mostly success.
 std::int32_t Status() {
-    std::uint8_t byte = 0;
-    FillNumber(&byte);
+    const auto byte = Take<std::uint8_t>();
     return byte < 0xF0 ? 0 : -2000 - byte;
 }
 
-template <class... Numbers>
-std::int32_t Tell(Numbers*... numbers) {
-    (FillNumber(numbers), ...);
+template <class Number>
+std::int32_t Tell(Number* number) {
+    *number = Take<Number>();
+    return Status();
+}
+std::int32_t Tell(void* target, std::size_t size) {
+    Fill(target, size);
     return Status();
 }
 
@@ -58,20 +68,14 @@ FUZZ_EXPORT std::int32_t is_GetNumberOfCameras(std::int32_t* count) {
 FUZZ_EXPORT std::int32_t is_GetCameraList(void* list) {
     std::uint32_t room = 0;
     std::memcpy(&room, list, sizeof room);
-    FillNumber(static_cast<std::uint32_t*>(list));
-    Fill(static_cast<char*>(list) + sizeof room, room * kUEyeCameraSize);
-    return Status();
+    return Tell(list, sizeof room + room * kUEyeCameraSize);
 }
 
 FUZZ_EXPORT std::int32_t fc2CreateContext(void** context) {
-    std::uint8_t isNull = 0;
-    FillNumber(&isNull);
-    *context = isNull == 1 ? nullptr : &g_size;
+    *context = Take<std::uint8_t>() == 1 ? nullptr : &g_size;
     return Status();
 }
-FUZZ_EXPORT std::int32_t fc2DestroyContext(void* /*context*/) {
-    return Status();
-}
+FUZZ_STATUS(fc2DestroyContext, void* /*context*/)
 FUZZ_EXPORT std::int32_t fc2GetNumOfCameras(void* /*context*/, std::uint32_t* count) {
     return Tell(count);
 }
@@ -81,29 +85,19 @@ FUZZ_EXPORT std::int32_t fc2GetCameraSerialNumberFromIndex(void* /*context*/, st
 }
 FUZZ_EXPORT std::int32_t fc2GetCameraFromSerialNumber(void* /*context*/, std::uint32_t /*number*/,
                                                       void* guid) {
-    Fill(guid, kGuidSize);
-    return Status();
+    return Tell(guid, kGuidSize);
 }
-FUZZ_EXPORT std::int32_t fc2Connect(void* /*context*/, void* /*guid*/) {
-    return Status();
-}
-FUZZ_EXPORT std::int32_t fc2Disconnect(void* /*context*/) {
-    return Status();
-}
+FUZZ_STATUS(fc2Connect, void* /*context*/, void* /*guid*/)
+FUZZ_STATUS(fc2Disconnect, void* /*context*/)
 FUZZ_EXPORT std::int32_t fc2GetCameraInfo(void* /*context*/, void* info) {
-    Fill(info, kCameraInfoSize);
-    return Status();
+    return Tell(info, kCameraInfoSize);
 }
 
 FUZZ_EXPORT std::int32_t DMR_Init(std::int32_t* manager) {
     return Tell(manager);
 }
-FUZZ_EXPORT std::int32_t DMR_Close() {
-    return Status();
-}
-FUZZ_EXPORT std::int32_t DMR_UpdateDeviceList(std::uint32_t /*reserved*/, std::int32_t /*reserved2*/) {
-    return Status();
-}
+FUZZ_STATUS(DMR_Close)
+FUZZ_STATUS(DMR_UpdateDeviceList, std::uint32_t /*reserved*/, std::int32_t /*reserved2*/)
 FUZZ_EXPORT std::int32_t DMR_GetDeviceCount(std::uint32_t* count) {
     return Tell(count);
 }
@@ -114,11 +108,8 @@ FUZZ_EXPORT std::int32_t DMR_GetDevice(std::int32_t* device, std::int32_t /*sear
 FUZZ_EXPORT std::int32_t DMR_GetDeviceInfoEx(std::int32_t /*device*/, std::int32_t /*infoType*/, void* info,
                                              std::size_t* size) {
     if (info == nullptr) {
-        std::uint16_t needed = 0;
-        FillNumber(&needed);
-        *size = needed;
+        *size = Take<std::uint16_t>();
         return kBufferTooSmall;
     }
-    Fill(info, *size);
-    return Status();
+    return Tell(info, *size);
 }

@@ -3,14 +3,12 @@
 #include <filesystem>
 
 #include "Fuzz.h"
-#include "KeepableRecords.h"
 #include "foundation/ZQDynamicDLL.h"
 #include "scanners/ZQScanIFIDSUEye.h"
 #include "scanners/ZQScanIFMatrixVision.h"
 #include "scanners/ZQScanIFPGRFly.h"
 
-using namespace ZQAPI;
-using namespace ZQAPI::fuzz;
+namespace ZQAPI::fuzz {
 
 namespace {
 
@@ -53,14 +51,13 @@ private:
 
 }  // namespace
 
-int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+void CheckInput(std::string_view input) {
     static const Libraries libraries;
-    if (size == 0) {
-        return 0;
-    }
-    libraries.Play(Text(data + 1, size - 1));
+    const Vendor& vendor = kVendors[TakeByte(input) % std::size(kVendors)];
+    libraries.Play(input);
     CZQDeviceList found;
-    Succeeds([&] { kVendors[data[0] % std::size(kVendors)].make(libraries.Folder())->Scan(found); });
-    RequireKeepable(found);
-    return 0;
+    Succeeds([&] { vendor.make(libraries.Folder())->Scan(found); });
+    std::for_each(found.begin(), found.end(), RequireKeepable);
 }
+
+}  // namespace ZQAPI::fuzz

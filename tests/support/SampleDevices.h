@@ -32,6 +32,18 @@ inline CZQDeviceList SampleList(std::size_t count) {
     return list;
 }
 
+// All that the record says, its name first.
+inline std::string Describe(const CZQDeviceInfo& device) {
+    std::string text = device.GetName().str();
+    for (const CZQString& field :
+         {device.GetUsedScanner(), device.GetUsedAddress(), device.GetCCMAddress(), device.GetIAMAddress(),
+          device.GetDeviceID(), device.GetDeviceTypeByName(), device.GetDeviceDesc(), device.GetCCM(),
+          device.GetIAM(), device.GetFirmwareVersion()}) {
+        text += "|" + field.str();
+    }
+    return text;
+}
+
 // "Camera1=ID;Camera2=ID;..." in order.
 inline std::string NamesAndIds(const CZQDeviceList& list) {
     std::string text;

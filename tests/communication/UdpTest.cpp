@@ -1,0 +1,268 @@
+// UDP: addresses, this machine's interfaces, the socket library, and what only this channel does. Everything here is
+// unicast on loopback.
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <cstring>
+#include <stdexcept>
+#include <thread>
+
+#include "communication/ZQComUDP.h"
+#include "communication/ZQErrorReporter.h"
+#include "support/ExpectError.h"
+#include "support/FileBytes.h"
+#include "support/TempFolder.h"
+#include "support/UdpPeer.h"
+
+namespace ZQAPI::test {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::Pair;
+using testing::StartsWith;
+
+TEST(IPAddr, HoldsASocketAddressInNetworkOrder) {
+    const CZQComIPAddr address("192.168.1.200", 0x1234);
+    std::array<std::uint8_t, 16> bytes{};
+    std::memcpy(bytes.data(), &address.GetSocketAddress(), sizeof bytes);
+    EXPECT_EQ(bytes, (std::array<std::uint8_t, 16>{2, 0, 0x12, 0x34, 192, 168, 1, 200}));
+    EXPECT_EQ(address.ToString(), "IPAddress: 192.168.1.200; Port: 4660");
+    EXPECT_FALSE(address.IsBroadcast());
+    EXPECT_TRUE(CZQComIPAddr("255.255.255.255", 65535).IsBroadcast());
+    EXPECT_EQ(CZQComIPAddr().ToString(), "IPAddress: 0.0.0.0; Port: 0");
+}
+
+TEST(NetInterface, ListsLoopback) {
+    std::vector<CZQComNetInterface> interfaces(3);
+    CZQComNetInterface::SearchForInterfaces(interfaces);
+    const auto loopback = std::find_if(interfaces.begin(), interfaces.end(),
+                                       [](const auto& card) { return card.GetAddressText() == "127.0.0.1"; });
+    ASSERT_NE(loopback, interfaces.end());
+    EXPECT_FALSE(loopback->IsPointToPoint() || loopback->IsSuitableForBroadcast());
+    const std::string text = loopback->ToString().str();
+    EXPECT_THAT(text, StartsWith("IPAddr: 127.0.0.1 BroadcastAddr: "));
+    EXPECT_THAT(text, testing::HasSubstr(" NetMask: 255.0.0.0 IsUp: 1 IsLoopback: 1 SupportsBroadcast: "));
+    std::vector<CZQComNetInterface> same;
+    CZQComNetInterface::SearchForInterfaces(same);
+    EXPECT_EQ(same.size(), interfaces.size());
+}
+
+TEST(SocketLibrary, IsStartedWhileAnyoneUsesIt) {
+    ASSERT_EQ(CZQComWs2DllInit::GetUseCount(), 0);
+    {
+        std::array<std::jthread, 4> threads;
+        for (std::jthread& thread : threads) {
+            thread = std::jthread([] {
+                for (int round = 0; round < 200; ++round) {
+                    const CZQComUDP channel;
+                    EXPECT_EQ(CZQComIPAddr("127.0.0.1", 1).GetHostAddress(), "127.0.0.1");
+                    EXPECT_GT(CZQComWs2DllInit::GetUseCount(), 0);
+                }
+            });
+        }
+    }
+    EXPECT_EQ(CZQComWs2DllInit::GetUseCount(), 0);
+    // Started again after the last user stopped it.
+    EXPECT_FALSE(UdpPeer().Receive(1ms));
+}
+
+class UdpChannel : public ::testing::Test {
+protected:
+    UdpChannel() {
+        config.SetHostName("127.0.0.1");
+        config.SetPortNumber(camera.Port());
+        channel.Open(config);
+        Send("hello");
+        local = camera.Receive()->from;
+    }
+    void Send(std::string_view text) { channel.Send(text.data(), static_cast<std::uint32_t>(text.size())); }
+    std::string Recv(std::uint32_t size, std::chrono::milliseconds limit = 10s,
+                     bool returnOnFirstData = true) {
+        std::string text(size, '\0');
+        text.resize(
+            channel.Recv(text.data(), size, static_cast<std::uint32_t>(limit.count()), returnOnFirstData));
+        return text;
+    }
+    void ExpectSilence() { EXPECT_ZQ_ERROR(Recv(64, 20ms), ZQ_ERR_COM_TIMEOUT); }
+
+    UdpPeer camera;
+    UdpPeer stranger{"127.0.0.3"};
+    CZQComUDPConfig config;
+    CZQComUDP channel;
+    platform::Ipv4SocketAddress local;  // the channel's
+};
+
+TEST_F(UdpChannel, HearsNobodyButItsCamera) {
+    UdpPeer otherPort;
+    stranger.Send(local, "from another host");
+    otherPort.Send(local, "from another port");
+    camera.Send(local, "from the camera");
+    EXPECT_EQ(Recv(64), "from the camera");
+    stranger.Send(local, "x");
+    ExpectSilence();
+    stranger.Send(local, "x");
+    camera.Send(local, "ab");
+    EXPECT_EQ(Recv(2, 10s, false), "ab");
+
+    std::atomic<bool> ended{false};
+    std::jthread flood([&] {
+        while (!ended) {
+            stranger.Send(local, "stray");
+            stranger.Send(local, "");
+        }
+    });
+    ExpectSilence();  // which stray traffic does not prolong
+    ended = true;
+}
+
+TEST_F(UdpChannel, TakesDatagramsOfAnySize) {
+    camera.Send(local, "12345");
+    for (int i = 0; i < 2; ++i) {  // it stays where it is
+        EXPECT_EQ(FailureOf([this] { Recv(4); }),
+                  Failure(ZQ_ERR_BUFFER_TOO_SMALL, "Host=127.0.0.1, NeededBytes=5, BufferSize=4"));
+    }
+    EXPECT_EQ(Recv(5), "12345");
+    // The one that fills the buffer is cut.
+    camera.Send(local, "123");
+    camera.Send(local, "456");
+    camera.Send(local, "789");
+    EXPECT_EQ(Recv(4, 10s, false), "1234");
+    EXPECT_EQ(Recv(4), "789");
+
+    for (const bool returnOnFirstData : {true, false}) {
+        camera.Send(local, "");
+        stranger.Send(local, "");
+        camera.Send(local, "answer");
+        EXPECT_EQ(Recv(6, 10s, returnOnFirstData), "answer");
+    }
+    camera.Send(local, "old");
+    camera.Send(local, "");
+    camera.Send(local, "old");
+    channel.Flush();
+    ExpectSilence();
+
+    const std::string most(65507, 'x');
+    platform::SystemErrorCode error = 0;
+    ASSERT_TRUE(const_cast<platform::UdpSocket&>(camera.Socket()).SetReceiveBuffer(1U << 20, error));
+    Send(most);
+    EXPECT_ZQ_ERROR(Send(most + "x"), ZQ_ERR_COM_SEND);
+    camera.Send(local, most);
+    EXPECT_EQ(Recv(65507), most);
+}
+
+TEST_F(UdpChannel, SendsToWhomeverItLastFlushed) {
+    stranger.Send(local, "stray");
+    channel.Flush();
+    Send("to the stranger");
+    EXPECT_EQ(stranger.Receive()->text, "to the stranger");
+    stranger.Send(local, "heard now");
+    EXPECT_EQ(Recv(64), "heard now");
+    channel.Open(channel.GetConfig());
+    Send("to the camera");
+    EXPECT_EQ(camera.Receive()->text, "to the camera");
+}
+
+// A time limit of 0 asks whether something is there.
+TEST_F(UdpChannel, ReadsWhatHasArrivedWithoutWaiting) {
+    // The limit is 1 ms of work, which a busy machine may miss now and then.
+    std::string text;
+    for (int i = 0; i < 50 && text.empty(); ++i) {
+        camera.Send(local, "there");
+        ErrorOf([&] { text = Recv(64, 0ms); });
+    }
+    EXPECT_EQ(text, "there");
+}
+
+CZQComNetInterface CardWithAddress(const char* host) {
+    platform::NetworkInterfaceRecord record;
+    record.address = CZQComIPAddr(host, 0).GetSocketAddress();
+    return CZQComNetInterface(record);
+}
+
+TEST_F(UdpChannel, SendsFromTheInterfaceItIsBoundTo) {
+    platform::UdpSocket socket;
+    platform::SystemErrorCode error = 0;
+    if (!socket.Open(error) || socket.Bind(CZQComIPAddr("192.0.2.1", 0).GetSocketAddress(), error)) {
+        GTEST_SKIP() << "Wine binds to the interface behind an address, and to none when it finds none";
+    }
+    {
+        const CZQComNetInterface card = CardWithAddress("127.0.0.2");
+        config.SetBoundInterface(&card);
+    }
+    const CZQComUDPConfig copy = config;
+    config.SetBoundInterface(nullptr);
+    EXPECT_EQ(config.GetBoundInterface(), nullptr);
+    channel.Open(copy);
+    Send("hello");
+    EXPECT_EQ(CZQComIPAddr::GetAddressString(camera.Receive()->from), "127.0.0.2");
+
+    const CZQComNetInterface notHere = CardWithAddress("192.0.2.1");
+    config.SetBoundInterface(&notHere);
+    EXPECT_ZQ_ERROR(channel.Open(config), ZQ_ERR_SOCKET_CREATE);
+    EXPECT_FALSE(channel.IsOpen());
+}
+
+TEST_F(UdpChannel, NeedsANumericHost) {
+    for (const std::string host : {"localhost", "", " ", "camera", "300.1.1.1", "1.2.3.4.5", "::1"}) {
+        config.SetHostName(host);
+        EXPECT_THAT(FailureOf([&] { channel.Open(config); }),
+                    Pair(ZQ_ERR_HOST_LOOKUP, StartsWith("strHost=" + host + "; ")));
+        EXPECT_FALSE(channel.IsOpen());
+    }
+}
+
+TEST(UdpConfig, LoadsAllOrNothing) {
+    const TempFolder folder;
+    const std::string file = folder.File("channel.ini");
+    for (const std::string keys : {"HostName=10.0.0.1\r\nPortNumber=65536\r\n", "PortNumber=1\r\n",
+                                   "HostName=10.0.0.1\r\nPortNumber=-1\r\n", "HostName=10.0.0.1\r\n",
+                                   "HostName=10.0.0.1\r\nPortNumber=65535\r\n"}) {
+        WriteBytes(file, "[Camera]\r\n" + keys);
+        CZQComUDPConfig config;
+        const CZQString before = config.ToString();
+        const bool isGood = keys.find("65535") != std::string::npos;
+        EXPECT_ZQ_ERROR(config.LoadFromFile(file, "Camera"), isGood ? 0 : ZQ_ERR_COM_CONFIG_LOAD) << keys;
+        EXPECT_EQ(config.ToString(), isGood ? "(UDP) IP 10.0.0.1; Port 65535" : before) << keys;
+    }
+}
+
+TEST(UdpSocket, WaitsForAnyOfMany) {
+    std::vector<UdpPeer> peers(100);
+    std::vector<const platform::UdpSocket*> sockets(peers.size());
+    std::transform(peers.begin(), peers.end(), sockets.begin(),
+                   [](const UdpPeer& peer) { return &peer.Socket(); });
+    EXPECT_TRUE(platform::UdpSocket::WaitAny(sockets, 1ms).empty());
+    UdpPeer sender;
+    sender.Send(peers[7].Address(), "a");
+    sender.Send(peers[99].Address(), "");
+    EXPECT_EQ(platform::UdpSocket::WaitAny(sockets, 10s), (std::vector<std::size_t>{7, 99}));
+    EXPECT_EQ(peers[99].Receive()->text, "");
+    EXPECT_EQ(platform::UdpSocket::WaitAny(sockets, 10s), (std::vector<std::size_t>{7}));
+}
+
+class FailingReporter : public CZQIErrorReporter {
+public:
+    explicit FailingReporter(int& count) : m_count(count) {}
+    void Report(const CZQException& /*exception*/) override {
+        ++m_count;
+        throw std::runtime_error("no");
+    }
+
+private:
+    int& m_count;
+};
+
+TEST(ErrorReporter, MayFailOrBeMissing) {
+    int count = 0;
+    const CZQException failure(ZQ_HERE("ErrorReporter"), ZQ_ERR_COM_TIMEOUT);
+    SetErrorReporter(std::make_shared<FailingReporter>(count));
+    ReportError(failure);
+    SetErrorReporter(nullptr);
+    ReportError(failure);
+    EXPECT_EQ(count, 1);
+}
+
+}  // namespace
+}  // namespace ZQAPI::test
