@@ -1,5 +1,5 @@
 // Libraries loaded at run time, where they are looked for, and threads that outlive the library they run in.
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <chrono>
 #include <filesystem>
@@ -10,15 +10,16 @@
 #include "foundation/ZQDllSearchPath.h"
 #include "foundation/ZQDynamicDLL.h"
 #include "platform/Files.h"
-#include "platform/ModuleThread.h"
-#include "platform/Process.h"
 #include "support/ExpectError.h"
+#include "support/SearchPath.h"
 #include "support/TempFolder.h"
 
 namespace ZQAPI::test {
 namespace {
 
 using namespace std::chrono_literals;
+using testing::HasSubstr;
+using testing::Pair;
 namespace fs = std::filesystem;
 
 constexpr const char* kLibrary = ZQ_TEST_LIBRARY;
@@ -30,28 +31,6 @@ constexpr const char* kOneName[] = {"First", ""};
 std::string FileName(const std::string& path) {
     return std::filesystem::path(path).filename().string();
 }
-
-// Gives PATH back as it was.
-class PathKeeper {
-public:
-    PathKeeper() { platform::GetEnvironmentText("PATH", m_path); }
-    PathKeeper(const PathKeeper&) = delete;
-    PathKeeper& operator=(const PathKeeper&) = delete;
-    ~PathKeeper() { Set(m_path); }
-
-    static void Set(const std::string& path) {
-        platform::SystemErrorCode error = 0;
-        EXPECT_TRUE(platform::SetEnvironmentText("PATH", path, error)) << error;
-    }
-    static std::string Get() {
-        std::string path;
-        platform::GetEnvironmentText("PATH", path);
-        return path;
-    }
-
-private:
-    std::string m_path;
-};
 
 template <class Function>
 Function* Symbol(CZQDynamicDLL& library, const char* name) {
@@ -98,15 +77,12 @@ TEST(DynamicDLL, HoldsNothingAfterAFailure) {
         CZQDynamicDLL library(kOtherBuild, kNone, nullptr);
         int untouched = 0;
         void* slots[4] = {nullptr, nullptr, &untouched, &untouched};
-        const auto thrown = ThrownBy([&] { library.OpenLibrary(test.file, kMissingThird, slots); });
-        ASSERT_TRUE(thrown) << test.file;
-        EXPECT_EQ(thrown->GetErrorNumber(), test.error);
-        EXPECT_TRUE(thrown->GetExtraText().Contains(test.text)) << thrown->GetExtraText().str();
+        EXPECT_THAT(FailureOf([&] { library.OpenLibrary(test.file, kMissingThird, slots); }),
+                    Pair(test.error, HasSubstr(test.text)));
         EXPECT_FALSE(library.IsLibraryOpen());
         EXPECT_EQ(library.GetLibraryName(), "");
         if (test.error == ZQ_ERR_ENTRY_POINT_MISSING) {
-            EXPECT_TRUE(slots[0] != nullptr && slots[1] != nullptr);
-            EXPECT_EQ(slots[2], nullptr);
+            EXPECT_TRUE(slots[0] != nullptr && slots[1] != nullptr && slots[2] == nullptr);
             EXPECT_EQ(slots[3], &untouched);
         }
     }
@@ -114,7 +90,7 @@ TEST(DynamicDLL, HoldsNothingAfterAFailure) {
 
 // A bare name, as the kit writes it on every system.
 TEST(DynamicDLL, IsLookedForBesideThisProgramThenInPath) {
-    const PathKeeper keeper;
+    const SearchPath path;
     const TempFolder folder;
     const std::string extension = fs::path(kLibrary).extension().string();
     fs::copy_file(kOtherBuild, folder.File(FileName(kLibrary)));
@@ -134,22 +110,22 @@ TEST(DynamicDLL, IsLookedForBesideThisProgramThenInPath) {
 
 // What has the name but is no library is passed over, and the reason told is that of a file that is there.
 TEST(DynamicDLL, PassesOverWhatIsNoLibrary) {
-    const PathKeeper keeper;
+    const SearchPath path;
     const TempFolder folder;
     const char separator = platform::SearchPathSeparator();
     const std::string name = "zq_wanted" + fs::path(kLibrary).extension().string();
-    std::string path = ".";  // the current folder, below
+    std::string folders = ".";  // the current one, below
     for (const char* const kind : {"folder", "link", "text", "library"}) {
         const fs::path place = folder.Path() / kind;
         fs::create_directory(place);
-        path += separator + place.string();
+        folders += separator + place.string();
     }
     fs::create_directory(folder.Path() / "folder" / name);
     std::ofstream(folder.Path() / "text" / name) << "no library";
     std::error_code ignored;  // not every user may make links on every system
     fs::create_symlink(folder.Path() / "nowhere", folder.Path() / "link" / name, ignored);
     fs::copy_file(kOtherBuild, folder.Path() / "library" / name);
-    PathKeeper::Set(path);
+    SearchPath::Set(folders);
     CZQDynamicDLL library("zq_wanted.dll", kNone, nullptr);
     EXPECT_EQ(Symbol<int()>(library, "First")(), 2);
     library.CloseLibrary();
@@ -157,14 +133,11 @@ TEST(DynamicDLL, PassesOverWhatIsNoLibrary) {
     // The same one in the current folder counts nowhere.
     const fs::path before = fs::current_path();
     fs::current_path(folder.Path() / "library");
-    PathKeeper::Set(path.substr(0, path.rfind(separator)));
+    SearchPath::Set(folders.substr(0, folders.rfind(separator)));
     const CZQString names[] = {"zq_first.dll", "zq_wanted.dll", "zq_third.dll"};
-    const auto thrown = ThrownBy([&] { library.OpenFirstLibrary(names, kNone, nullptr); });
+    const Failure failure = FailureOf([&] { library.OpenFirstLibrary(names, kNone, nullptr); });
     fs::current_path(before);
-    ASSERT_TRUE(thrown);
-    EXPECT_EQ(thrown->GetThrowFunc(), "CZQDynamicDLL::OpenLibrary");
-    EXPECT_TRUE(thrown->GetExtraText().Contains("DLLName=zq_wanted.dll; SysError ("))
-        << thrown->GetExtraText().str();
+    EXPECT_THAT(failure, Pair(ZQ_ERR_LIBRARY_NOT_LOADED, HasSubstr("DLLName=zq_wanted.dll; SysError (")));
 
     void* slot = &library;
     EXPECT_ZQ_ERROR(CZQDynamicDLL().GetProcAddresses(kOneName, &slot), ZQ_ERR_ENTRY_POINT_MISSING);
@@ -208,53 +181,30 @@ TEST(DynamicDLL, ALibraryDeepDownKnowsItsPath) {
 }
 
 TEST(DllSearchPath, AppendsWhatExists) {
-    const PathKeeper keeper;
+    const SearchPath path;
     const TempFolder folder;
     const std::string directory = folder.Path().string();
-    const std::string file = folder.File("file");
-    std::ofstream(file) << "x";
     const std::string s(1, platform::SearchPathSeparator());
-    const struct {
-        std::string path;
-        std::string directory;
-        std::string result;
-    } cases[] = {
-        {"x", directory, "x" + s + directory},
-        {"x" + s, directory, "x" + s + directory},
-        {"x" + s + s + "  ", directory, "x" + s + directory},
-        {"x" + s + " " + s, directory, "x" + s + " " + s + directory},
-        {"x" + s + directory, directory, "x" + s + directory + s + directory},
-        {std::string(20000, 'x'), directory, std::string(20000, 'x') + s + directory},
-        {"x", file, "x" + s + file},
-        {"x" + s, folder.File("missing"), "x" + s},
-        {"x" + s, "", "x" + s},
-    };
-    for (const auto& test : cases) {
-        PathKeeper::Set(test.path);
-        CZQDllSearchPath::AddSearchPath(test.directory);
-        EXPECT_EQ(PathKeeper::Get(), test.result);
+    const std::string longest(20000, 'x');
+    const std::pair<std::string, std::string> cases[] = {{"x", "x"},
+                                                         {"x" + s, "x"},
+                                                         {"x" + s + s + "  ", "x"},
+                                                         {"x" + s + " " + s, "x" + s + " "},
+                                                         {"x" + s + directory, "x" + s + directory},
+                                                         {longest, longest}};
+    for (const auto& [before, after] : cases) {
+        SearchPath::Set(before);
+        CZQDllSearchPath::AddSearchPath(directory);
+        EXPECT_EQ(SearchPath::Get(), after + s + directory);
     }
-    PathKeeper::Set("");
-    const auto thrown = ThrownBy([&] { CZQDllSearchPath::AddSearchPath(directory); });
-    ASSERT_TRUE(thrown);
-    EXPECT_EQ(thrown->GetErrorNumber(), ZQ_ERR_UNEXPECTED);
-    EXPECT_EQ(thrown->GetExtraText(), "Error GetEnvironmentVariable(PATH)");
+    SearchPath::Set("x" + s);
+    CZQDllSearchPath::AddSearchPath(folder.File("missing"));
     CZQDllSearchPath::AddSearchPath("");
-}
-
-TEST(ModuleThread, DestroysItsBodyAtTheEnd) {
-    std::promise<void> promise;
-    std::future<void> destroyed = promise.get_future();
-    const auto owner = [](std::promise<void>* done) {
-        done->set_value();
-        delete done;
-    };
-    {
-        const std::shared_ptr<std::promise<void>> held(new std::promise<void>(std::move(promise)), owner);
-        platform::SystemErrorCode error = 0;
-        ASSERT_TRUE(platform::StartModuleThread([held] {}, error)) << error;
-    }
-    EXPECT_EQ(destroyed.wait_for(10s), std::future_status::ready);
+    EXPECT_EQ(SearchPath::Get(), "x" + s);
+    SearchPath::Set("");
+    EXPECT_EQ(FailureOf([&] { CZQDllSearchPath::AddSearchPath(directory); }),
+              Failure(ZQ_ERR_UNEXPECTED, "Error GetEnvironmentVariable(PATH)"));
+    CZQDllSearchPath::AddSearchPath("");
 }
 
 std::promise<void> g_release;

@@ -9,6 +9,7 @@
 
 #include "platform/Process.h"
 #include "support/FileBytes.h"
+#include "support/SearchPath.h"
 #include "support/TempFolder.h"
 
 namespace ZQAPI::test {
@@ -50,23 +51,9 @@ private:
 };
 
 // While it lives, the stand-ins' folder is the first one in PATH, where their libraries are found by name.
-class StandInPath {
+class StandInPath : public SearchPath {
 public:
-    StandInPath() {
-        platform::GetEnvironmentText("PATH", m_before);
-        Set(StandIns::Folder() + platform::SearchPathSeparator() + m_before);
-    }
-    StandInPath(const StandInPath&) = delete;
-    StandInPath& operator=(const StandInPath&) = delete;
-    ~StandInPath() { Set(m_before); }
-
-private:
-    static void Set(const std::string& path) {
-        platform::SystemErrorCode error = 0;
-        EXPECT_TRUE(platform::SetEnvironmentText("PATH", path, error)) << error;
-    }
-
-    std::string m_before;
+    StandInPath() { Set(StandIns::Folder() + platform::SearchPathSeparator() + Get()); }
 };
 
 }  // namespace ZQAPI::test
