@@ -144,19 +144,6 @@ TEST_F(CommandModule, CarriesCommandsByUnicastAndByBroadcast) {
     }
 }
 
-TEST_F(CommandModule, FollowsACameraToItsNewAddress) {
-    const Cameras cameras(1);
-    const Connection byHardwareAddress(cameras.Broadcast(0));
-    for (const char* command :
-         {"SYST:NET:IP 127.0.7.7\n", "SYST:NET:SMASK 255.255.0.0\n", "SYST:NET:ENABLE\n"}) {
-        EXPECT_EQ(byHardwareAddress.Send(command), (Reply{ZQ_OK, "OK\n"})) << command;
-    }
-    EXPECT_EQ(byHardwareAddress.Send("SYST:NET:IP?\n"), (Reply{ZQ_OK, "127.0.7.7\n"}));
-    if (!HasOneLoopbackAddress()) {
-        EXPECT_EQ(Connection("127.0.7.7").Send("SYST:NET:SMASK?\n"), (Reply{ZQ_OK, "255.255.0.0\n"}));
-    }
-}
-
 struct FaultCase {
     const char* name;
     bool broadcast;

@@ -19,45 +19,32 @@ constexpr std::uint32_t kLoopback = 0x7F000001;
 constexpr std::uint32_t kElsewhere = 0x0A090042;  // 10.9.0.66
 
 TEST(UdpAnswer, CountsOnlyWhenItLeadsToOneCamera) {
+    constexpr const char* kCard = "10.9.0.1";
     const struct {
-        std::string text;
-        const char* ipAddress;  // null: ignored
+        const char* address;
         std::uint32_t sender = kElsewhere;
-        const char* localAddress = "";
-    } rows[] = {
-        {"00A0B1000001:10.1.0.11\n", "10.1.0.11"},
-        {"aZ09AbFfFFFF:192.168.1.255\n\n", "192.168.1.255"},
-        {"00A0B1000001:127.0.0.11\n", "127.0.0.11", kLoopback},
-        {"00A0B1000001:0.0.0.0\n", "0.0.0.0", kElsewhere, "10.9.0.1"},
-        // A command address that reaches every camera on another card.
-        {"AAAAAAAAAAAA:10.9.0.66:FFFFFFFFFFFF@10.9.0.1\n", nullptr},
-        {"FFFFFFFFFFFF:10.9.0.66\n", nullptr},
-        {"00A0B100000@:10.9.0.66\n", nullptr},
-        {"00A0B100000\xC4:10.9.0.66\n", nullptr},
-        {"00A0B1000001:127.0.0.1\n", nullptr},
-        {"00A0B1000001:0.0.0.0\n", nullptr},
-        {"00A0B1000001:0.1.2.3\n", nullptr, kElsewhere, "10.9.0.1"},
-        {"00A0B1000001:224.0.0.1\n", nullptr},
-        {"00A0B1000001:255.255.255.255\n", nullptr},
-        {"00A0B1000001:10.9.0.066\n", nullptr},
-        {"00A0B1000001:10.9.66\n", nullptr},
-        {"00A0B1000001:10.9.0.66 \n", nullptr},
-        {"00A0B1000001:10.9.0.66", nullptr},
-        {"00A0B1000001:\n", nullptr},
-        {"00A0B1000001 10.9.0.66\n", nullptr},
-        {"00A0B1000001", nullptr},
-        {"", nullptr},
-    };
-    for (const auto& row : rows) {
-        const SUdpAnswer answer = ReadUdpAnswer({row.text, row.sender, row.localAddress});
-        ASSERT_EQ(answer.camera.has_value(), row.ipAddress != nullptr) << row.text;
-        if (answer.camera) {
-            EXPECT_EQ(answer.camera->hardwareAddress, row.text.substr(0, 12).c_str());
-            EXPECT_EQ(answer.camera->ipAddress, row.ipAddress);
-            EXPECT_EQ(answer.camera->localAddress, row.localAddress);
-        } else {
-            EXPECT_STRNE(answer.whyNot, "") << row.text;
-        }
+        const char* card = "";
+    } cameras[] = {
+        {"10.1.0.11"}, {"192.168.1.255"}, {"127.0.0.11", kLoopback}, {"0.0.0.0", kElsewhere, kCard}};
+    for (const auto& [address, sender, card] : cameras) {
+        const SUdpAnswer answer =
+            ReadUdpAnswer({"aZ09AbFfFFFF:" + std::string(address) + "\n", sender, card});
+        ASSERT_TRUE(answer.camera) << address;
+        EXPECT_EQ(answer.camera->hardwareAddress, "aZ09AbFfFFFF");
+        EXPECT_EQ(answer.camera->ipAddress, address);
+        EXPECT_EQ(answer.camera->localAddress, card);
+    }
+    EXPECT_FALSE(ReadUdpAnswer({"00A0B1000001:0.0.0.0\n", kElsewhere, ""}).camera) << "on no card";
+    for (const char* text :
+         {// A command address that reaches every camera on another card.
+          "AAAAAAAAAAAA:10.9.0.66:FFFFFFFFFFFF@10.9.0.1\n", "FFFFFFFFFFFF:10.9.0.66\n",
+          "00A0B100000@:10.9.0.66\n", "00A0B100000\xC4:10.9.0.66\n", "00A0B1000001:127.0.0.1\n",
+          "00A0B1000001:0.1.2.3\n", "00A0B1000001:224.0.0.1\n", "00A0B1000001:255.255.255.255\n",
+          "00A0B1000001:10.9.0.066\n", "00A0B1000001:10.9.66\n", "00A0B1000001:10.9.0.66 \n",
+          "00A0B1000001:10.9.0.66", "00A0B1000001:\n", "00A0B1000001 10.9.0.66\n", "00A0B1000001", ""}) {
+        const SUdpAnswer answer = ReadUdpAnswer({text, kElsewhere, kCard});
+        EXPECT_FALSE(answer.camera) << text;
+        EXPECT_STRNE(answer.whyNot, "") << text;
     }
 }
 

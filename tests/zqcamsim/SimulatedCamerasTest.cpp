@@ -7,6 +7,7 @@
 #include "ZQSimUdpServer.h"
 #include "platform/Files.h"
 #include "support/ExpectError.h"
+#include "support/UdpPeer.h"
 
 namespace ZQAPI::test {
 
@@ -17,7 +18,6 @@ using namespace ZQAPI::sim;
 constexpr std::uint32_t kFirstAddress = 0x7F00010B;     // 127.0.1.11
 constexpr std::uint32_t kLoopbackAddress = 0x7F000001;  // 127.0.0.1
 constexpr std::uint32_t kMask = 0xFF000000;
-constexpr std::uint32_t kBroadcast = 0xFFFFFFFF;
 const CZQSimUdpSettings kSettings;
 
 // Wine takes 127.0.0.1 and the wildcard address for what they are, and every other address for the wildcard.
@@ -26,41 +26,9 @@ bool HasOneLoopbackAddress() {
 }
 constexpr const char* kWhyNot = "cameras can have no addresses of their own under Wine";
 
-// Sends requests and hears answers, from whoever they come.
-class Client {
-public:
-    Client() {
-        platform::SystemErrorCode error{};
-        EXPECT_TRUE(m_socket.Open(error) && m_socket.EnableBroadcast(error));
-        m_socket.SetReceiveBuffer(1U << 20, error);
-    }
-    void Send(std::uint32_t address, std::uint16_t port, const std::string& request) {
-        platform::Ipv4SocketAddress to;
-        to.addressBe = platform::SwapAddress(address);
-        to.portBe = platform::SwapPort(port);
-        platform::SystemErrorCode error{};
-        EXPECT_EQ(m_socket.SendTo(to, std::as_bytes(std::span(request)), error), request.size());
-    }
-    // The next answer and its sender's address; nothing after that many milliseconds.
-    std::optional<std::pair<std::string, std::uint32_t>> Receive(int milliseconds) {
-        char buffer[2048];
-        platform::Ipv4SocketAddress from;
-        platform::SystemErrorCode error{};
-        if (m_socket.WaitReadable(std::chrono::milliseconds(milliseconds)) !=
-            platform::WaitResult::kReadable) {
-            return std::nullopt;
-        }
-        const auto size = m_socket.ReceiveFrom(std::as_writable_bytes(std::span(buffer)), from, error);
-        if (!size) {
-            return std::nullopt;
-        }
-        return std::pair(std::string(buffer, *size), platform::SwapAddress(from.addressBe));
-    }
-
-private:
-    CZQComWs2DllInit m_socketLibrary;
-    platform::UdpSocket m_socket;
-};
+platform::Ipv4SocketAddress At(std::uint32_t address, std::uint16_t port) {
+    return CZQComIPAddr(FormatIpv4(address), port).GetSocketAddress();
+}
 
 // How often a camera answers a series of commands, with chance in everything.
 std::uint64_t CountAnswers(std::uint32_t seed) {
@@ -72,21 +40,22 @@ std::uint64_t CountAnswers(std::uint32_t seed) {
     faults.command.answerLoss = 0.2;
     faults.command.duplicates = 0.3;
     server.SetFaults(faults);
-    Client client;
+    UdpPeer client;
+    const auto camera = At(kLoopbackAddress, settings.commandPort);
     for (int i = 0; i < 100; ++i) {
-        client.Send(kLoopbackAddress, settings.commandPort, "FFFFFFFFFFFF:X\n");
+        client.Send(camera, "FFFFFFFFFFFF:X\n");
     }
     while (server.GetCounts(0).commands < 100) {
         std::this_thread::yield();
     }
     // Without faults again, this one's answer comes last.
     server.SetFaults({});
-    client.Send(kLoopbackAddress, settings.commandPort, "FFFFFFFFFFFF:SYST:SERN?\n");
-    std::optional<std::pair<std::string, std::uint32_t>> answer;
+    client.Send(camera, "FFFFFFFFFFFF:SYST:SERN?\n");
+    std::optional<UdpPeer::Datagram> answer;
     do {
-        answer = client.Receive(5000);
+        answer = client.Receive();
         EXPECT_TRUE(answer);
-    } while (answer && answer->first.find("VX") == std::string::npos);
+    } while (answer && answer->text.find("VX") == std::string::npos);
     return server.GetCounts(0).answers;
 }
 
@@ -125,42 +94,43 @@ TEST(SimulatedCameras, ACameraTakesOnlyFreeAddressesOfItsSubnet) {
     std::string trouble;
     settings.onTrouble = [&](const std::string& text) { trouble = text; };
     CZQSimUdpServer server(MakeCameras(2, kFirst, 0xFFFFFF00), settings);
-    Client client;
-    std::uint32_t address = kFirst;
-    for (const auto& [wanted, reason] :
-         std::initializer_list<std::pair<std::uint32_t, const char*>>{{0x0A010105, "subnet"},
-                                                                      {0x0A0100FF, "subnet"},
-                                                                      {kFirst + 1, "another camera"},
-                                                                      {kFirst + 9, "machine's own"},
-                                                                      {kFirst + 10, nullptr}}) {
-        for (const std::string& command :
-             {"SYST:NET:IP " + FormatIpv4(wanted), std::string("SYST:NET:ENABLE")}) {
-            client.Send(kFirst, settings.commandPort, "025A51000001:" + command + "\n");
-            ASSERT_TRUE(client.Receive(5000)) << command;
-        }
-        // The last answer was sent before the camera moved, the next one after that.
-        client.Send(kFirst + 1, settings.commandPort, "FFFFFFFFFFFF:SYST:NET:IP?\n");
-        ASSERT_TRUE(client.Receive(5000));
-        address = reason == nullptr ? wanted : address;
-        EXPECT_EQ(server.GetCamera(0).GetAddress(), address);
-        EXPECT_NE(trouble.find(reason == nullptr ? "" : reason), std::string::npos) << trouble;
+    UdpPeer client("0.0.0.0");
+    const auto ask = [&](std::uint32_t camera, const std::string& request) {
+        client.Send(At(camera, settings.commandPort), request + "\n");
+        ASSERT_TRUE(client.Receive()) << request;
+    };
+    const struct {
+        std::uint32_t wanted;
+        const char* trouble;
+        std::uint32_t taken;
+    } cases[] = {{0x0A010105, "subnet", kFirst},
+                 {0x0A0100FF, "subnet", kFirst},
+                 {kFirst + 1, "another camera", kFirst},
+                 {kFirst + 9, "machine's own", kFirst},
+                 {kFirst + 10, "", kFirst + 10}};
+    for (const auto& test : cases) {
+        ask(kFirst, "025A51000001:SYST:NET:IP " + FormatIpv4(test.wanted));
+        ask(kFirst, "025A51000001:SYST:NET:ENABLE");
+        // That answer was sent before the camera moved, the next one after that.
+        ask(kFirst + 1, "FFFFFFFFFFFF:SYST:NET:IP?");
+        EXPECT_EQ(server.GetCamera(0).GetAddress(), test.taken);
+        EXPECT_NE(trouble.find(test.trouble), std::string::npos) << trouble;
     }
 }
 
 TEST(SimulatedCameras, SeveralSimulatorsHearTheSameBroadcast) {
-    if (platform::HasDriveLetters()) {
-        GTEST_SKIP()
-            << "broadcasts are heard on the wildcard address there, which a second simulator can't have";
+    if (HasOneLoopbackAddress()) {
+        GTEST_SKIP() << kWhyNot;
     }
     const auto cameras = MakeCameras(2, kFirstAddress, kMask);
     const CZQSimUdpServer first({cameras[0]}, kSettings);
     const CZQSimUdpServer second({cameras[1]}, kSettings);
-    Client client;
-    client.Send(kBroadcast, kSettings.discoveryPort, "FFFFFFFFFFFF:SYST:NET:IP?\n");
-    const auto one = client.Receive(5000);
-    const auto other = client.Receive(5000);
+    UdpPeer client("0.0.0.0");
+    client.Send(At(0xFFFFFFFF, kSettings.discoveryPort), "FFFFFFFFFFFF:SYST:NET:IP?\n");
+    const auto one = client.Receive();
+    const auto other = client.Receive();
     ASSERT_TRUE(one && other);
-    EXPECT_NE(one->second, other->second);
+    EXPECT_NE(one->text, other->text);
 }
 
 }  // namespace
