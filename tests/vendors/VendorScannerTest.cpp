@@ -94,7 +94,6 @@ TEST(VendorScanner, OneCameraThatFailsEndsTheSearchOrIsLeftOut) {
         {"moved", {{"A", "1"}, {" a ", " 2 "}}, kEnd, 0, "0=1;1=2;", "", 0},
         {"unknown", {{"b", "1"}, {"stranger", "2"}, {"a", "2"}}, kEnd, ZQ_ERR_UNKNOWN_MODEL, "0=1;", "", 0},
         {"fails", {{"b", "1"}, {"a", "2", FailWithNumber}}, kEnd, -7, "0=1;", "", -7},
-        {"words", {{"a", "1", FailWithWords}}, kEnd, ZQ_ERR_UNEXPECTED, "", "", ZQ_ERR_UNEXPECTED},
         {"an int", {{"a", "1", FailWithInt}}, kEnd, ZQ_ERR_UNEXPECTED, "", "", ZQ_ERR_UNEXPECTED},
         {"skipped",
          {{"b", "1", FailWithNumber}, {"c", "9", FailWithInt}, {"d", "9", FailWithWords}, {"a", "2"}},
@@ -111,15 +110,13 @@ TEST(VendorScanner, OneCameraThatFailsEndsTheSearchOrIsLeftOut) {
          "-100001 an exception of another kind; Camera=1;",
          kGone},
         {"texts that can't be kept",
-         {{" ", "1"}, {"b", "''"}, {"c", "\x01"}, {"Emp", "1"}, {"d", tooLong}, {"a", "2"}},
+         {{" ", "1"}, {"c", "\x01"}, {"d", tooLong}, {"a", "2"}},
          kEnd,
          0,
-         "5=2;",
+         "3=2;",
          "-521000 SerialNumber='' can't be kept; Camera=0, Address=1;"
-         "-521000 Address='''' can't be kept; Camera=1, Serial=b, Address='';"
-         "-521000 Address='.' can't be kept; Camera=2, Serial=c, Address=.;"
-         "-521000 SerialNumber='Emp' can't be kept; Camera=3, Serial=Emp, Address=1;"
-         "-100014 Field=UsedAddress; strlen=65; Camera=4, Serial=d, Address=" +
+         "-521000 Address='.' can't be kept; Camera=1, Serial=c, Address=.;"
+         "-100014 Field=UsedAddress; strlen=65; Camera=2, Serial=d, Address=" +
              tooLong.substr(1) + ";",
          0},
     };
@@ -163,13 +160,10 @@ TEST(VendorScanner, UsesItsLibraryAloneAndNobodyWaitsForEver) {
     CZQDeviceList list;
 
     // One whose library does not come back; it goes on by itself until it is released.
-    const auto gone = ThrownBy([&] { blocked.Update(device); });
+    EXPECT_ZQ_ERROR(blocked.Update(device), ZQ_ERR_DEVICE_NOT_FOUND);
     entered.get_future().wait();
-    ASSERT_TRUE(gone);
-    EXPECT_EQ(gone->GetErrorNumber(), ZQ_ERR_DEVICE_NOT_FOUND);
-    const auto busy = ThrownBy([&] { hasty.Scan(list); });
-    ASSERT_TRUE(busy);
-    EXPECT_EQ(busy->GetExtraText(), "Library=SCRIPTED; it was still in use after 20 ms");
+    EXPECT_EQ(FailureOf([&] { hasty.Scan(list); }).second,
+              "Library=SCRIPTED; it was still in use after 20 ms");
     const auto waited = ThrownBy([&] { hasty.Update(device); });
     ASSERT_TRUE(waited && waited->GetInnerException() != nullptr);
     EXPECT_EQ(waited->GetInnerException()->GetErrorNumber(), ZQ_ERR_WAIT_FAILED);

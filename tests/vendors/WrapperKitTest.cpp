@@ -1,11 +1,11 @@
 // The wrapper libraries under a kit, through the exported functions.
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <future>
 #include <thread>
 
 #include "support/KitScan.h"
+#include "support/SampleDevices.h"
 #include "support/StandIns.h"
 
 namespace ZQAPI::test {
@@ -24,8 +24,8 @@ TEST(WrapperKit, NobodyWaitsForALibraryThatDoesNotComeBack) {
     standIns.Play("[gige]\nBlockingCall=isVersionCompliantDLL\nBlockMs=60000\nBlockFile=" + block +
                   "\nTraceFile=" + standIns.TraceFile() + "\n" + kCameras);
     const StandInPath path;
-    KitCopy kit;
-    ASSERT_EQ(ZQ_CALL(kit, ZQDEV_InitLibrary), ZQ_OK);
+    KitScan user;
+    KitCopy& kit = user.kit;
     const auto scan = [&kit] { return ZQ_CALL(kit, ZQDEV_ScanForDevicesWithScanner, ZQDEV_SCANNER_ZQ_GIGE); };
     auto blocked = std::async(std::launch::async, scan);
     while (standIns.Traced().find("isVersionCompliantDLL\n") == std::string::npos) {
@@ -33,15 +33,12 @@ TEST(WrapperKit, NobodyWaitsForALibraryThatDoesNotComeBack) {
     }
     ASSERT_EQ(ZQ_CALL(kit, ZQDEV_DeInitLibrary), ZQ_OK);
     ASSERT_EQ(ZQ_CALL(kit, ZQDEV_InitLibrary), ZQ_OK);
-    unsigned count = 0;
-    EXPECT_EQ(ZQ_CALL(kit, ZQDEV_GetNofDevices, &count), ZQ_OK);
+    user.Devices();
     EXPECT_EQ(standIns.Traced().find("goes on"), std::string::npos);
 
     std::filesystem::remove(block);
     EXPECT_EQ(blocked.get(), ZQ_OK);
-    EXPECT_EQ(ZQ_CALL(kit, ZQDEV_GetNofDevices, &count), ZQ_OK);
-    EXPECT_EQ(count, 1U);
-    EXPECT_EQ(ZQ_CALL(kit, ZQDEV_DeInitLibrary), ZQ_OK);
+    EXPECT_EQ(user.Devices().size(), 1U);
 }
 
 TEST(WrapperKit, ChangesAddresses) {
@@ -50,22 +47,20 @@ TEST(WrapperKit, ChangesAddresses) {
     standIns.Play("[pleora]\n" + trace + "[gige]\n" + trace + kCameras);
     KitScan scan;
     KitCopy& kit = scan.kit;
-    ZQDEVICEINFO gigE{};
-    std::strcpy(gigE.Name, "by hand");
-    std::strcpy(gigE.DeviceID, "Valdremonix GE-40:G1");
-    std::strcpy(gigE.UsedScanner, ZQDEV_SCANNER_NAME_ZQ_GIGE);
+    const ZQDEVICEINFO gigE = SampleDevice("Valdremonix GE-40:G1", ZQDEV_SCANNER_NAME_ZQ_GIGE).GetRecord();
+    const ZQDEVICEINFO pleora = SampleDevice("PL:P2", ZQDEV_SCANNER_NAME_PLEORA_IPORT).GetRecord();
+    const auto change = [&kit](const ZQDEVICEINFO& device, const char* address) {
+        return ZQ_CALL(kit, ZQDEV_ChangeDeviceNetAddr, device, address);
+    };
 
     // The GigE library is looked for again each time.
-    EXPECT_EQ(ZQ_CALL(kit, ZQDEV_ChangeDeviceNetAddr, gigE, "10.1.2.3"), ZQ_ERR_LIBRARY_NOT_LOADED);
+    EXPECT_EQ(change(gigE, "10.1.2.3"), ZQ_ERR_LIBRARY_NOT_LOADED);
 
     const StandInPath path;
-    ZQDEVICEINFO pleora{};
-    std::strcpy(pleora.DeviceID, "PL:P2");
-    std::strcpy(pleora.UsedScanner, ZQDEV_SCANNER_NAME_PLEORA_IPORT);
-    EXPECT_EQ(ZQ_CALL(kit, ZQDEV_ChangeDeviceNetAddr, pleora, "224.0.0.1"), ZQ_ERR_BAD_NEW_ADDRESS);
+    EXPECT_EQ(change(pleora, "224.0.0.1"), ZQ_ERR_BAD_NEW_ADDRESS);
     EXPECT_EQ(standIns.Traced().find("SetIpAddress"), std::string::npos);
-    EXPECT_EQ(ZQ_CALL(kit, ZQDEV_ChangeDeviceNetAddr, pleora, "172.16.0.5"), ZQ_OK);
-    EXPECT_EQ(ZQ_CALL(kit, ZQDEV_ChangeDeviceNetAddr, gigE, "192.168.1.9"), ZQ_OK);
+    EXPECT_EQ(change(pleora, "172.16.0.5"), ZQ_OK);
+    EXPECT_EQ(change(gigE, "192.168.1.9"), ZQ_OK);
     EXPECT_NE(standIns.Traced().find("pleora.1 172.16.0.5\n"), std::string::npos);
     EXPECT_NE(standIns.Traced().find("gige.0 192.168.1.9 255.255.255.0\n"), std::string::npos);
 
@@ -73,17 +68,17 @@ TEST(WrapperKit, ChangesAddresses) {
         "[pleora]\nFailingCall=ZQPLEORA_SetIpAddress\n[pleora.0]\nModel=PL\nSerial=P0\nAddress=1\nVanishes="
         "1\n"
         "[pleora.1]\nModel=PL\nSerial=P2\nAddress=10.0.0.3\n");
-    EXPECT_EQ(ZQ_CALL(kit, ZQDEV_ChangeDeviceNetAddr, pleora, "10.1.2.3"), ZQ_ERR_VENDOR_LIBRARY);
+    EXPECT_EQ(change(pleora, "10.1.2.3"), ZQ_ERR_VENDOR_LIBRARY);
     standIns.Play("");
-    EXPECT_EQ(ZQ_CALL(kit, ZQDEV_ChangeDeviceNetAddr, pleora, "10.1.2.3"), ZQ_ERR_DEVICE_NOT_FOUND);
-    EXPECT_EQ(ZQ_CALL(kit, ZQDEV_ChangeDeviceNetAddr, gigE, "10.1.2.3"), ZQ_ERR_DEVICE_NOT_FOUND);
+    EXPECT_EQ(change(pleora, "10.1.2.3"), ZQ_ERR_DEVICE_NOT_FOUND);
+    EXPECT_EQ(change(gigE, "10.1.2.3"), ZQ_ERR_DEVICE_NOT_FOUND);
 
     // It asks for the version when it loads the GigE library: not while it holds it, but after letting it go.
     standIns.Play("[gige]\nFailingCall=isVersionCompliantDLL\n");
-    EXPECT_EQ(ZQ_CALL(kit, ZQDEV_ChangeDeviceNetAddr, gigE, "10.1.2.3"), ZQ_ERR_DEVICE_NOT_FOUND);
+    EXPECT_EQ(change(gigE, "10.1.2.3"), ZQ_ERR_DEVICE_NOT_FOUND);
     ASSERT_EQ(ZQ_CALL(kit, ZQDEV_DeInitLibrary), ZQ_OK);
     ASSERT_EQ(ZQ_CALL(kit, ZQDEV_InitLibrary), ZQ_OK);
-    EXPECT_EQ(ZQ_CALL(kit, ZQDEV_ChangeDeviceNetAddr, gigE, "10.1.2.3"), ZQ_ERR_VENDOR_LIBRARY);
+    EXPECT_EQ(change(gigE, "10.1.2.3"), ZQ_ERR_VENDOR_LIBRARY);
 }
 
 }  // namespace
