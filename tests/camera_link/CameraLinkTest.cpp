@@ -98,8 +98,6 @@ TEST_F(CameraLink, ScansCamerasOfEveryKind) {
         {kNoId + "Model=XQ-12A65-V30b\r\n", "Q-12A65-V30:1234"},
         {kNoId + "Model=q-12a65\r\n", nullptr, ZQ_ERR_UNKNOWN_MODEL},
         {kCamera + "Silences=-1\r\n", nullptr, ZQ_ERR_COM_RECV},
-        {kCamera + "Refusals=2\r\n", kId},
-        {kCamera + "LateAnswers=1\r\n", kId},
         {kCamera + "Noise=#??#\r\n", kId},
         {kCamera + "LongAnswerBytes=70\r\n", nullptr, ZQ_ERR_TEXT_TOO_LONG},
         {kCamera + "ControlCharacters=1\r\n", nullptr, ZQ_ERR_BAD_VALUE},
@@ -107,7 +105,6 @@ TEST_F(CameraLink, ScansCamerasOfEveryKind) {
         {"[clseremc.0]\r\nModel=Q-12A65\r\nSerialNumber=Emp\r\n", nullptr, ZQ_ERR_BAD_VALUE},
         {"", nullptr, ZQ_ERR_COM_RECV},
         {"NofPorts=0\r\n", nullptr, ZQ_ERR_UNEXPECTED},
-        {"NofPorts=4\r\n[clseremc.2]\r\nModel=Q-12A65\r\n", nullptr, ZQ_ERR_COM_RECV},
         {"FailingCall=clSerialInit\r\n" + kCamera, nullptr, ZQ_ERR_UNEXPECTED},
         {"NullReference=1\r\n" + kCamera, nullptr, ZQ_ERR_CONNECTION_NOT_OPEN},
         {"FailingCall=clSetBaudRate\r\n" + kCamera, nullptr, ZQ_ERR_UNEXPECTED},
@@ -147,15 +144,6 @@ TEST_F(CameraLink, ReChecksDuringScansFindTheCamera) {
         CZQDeviceInfo device = SampleDevice(kId);
         EXPECT_ZQ_ERROR(CZQScanAdimecCL(m_library).Update(device), 0);
     }
-}
-
-TEST_F(CameraLink, ACameraThatAlwaysRefusesHearsThreeTelegrams) {
-    Play(kCamera + "Refusals=-1\r\n");
-    CZQDeviceList found;
-    CZQScanAdimecCL(m_library).Scan(found);
-    const std::string attempt = "clGetNumBytesAvail\nclSerialWrite\ntelegram FD\nclSerialRead\n";
-    EXPECT_EQ(Traced(), std::string("clGetNumSerialPorts\n") + kOpening + attempt + attempt + attempt +
-                            "clSerialClose\n");
 }
 
 TEST_F(CameraLink, WithoutAWorkingLibraryTheScanFails) {

@@ -132,14 +132,6 @@ void ExpectOwnAnswers(const Cameras& cameras, std::size_t camera, const Connecti
     } while (asked < kQuestions.size() || Clock::now() < until);
 }
 
-TEST_F(CommandModule, CarriesCommandsByUnicastAndByBroadcast) {
-    const Cameras cameras(3);
-    for (std::size_t camera = 0; camera < 3; ++camera) {
-        ExpectOwnAnswers(cameras, camera, Connection(cameras.Unicast(camera)), {});
-        ExpectOwnAnswers(cameras, camera, Connection(cameras.Broadcast(camera)), {});
-    }
-}
-
 struct FaultCase {
     const char* name;
     bool broadcast;

@@ -1,13 +1,16 @@
-// Discovery against strangers: whoever hears the request can answer, whatever and as often as he likes. Runs
-// in a network of its own.
-#include <gtest/gtest.h>
+// Broadcasts and echo requests, which need a network of the test's own, and discovery against strangers: whoever hears
+// the request can answer, whatever and as often as he likes.
+#include <gmock/gmock.h>
 
-#include <algorithm>
+#include <array>
 #include <thread>
 
+#include "communication/ZQComICMPPing.h"
+#include "communication/ZQComUDP.h"
 #include "scanners/ZQAddressConflict.h"
 #include "scanners/ZQUdpDiscovery.h"
 #include "support/DebugLines.h"
+#include "support/ExpectError.h"
 #include "support/UdpPeer.h"
 
 namespace ZQAPI::test {
@@ -17,6 +20,37 @@ using EHeard = CZQUdpCameras::EHeard;
 
 constexpr std::uint32_t kLoopback = 0x7F000001;
 constexpr std::uint32_t kElsewhere = 0x0A090042;  // 10.9.0.66
+
+// More than a default receive queue holds, and from anybody.
+TEST(Broadcast, HoldsABurstOfAnswersUntilTheyAreRead) {
+    constexpr std::uint32_t kAnswers = 300;
+    CZQComUDPConfig config;
+    config.SetHostName("255.255.255.255");
+    config.SetPortNumber(29380);
+    CZQComUDP channel;
+    channel.Open(config);
+    UdpPeer camera("0.0.0.0", 29380);
+    UdpPeer elsewhere("127.0.0.9");
+    channel.Send("who?", 4);
+    const auto request = camera.Receive();
+    ASSERT_TRUE(request && request->text == "who?");
+    for (std::uint32_t i = 0; i < kAnswers; ++i) {
+        elsewhere.Send(request->from, std::string(20 + i, 'x'));
+    }
+    std::array<char, 20 + kAnswers> buffer;
+    for (std::uint32_t i = 0; i < kAnswers; ++i) {
+        ASSERT_EQ(channel.Recv(buffer.data(), buffer.size(), 1000, true), 20 + i);
+    }
+}
+
+TEST(Ping, TellsWhoIsThere) {
+    const CZQComICMPPing ping;
+    EXPECT_GE(ping.Ping("127.0.0.1", 5000), 0);
+    EXPECT_EQ(ping.Ping("192.0.2.1", 200), -1);
+    EXPECT_EQ(ping.Ping("192.0.2.1", 0), -1);
+    EXPECT_ZQ_ERROR(ping.Ping("localhost", 200), ZQ_ERR_HOST_LOOKUP);
+    EXPECT_GE(ping.Ping("127.0.0.1", 0xFFFFFFFF), 0);
+}
 
 TEST(UdpAnswer, CountsOnlyWhenItLeadsToOneCamera) {
     constexpr const char* kCard = "10.9.0.1";
@@ -116,13 +150,10 @@ TEST(UdpDiscovery, FindsTheCameraAmongStrangersAndTellsOfTheFirstOfThem) {
     EXPECT_EQ(found[0].ipAddress, "127.0.0.1");
     EXPECT_TRUE(found[0].hasConflict);
 
-    const auto isOf = [](std::string_view part) {
-        return [part](const std::string& line) { return line.find(part) != std::string::npos; };
-    };
-    EXPECT_EQ(std::count_if(lines.begin(), lines.end(), isOf("Answer from 127.0.0.1 ignored")), 16);
-    EXPECT_EQ(std::count_if(lines.begin(), lines.end(), isOf("184 further answers ignored")), 1);
-    EXPECT_EQ(std::count_if(lines.begin(), lines.end(), isOf("'\\x1B\\x5C\\x0AZQSDK: Scanner X: 9 found'")),
-              1);
+    const auto isOf = [](const char* part) { return testing::HasSubstr(part); };
+    EXPECT_THAT(lines, testing::Contains(isOf("Answer from 127.0.0.1 ignored")).Times(16));
+    EXPECT_THAT(lines, testing::Contains(isOf("184 further answers ignored")).Times(1));
+    EXPECT_THAT(lines, testing::Contains(isOf("'\\x1B\\x5C\\x0AZQSDK: Scanner X: 9 found'")).Times(1));
 }
 
 }  // namespace

@@ -6,11 +6,9 @@
 #include <array>
 #include <atomic>
 #include <cstring>
-#include <stdexcept>
 #include <thread>
 
 #include "communication/ZQComUDP.h"
-#include "communication/ZQErrorReporter.h"
 #include "support/ExpectError.h"
 #include "support/FileBytes.h"
 #include "support/TempFolder.h"
@@ -240,28 +238,6 @@ TEST(UdpSocket, WaitsForAnyOfMany) {
     EXPECT_EQ(platform::UdpSocket::WaitAny(sockets, 10s), (std::vector<std::size_t>{7, 99}));
     EXPECT_EQ(peers[99].Receive()->text, "");
     EXPECT_EQ(platform::UdpSocket::WaitAny(sockets, 10s), (std::vector<std::size_t>{7}));
-}
-
-class FailingReporter : public CZQIErrorReporter {
-public:
-    explicit FailingReporter(int& count) : m_count(count) {}
-    void Report(const CZQException& /*exception*/) override {
-        ++m_count;
-        throw std::runtime_error("no");
-    }
-
-private:
-    int& m_count;
-};
-
-TEST(ErrorReporter, MayFailOrBeMissing) {
-    int count = 0;
-    const CZQException failure(ZQ_HERE("ErrorReporter"), ZQ_ERR_COM_TIMEOUT);
-    SetErrorReporter(std::make_shared<FailingReporter>(count));
-    ReportError(failure);
-    SetErrorReporter(nullptr);
-    ReportError(failure);
-    EXPECT_EQ(count, 1);
 }
 
 }  // namespace

@@ -5,10 +5,3 @@
 #include <ZQAPI/vendors/ZQPleora.h>
 #include <ZQAPI/vendors/ZQTavi.h>
 #include <ZQAPI/vendors/ZQUsb2.h>
-
-uint32_t PleoraRecordSizeInC(void);
-uint32_t PleoraRecordSizeInC(void) {
-    ZQPLEORA_CAMERA_INFO info;
-    info.size = sizeof info;
-    return info.size;
-}

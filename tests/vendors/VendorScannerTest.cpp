@@ -80,7 +80,6 @@ public:
 TEST(VendorScanner, OneCameraThatFailsEndsTheSearchOrIsLeftOut) {
     constexpr auto kEnd = OnCameraFailure::kEnd;
     constexpr auto kSkip = OnCameraFailure::kSkip;
-    constexpr std::int32_t kGone = ZQ_ERR_DEVICE_NOT_FOUND;
     const std::string tooLong(65, 'x');
     const struct {
         const char* what;
@@ -102,13 +101,6 @@ TEST(VendorScanner, OneCameraThatFailsEndsTheSearchOrIsLeftOut) {
          "3=2;",
          "-7 Camera=0;-100001 an exception of another kind; Camera=1;-100001 words; Camera=2;",
          0},
-        {"itself skipped",
-         {{"b", "1"}, {"a", "2", FailWithInt}},
-         kSkip,
-         0,
-         "0=1;",
-         "-100001 an exception of another kind; Camera=1;",
-         kGone},
         {"texts that can't be kept",
          {{" ", "1"}, {"c", "\x01"}, {"d", tooLong}, {"a", "2"}},
          kEnd,

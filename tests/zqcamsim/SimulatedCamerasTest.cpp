@@ -118,21 +118,6 @@ TEST(SimulatedCameras, ACameraTakesOnlyFreeAddressesOfItsSubnet) {
     }
 }
 
-TEST(SimulatedCameras, SeveralSimulatorsHearTheSameBroadcast) {
-    if (HasOneLoopbackAddress()) {
-        GTEST_SKIP() << kWhyNot;
-    }
-    const auto cameras = MakeCameras(2, kFirstAddress, kMask);
-    const CZQSimUdpServer first({cameras[0]}, kSettings);
-    const CZQSimUdpServer second({cameras[1]}, kSettings);
-    UdpPeer client("0.0.0.0");
-    client.Send(At(0xFFFFFFFF, kSettings.discoveryPort), "FFFFFFFFFFFF:SYST:NET:IP?\n");
-    const auto one = client.Receive();
-    const auto other = client.Receive();
-    ASSERT_TRUE(one && other);
-    EXPECT_NE(one->text, other->text);
-}
-
 }  // namespace
 
 }  // namespace ZQAPI::test
