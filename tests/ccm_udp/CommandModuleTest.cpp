@@ -148,7 +148,8 @@ CZQSimFaults Faults(EAnswerForm form, bool properFollows = false, std::size_t lo
     return faults;
 }
 
-std::vector<FaultCase> FaultCases() {
+// All at once, each on a connection and a thread of its own: the slow ones must not hold up the others.
+TEST_F(CommandModule, CopesWithFaults) {
     const Reply own{ZQ_OK, ""};
     const Reply none{ZQ_ERR_COM_TIMEOUT, ""};
     const Reply tooSmall{ZQ_ERR_BUFFER_TOO_SMALL, ""};
@@ -159,7 +160,7 @@ std::vector<FaultCase> FaultCases() {
     twice.command.duplicates = 1;
     CZQSimFaults slow;
     slow.command.delay = {milliseconds(1300), milliseconds(1300)};
-    return {
+    const FaultCase cases[] = {
         {"silent", false, silent, none, 3},
         {"silent", true, silent, none, 3},
         {"answers in the second try", false, slow, own, 2},
@@ -173,23 +174,18 @@ std::vector<FaultCase> FaultCases() {
         {"longer than the buffer", false, Faults(EAnswerForm::kTooLong, false, 2000), tooSmall},
         {"control characters", false, Faults(EAnswerForm::kControlCharacters), theCallersMatter},
     };
-}
-
-// All at once, each on a connection and a thread of its own: the slow ones must not hold up the others.
-TEST_F(CommandModule, CopesWithFaults) {
-    const auto cases = FaultCases();
-    Cameras cameras(cases.size());
+    Cameras cameras(std::size(cases));
     const auto start = Clock::now();
     std::vector<std::future<Reply>> replies;
-    for (std::size_t i = 0; i < cases.size(); ++i) {
+    for (std::size_t i = 0; i < std::size(cases); ++i) {
         cameras.server.SetFaults(i, cases[i].faults);
         const auto address = cases[i].broadcast ? cameras.Broadcast(i) : cameras.Unicast(i);
         replies.push_back(
             std::async(std::launch::async, [address] { return Connection(address).Send("SYST:SERN?\n"); }));
     }
-    for (std::size_t i = 0; i < cases.size(); ++i) {
-        const bool own = cases[i].reply == Reply{ZQ_OK, ""};
-        EXPECT_EQ(replies[i].get(), own ? cameras.Expected(i, "SYST:SERN?\n") : cases[i].reply)
+    for (std::size_t i = 0; i < std::size(cases); ++i) {
+        EXPECT_EQ(replies[i].get(),
+                  cases[i].reply == own ? cameras.Expected(i, "SYST:SERN?\n") : cases[i].reply)
             << cases[i].name;
         EXPECT_EQ(cameras.server.GetCounts(i).commands, cases[i].tries) << cases[i].name;
     }

@@ -1,6 +1,6 @@
 // The interface list has room for 32 addresses. How many this machine has comes from the environment: see
 // with-addresses. And it needs a descriptor; how many there are is the caller's matter.
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include "communication/ZQComNetInterface.h"
 #include "platform/Process.h"
@@ -17,6 +17,12 @@ TEST(NetInterface, ListsUpTo32Addresses) {
     const std::int32_t error = ErrorOf([&] { CZQComNetInterface::SearchForInterfaces(interfaces); });
     EXPECT_EQ(error, count <= 32 ? 0 : ZQ_ERR_SOCKET_OPTION);
     EXPECT_EQ(interfaces.size(), count <= 32 ? count : 0);
+    if (!interfaces.empty()) {
+        EXPECT_FALSE(interfaces[0].IsSuitableForBroadcast());
+        EXPECT_THAT(interfaces[0].ToString().str(),
+                    testing::MatchesRegex("IPAddr: 127.0.0.1 BroadcastAddr: .* NetMask: 255.0.0.0 IsUp: 1 "
+                                          "IsLoopback: 1 SupportsBroadcast: ."));
+    }
 }
 
 TEST(NetInterface, NeedsADescriptor) {

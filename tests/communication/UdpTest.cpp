@@ -1,4 +1,4 @@
-// UDP: addresses, this machine's interfaces, the socket library, and what only this channel does. Everything here is
+// UDP: addresses, the socket library, and what only this channel does. Everything here is
 // unicast on loopback.
 #include <gmock/gmock.h>
 
@@ -29,22 +29,10 @@ TEST(IPAddr, HoldsASocketAddressInNetworkOrder) {
     EXPECT_EQ(address.ToString(), "IPAddress: 192.168.1.200; Port: 4660");
     EXPECT_FALSE(address.IsBroadcast());
     EXPECT_TRUE(CZQComIPAddr("255.255.255.255", 65535).IsBroadcast());
-    EXPECT_EQ(CZQComIPAddr().ToString(), "IPAddress: 0.0.0.0; Port: 0");
-}
-
-TEST(NetInterface, ListsLoopback) {
-    std::vector<CZQComNetInterface> interfaces(3);
-    CZQComNetInterface::SearchForInterfaces(interfaces);
-    const auto loopback = std::find_if(interfaces.begin(), interfaces.end(),
-                                       [](const auto& card) { return card.GetAddressText() == "127.0.0.1"; });
-    ASSERT_NE(loopback, interfaces.end());
-    EXPECT_FALSE(loopback->IsPointToPoint() || loopback->IsSuitableForBroadcast());
-    const std::string text = loopback->ToString().str();
-    EXPECT_THAT(text, StartsWith("IPAddr: 127.0.0.1 BroadcastAddr: "));
-    EXPECT_THAT(text, testing::HasSubstr(" NetMask: 255.0.0.0 IsUp: 1 IsLoopback: 1 SupportsBroadcast: "));
-    std::vector<CZQComNetInterface> same;
-    CZQComNetInterface::SearchForInterfaces(same);
-    EXPECT_EQ(same.size(), interfaces.size());
+    for (const std::string host : {"localhost", "", " ", "300.1.1.1", "1.2.3.4.5", "::1"}) {
+        EXPECT_THAT(FailureOf([&] { CZQComIPAddr(host, 1); }),
+                    Pair(ZQ_ERR_HOST_LOOKUP, StartsWith("strHost=" + host + "; ")));
+    }
 }
 
 TEST(SocketLibrary, IsStartedWhileAnyoneUsesIt) {
@@ -200,15 +188,6 @@ TEST_F(UdpChannel, SendsFromTheInterfaceItIsBoundTo) {
     config.SetBoundInterface(&notHere);
     EXPECT_ZQ_ERROR(channel.Open(config), ZQ_ERR_SOCKET_CREATE);
     EXPECT_FALSE(channel.IsOpen());
-}
-
-TEST_F(UdpChannel, NeedsANumericHost) {
-    for (const std::string host : {"localhost", "", " ", "camera", "300.1.1.1", "1.2.3.4.5", "::1"}) {
-        config.SetHostName(host);
-        EXPECT_THAT(FailureOf([&] { channel.Open(config); }),
-                    Pair(ZQ_ERR_HOST_LOOKUP, StartsWith("strHost=" + host + "; ")));
-        EXPECT_FALSE(channel.IsOpen());
-    }
 }
 
 TEST(UdpConfig, LoadsAllOrNothing) {

@@ -49,11 +49,10 @@ constexpr std::string_view kSteadyCamera = "127.0.0.11";  // the scripts keep it
 enum Operation { kScan, kRecheck, kLoad, kSave, kEdit, kQuery, kNofOperations };
 
 // The results that an operation may have while cameras and other threads' devices come and go.
-struct OperationRules {
+constexpr struct {
     const char* name;
     int alsoAccepted;
-};
-constexpr OperationRules kOperations[kNofOperations] = {
+} kOperations[kNofOperations] = {
     {"scan", ZQ_OK}, {"re-check", ZQ_ERR_DEVICE_NOT_FOUND}, {"load", ZQ_OK}, {"save", ZQ_OK},
     {"edit", ZQ_OK}, {"query", ZQ_ERR_BAD_INDEX},
 };
@@ -190,7 +189,7 @@ constexpr std::string_view kVisit = "visit";
 
 void Run(const Role& role, Clock::duration time, Tally& tally) {
     const auto end = Clock::now() + time;
-    std::vector<std::thread> threads;
+    std::vector<std::jthread> threads;
     for (std::size_t i = 0; i < role.threads.size(); ++i) {
         threads.emplace_back([&, i] {
             Worker worker{tally, std::minstd_rand(static_cast<unsigned>(i + 1)),
@@ -199,9 +198,6 @@ void Run(const Role& role, Clock::duration time, Tally& tally) {
                 role.threads[i](worker);
             }
         });
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
     }
 }
 
@@ -216,25 +212,30 @@ ProcessFigures FiguresAtRest(std::size_t nofThreadsBefore) {
     return figures;
 }
 
-// One line of the report, and whether the figure kept within its bound.
-bool Compare(std::string& report, const char* name, std::size_t start, std::size_t end, std::size_t bound) {
-    const bool isWithin = end <= start + bound;
-    report += std::string("  ") + name + ": " + std::to_string(start) + " -> " + std::to_string(end) +
-              (isWithin ? "" : "  GREW BY MORE THAN " + std::to_string(bound)) + "\n";
-    return isWithin;
-}
-
+// The report's lines, and whether each figure kept within its bound.
 bool Compare(std::string& report, const ProcessFigures& start, const ProcessFigures& end) {
-    const bool isWithin[] = {
-        Compare(report, "memory in KiB", start.memoryKiB, end.memoryKiB, kMemoryBoundKiB),
-        Compare(report, "handles", start.handles, end.handles, kHandleBound),
-        Compare(report, "threads", start.threads, end.threads, kThreadBound),
+    const struct {
+        const char* name;
+        std::size_t start;
+        std::size_t end;
+        std::size_t bound;
+    } rows[] = {
+        {"memory in KiB", start.memoryKiB, end.memoryKiB, kMemoryBoundKiB},
+        {"handles", start.handles, end.handles, kHandleBound},
+        {"threads", start.threads, end.threads, kThreadBound},
         // So many fewer can be had: said the other way round.
-        Compare(report, "thread-local indices taken since the start", 0,
-                start.threadLocalsLeft - std::min(start.threadLocalsLeft, end.threadLocalsLeft),
-                kThreadLocalBound),
+        {"thread-local indices taken since the start", 0,
+         start.threadLocalsLeft - std::min(start.threadLocalsLeft, end.threadLocalsLeft), kThreadLocalBound},
     };
-    return std::all_of(std::begin(isWithin), std::end(isWithin), [](bool within) { return within; });
+    bool isWithin = true;
+    for (const auto& row : rows) {
+        const bool hasGrown = row.end > row.start + row.bound;
+        report += std::string("  ") + row.name + ": " + std::to_string(row.start) + " -> " +
+                  std::to_string(row.end) +
+                  (hasGrown ? "  GREW BY MORE THAN " + std::to_string(row.bound) : "") + "\n";
+        isWithin = isWithin && !hasGrown;
+    }
+    return isWithin;
 }
 
 std::string LibraryFile() {
@@ -294,7 +295,7 @@ bool RunProcess(std::string_view role, std::intmax_t argument) {
 int Everything(seconds time) {
     const auto end = Clock::now() + time;
     std::atomic<int> failed{0};
-    std::vector<std::thread> processes;
+    std::vector<std::jthread> processes;
     for (const Role& role : kRoles) {
         processes.emplace_back([&] { failed += RunProcess(role.name, time.count()) ? 0 : 1; });
     }
@@ -302,9 +303,7 @@ int Everything(seconds time) {
     for (; Clock::now() < end; ++visits) {
         failed += RunProcess(kVisit, visits % 2) ? 0 : 1;
     }
-    for (std::thread& process : processes) {
-        process.join();
-    }
+    processes.clear();  // waits for them
     std::printf("%d processes came and went; processes with failures: %d\n", visits, failed.load());
     return failed == 0 ? 0 : 1;
 }

@@ -23,23 +23,14 @@ TEST(CameraText, IsKeptOrReplacedAsTheFileWouldGiveItBack) {
         bool readsBack;    // as it stands
     } cases[] = {
         {" 4711  ", "4711", false},
-        {"a b", "a b", true},
-        {"   ", "", false},
-        {"\"\"", "", false},
-        {"''", "", false},
         {"\"a\"", "", false},
-        {" 'a' ", "", false},
         {"\"a'", "\"a'", true},
         {"a\"", "a\"", true},
-        {"\"", "\"", true},
-        {"EmpTySTRINg", "", false},
         {"E", "", false},
         {"EmpTySTRINgs", "EmpTySTRINgs", true},
         {"a\nb=c", "", false},
         {std::string("a\0b", 3), "", false},
-        {"\x7f", "", false},
         {"\x80\xff", "\x80\xff", true},
-        {"[x];=", "[x];=", true},
         {longest, longest, true},
         // The record refuses it under its own number.
         {longest + "x", longest + "x", false},
