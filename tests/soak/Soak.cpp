@@ -23,9 +23,9 @@
 #include <vector>
 
 #include "KitLibrary.h"
-#include "ProcessFigures.h"
 #include "platform/Process.h"
 #include "support/SampleDevices.h"
+#include "support/ScarceResources.h"
 
 namespace ZQAPI::soak {
 
@@ -201,15 +201,20 @@ void Run(const Role& role, Clock::duration time, Tally& tally) {
     }
 }
 
+struct ProcessFigures {
+    std::size_t memoryKiB = test::ResidentKiB();
+    std::size_t handles = test::OpenHandles();
+    std::size_t threads = test::RunningThreads();
+    std::size_t threadLocalsLeft = test::FreeThreadLocalIndices();
+};
+
 // When no more goes on than did before the first call.
 ProcessFigures FiguresAtRest(std::size_t nofThreadsBefore) {
     const auto limit = Clock::now() + kLongestUntilAtRest;
-    ProcessFigures figures = ReadProcessFigures();
-    while (figures.threads > nofThreadsBefore && Clock::now() < limit) {
+    while (test::RunningThreads() > nofThreadsBefore && Clock::now() < limit) {
         std::this_thread::sleep_for(std::chrono::milliseconds(100));
-        figures = ReadProcessFigures();
     }
-    return figures;
+    return {};
 }
 
 // The report's lines, and whether each figure kept within its bound.
@@ -246,7 +251,7 @@ int Last(const Role& role, seconds time) {
     const zqdev::KitLibrary library(LibraryFile());
     Tally tally;
     tally.Count(kLoad, ZQDEV_InitLibrary());
-    const std::size_t nofThreads = ReadProcessFigures().threads;
+    const std::size_t nofThreads = test::RunningThreads();
     Run(role, Clock::duration(time) / kWarmUpShare, tally);
     const ProcessFigures start = FiguresAtRest(nofThreads);
     Run(role, Clock::duration(time) * (kWarmUpShare - 1) / kWarmUpShare, tally);

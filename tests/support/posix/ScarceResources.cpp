@@ -1,8 +1,10 @@
 #include "support/ScarceResources.h"
 
 #include <pthread.h>
+#include <unistd.h>
 
 #include <filesystem>
+#include <fstream>
 #include <iterator>
 #include <vector>
 
@@ -19,9 +21,28 @@ std::size_t FreeThreadLocalIndices() {
     return taken.size();
 }
 
-std::size_t OpenHandles() {
+namespace {
+
+std::size_t NofEntries(const char* folder) {
     namespace fs = std::filesystem;
-    return static_cast<std::size_t>(std::distance(fs::directory_iterator("/proc/self/fd"), {}));
+    return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder), {}));
+}
+
+}  // namespace
+
+std::size_t OpenHandles() {
+    return NofEntries("/proc/self/fd");
+}
+
+std::size_t RunningThreads() {
+    return NofEntries("/proc/self/task");
+}
+
+std::size_t ResidentKiB() {
+    std::size_t pages = 0;
+    std::size_t residentPages = 0;
+    std::ifstream("/proc/self/statm") >> pages >> residentPages;
+    return residentPages * static_cast<std::size_t>(sysconf(_SC_PAGESIZE)) / 1024;
 }
 
 }  // namespace ZQAPI::test
