@@ -15,7 +15,6 @@ namespace {
 
 using namespace ZQAPI::sim;
 
-constexpr std::uint32_t kFirstAddress = 0x7F00010B;     // 127.0.1.11
 constexpr std::uint32_t kLoopbackAddress = 0x7F000001;  // 127.0.0.1
 constexpr std::uint32_t kMask = 0xFF000000;
 const CZQSimUdpSettings kSettings;
