@@ -50,7 +50,7 @@ std::error_code make_error_code(ZQ_ERROR_NUMBER number) noexcept;
 
 namespace ZQAPI::device {
 
-// ---------------------------------------------------------------------------------------------------- errors
+// ---- errors -------------------------------------------------------------------------------------
 
 // The condition that the error number stands for, in words; "unknown error" for a number outside the table.
 inline const char* Condition(int number) noexcept {
@@ -92,33 +92,17 @@ inline void ThrowIf(const std::error_code& error, const char* function) {
 
 }  // namespace detail
 
-// -------------------------------------------------------------------------------------------------- scanners
+// ---- scanners -----------------------------------------------------------------------------------
 
-enum class Scanner : int {
-    kManual = ZQDEV_SCANNER_MANUAL,
-    kZqUdp = ZQDEV_SCANNER_ZQ_UDP,
-    kZqRs232 = ZQDEV_SCANNER_ZQ_RS232,
-    kZqImaqRs232 = ZQDEV_SCANNER_ZQ_IMAQ_RS232,
-    kSisoUsb2 = ZQDEV_SCANNER_SISO_USB2,
-    kPleoraIport = ZQDEV_SCANNER_PLEORA_IPORT,
-    kBoFx = ZQDEV_SCANNER_BO_FX,
-    kPgrFly = ZQDEV_SCANNER_PGR_FLY,
-    kTavi = ZQDEV_SCANNER_TAVI,
-    kIdsUeye = ZQDEV_SCANNER_IDS_UEYE,
-    kZqGige = ZQDEV_SCANNER_ZQ_GIGE,
-    kZqIc = ZQDEV_SCANNER_ZQ_IC,
-    kAdimecCl = ZQDEV_SCANNER_ADIMEC_CL,
-    kMv = ZQDEV_SCANNER_MV,
-};
+// kManual, kZqUdp and so on, by number: see ZQDEV_SCANNER_TABLE.
+#define ZQDEV_SCANNER_ENUMERATOR_(name, number, cppName, ccm, iam) cppName = (number),
+enum class Scanner : int { ZQDEV_SCANNER_TABLE(ZQDEV_SCANNER_ENUMERATOR_) };
+#undef ZQDEV_SCANNER_ENUMERATOR_
 
 // The names by scanner number.
-inline constexpr std::string_view kScannerNames[ZQDEV_NOF_SCANNERS] = {
-    ZQDEV_SCANNER_NAME_MANUAL,        ZQDEV_SCANNER_NAME_ZQ_UDP,    ZQDEV_SCANNER_NAME_ZQ_RS232,
-    ZQDEV_SCANNER_NAME_ZQ_IMAQ_RS232, ZQDEV_SCANNER_NAME_SISO_USB2, ZQDEV_SCANNER_NAME_PLEORA_IPORT,
-    ZQDEV_SCANNER_NAME_BO_FX,         ZQDEV_SCANNER_NAME_PGR_FLY,   ZQDEV_SCANNER_NAME_TAVI,
-    ZQDEV_SCANNER_NAME_IDS_UEYE,      ZQDEV_SCANNER_NAME_ZQ_GIGE,   ZQDEV_SCANNER_NAME_ZQ_IC,
-    ZQDEV_SCANNER_NAME_ADIMEC_CL,     ZQDEV_SCANNER_NAME_MV,
-};
+#define ZQDEV_SCANNER_TEXT_(name, number, cppName, ccm, iam) ZQDEV_SCANNER_NAME_##name,
+inline constexpr std::string_view kScannerNames[] = {ZQDEV_SCANNER_TABLE(ZQDEV_SCANNER_TEXT_)};
+#undef ZQDEV_SCANNER_TEXT_
 
 // The scanner's name as it stands in a record; empty for a number that is no scanner's.
 constexpr std::string_view ScannerName(Scanner scanner) noexcept {
@@ -136,13 +120,13 @@ constexpr std::optional<Scanner> ScannerFromName(std::string_view name) noexcept
     return std::nullopt;
 }
 
-// --------------------------------------------------------------------------------------------------- records
+// ---- records ------------------------------------------------------------------------------------
 
 // One of a record's eleven fields.
 using Field = char[ZQDEV_FIELD_SIZE];
 
-// The field's text, bounded to the field even where the NUL is missing. It refers to the record: keep it no
-// longer.
+// The field's text, bounded to the field even where the NUL is missing. It refers to the record: keep
+// it no longer.
 inline std::string_view Text(const Field& field) noexcept {
     const void* end = std::memchr(field, '\0', sizeof field);
     const auto length = end != nullptr ? static_cast<const char*>(end) - field : std::ptrdiff_t{sizeof field};
@@ -172,7 +156,7 @@ inline void SetText(Field& field, std::string_view text) {
     detail::ThrowIf(error, "ZQAPI::device::SetText");
 }
 
-// --------------------------------------------------------------------------------------------------- library
+// ---- library ------------------------------------------------------------------------------------
 
 // The initialised library: counted up by the constructor, down by the destructor. Several may live at once,
 // they share the one device list of the process. Movable; one that was moved from counts no more. Thread-safe

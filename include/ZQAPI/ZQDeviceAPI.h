@@ -1,8 +1,7 @@
 /* ZQDeviceAPI: which cameras are attached to this machine, how each is reached, and what it is.
  *
- * The library keeps a list of camera devices. An application scans the configured camera interfaces for
- * devices, edits the list, saves and reloads it, re-checks one device and can give a network camera a new IP
- * address.
+ * The library keeps a list of camera devices. An application scans the configured camera interfaces for devices,
+ * edits the list, saves and reloads it, re-checks one device and can give a network camera a new IP address.
  *
  *     #include <ZQAPI/ZQDeviceAPI.h>
  *
@@ -19,21 +18,19 @@
  * Contracts that hold for every function
  *
  * - Result. ZQ_OK (1), or a negative error number of ZQErrors.h. No exception leaves the library. A function
- * that fails leaves the device list and the caller's outputs as they were, but for ZQDEV_LoadDeviceConfig,
- * which empties the list before it reads.
- * - Order. ZQDEV_InitLibrary first; until it has succeeded every other function returns
- * ZQ_ERR_NOT_INITIALISED
+ *   that fails leaves the device list and the caller's outputs as they were, but for ZQDEV_LoadDeviceConfig,
+ *   which empties the list before it reads.
+ * - Order. ZQDEV_InitLibrary first; until it has succeeded every other function returns ZQ_ERR_NOT_INITIALISED
  *   (-190006), apart from ZQDEV_DeInitLibrary and the two reserved functions, which work in any state.
  * - Null. A text or record that must be given and is absent: ZQ_ERR_NULL_INPUT (-100004). An output that is
  *   absent: ZQ_ERR_NULL_OUTPUT (-100005). Both are checked after the initialised state.
- * - Text. Single-byte characters, ended by a NUL, passed through as they are; at most 64 characters in a
- * record. A record with a field that has no NUL in its 65 bytes is refused with ZQ_ERR_TEXT_TOO_LONG
- * (-100014).
- * - Ownership. Everything is copied, in both directions: the library keeps no pointer of the caller's and
- * hands out none of its own.
- * - Threads. Thread-safe: any function, from any thread, at any time. The functions wait for each other, but
- * for the scans, which take up to 30 s and hold nothing up until they install their result.
- * ZQDEV_RescanDevice and ZQDEV_ChangeDeviceNetAddr do hold the others up while they talk to the device.
+ * - Text. Single-byte characters, ended by a NUL, passed through as they are; at most 64 characters in a record.
+ *   A record with a field that has no NUL in its 65 bytes is refused with ZQ_ERR_TEXT_TOO_LONG (-100014).
+ * - Ownership. Everything is copied, in both directions: the library keeps no pointer of the caller's and hands
+ *   out none of its own.
+ * - Threads. Thread-safe: any function, from any thread, at any time. The functions wait for each other, but for
+ *   the scans, which take up to 30 s and hold nothing up until they install their result. ZQDEV_RescanDevice and
+ *   ZQDEV_ChangeDeviceNetAddr do hold the others up while they talk to the device.
  * - Disk. Only ZQDEV_SaveDeviceConfig writes the device list. A scan replaces the list in memory alone.
  * - Other errors. Whatever a function finds wrong below it (a file, a module, a network) comes back with that
  *   error's own number; the numbers named at a function are the ones that it is responsible for.
@@ -103,24 +100,30 @@ ZQDEV_CHECK_OFFSET_(FirmwareVersion, 10);
 #undef ZQDEV_CHECK_OFFSET_
 #undef ZQDEV_OFFSET_
 
-/* Scanner numbers, as ZQDEV_ScanForDevicesWithScanner takes them. */
-enum ZQDEV_SCANNER_NUMBER {
-    ZQDEV_SCANNER_MANUAL = 0, /* entered by hand: scanning with it finds nothing */
-    ZQDEV_SCANNER_ZQ_UDP = 1,
-    ZQDEV_SCANNER_ZQ_RS232 = 2,
-    ZQDEV_SCANNER_ZQ_IMAQ_RS232 = 3,
-    ZQDEV_SCANNER_SISO_USB2 = 4,
-    ZQDEV_SCANNER_PLEORA_IPORT = 5,
-    ZQDEV_SCANNER_BO_FX = 6,
-    ZQDEV_SCANNER_PGR_FLY = 7,
-    ZQDEV_SCANNER_TAVI = 8,
-    ZQDEV_SCANNER_IDS_UEYE = 9,
-    ZQDEV_SCANNER_ZQ_GIGE = 10,
-    ZQDEV_SCANNER_ZQ_IC = 11,
-    ZQDEV_SCANNER_ADIMEC_CL = 12,
-    ZQDEV_SCANNER_MV = 13,
-    ZQDEV_NOF_SCANNERS = 14
-};
+/* Every scanner: X(name, number, name in C++, camera control module and image acquisition module of its cameras).
+ * An empty module is chosen by the camera's type. The numbers are the interface's: a new scanner is a row at the end,
+ * and its name below. Scanning with MANUAL, which stands for devices entered by hand, finds nothing.
+ */
+#define ZQDEV_SCANNER_TABLE(X)                                                       \
+    X(MANUAL, 0, kManual, "", "")                                                    \
+    X(ZQ_UDP, 1, kZqUdp, ZQDEV_CCM_ZQ_TCPIP, "")                                     \
+    X(ZQ_RS232, 2, kZqRs232, ZQDEV_CCM_ZQ_RS232, "")                                 \
+    X(ZQ_IMAQ_RS232, 3, kZqImaqRs232, ZQDEV_CCM_ZQ_IMAQ_RS232, ZQDEV_IAM_ZQ_FG_IMAQ) \
+    X(SISO_USB2, 4, kSisoUsb2, ZQDEV_CCM_SI_USB2, ZQDEV_IAM_SI_USB2)                 \
+    X(PLEORA_IPORT, 5, kPleoraIport, ZQDEV_CCM_PLEORA_IPORT, ZQDEV_IAM_PLEORA_IPORT) \
+    X(BO_FX, 6, kBoFx, ZQDEV_CCM_FX_IEEE1394, ZQDEV_IAM_FX_IEEE1394)                 \
+    X(PGR_FLY, 7, kPgrFly, ZQDEV_CCM_PGR_FLY, ZQDEV_IAM_PGR_FLY)                     \
+    X(TAVI, 8, kTavi, ZQDEV_CCM_TAVI, ZQDEV_IAM_TAVI)                                \
+    X(IDS_UEYE, 9, kIdsUeye, ZQDEV_CCM_IDS_UEYE, ZQDEV_IAM_IDS_UEYE)                 \
+    X(ZQ_GIGE, 10, kZqGige, ZQDEV_CCM_ZQ_GIGE, ZQDEV_IAM_ZQ_GIGE)                    \
+    X(ZQ_IC, 11, kZqIc, ZQDEV_CCM_ZQ_IC, ZQDEV_IAM_ZQ_IC)                            \
+    X(ADIMEC_CL, 12, kAdimecCl, ZQDEV_CCM_ADIMEC_CL, ZQDEV_IAM_ADIMEC_CL)            \
+    X(MV, 13, kMv, ZQDEV_CCM_MV, ZQDEV_IAM_MV)
+
+/* Scanner numbers, as ZQDEV_ScanForDevicesWithScanner takes them: ZQDEV_SCANNER_MANUAL, ZQDEV_SCANNER_ZQ_UDP, ... */
+#define ZQDEV_SCANNER_NUMBER_(name, number, cppName, ccm, iam) ZQDEV_SCANNER_##name = (number),
+enum ZQDEV_SCANNER_NUMBER { ZQDEV_SCANNER_TABLE(ZQDEV_SCANNER_NUMBER_) ZQDEV_NOF_SCANNERS };
+#undef ZQDEV_SCANNER_NUMBER_
 
 /* Scanner names, as they stand in a record's UsedScanner and in ZQAPI.ini. */
 #define ZQDEV_SCANNER_NAME_MANUAL "SCANNER_MANUAL"
@@ -172,8 +175,7 @@ enum ZQDEV_SCANNER_NUMBER {
 #define ZQDEV_IAM_ZQ_UDP "IAM_ZQ_UDP"
 #define ZQDEV_IAM_ZQ_VIRTUAL "IAM_ZQ_VIRTUAL"
 
-/* ------------------------------------------------------------------------------------------------ lifecycle
- */
+/* ---- lifecycle ------------------------------------------------------------------------------- */
 
 /* Initialises the library; counted. The first call reads the device list file into the list; if that fails,
  * its number is returned, nothing is counted, and the next call tries again. A file that was saved from an
@@ -185,8 +187,7 @@ ZQDEV_API int ZQDEV_InitLibrary(void);
  * ZQ_OK. */
 ZQDEV_API int ZQDEV_DeInitLibrary(void);
 
-/* ----------------------------------------------------------------------------------------------- device list
- */
+/* ---- device list ----------------------------------------------------------------------------- */
 
 /* Number of devices in the list. */
 ZQDEV_API int ZQDEV_GetNofDevices(unsigned int* count);
@@ -213,8 +214,7 @@ ZQDEV_API int ZQDEV_SaveDeviceConfig(void);
 /* Replaces the list by the device list file's content. If that fails, the list is empty. */
 ZQDEV_API int ZQDEV_LoadDeviceConfig(void);
 
-/* --------------------------------------------------------------------------------- modules of a device type
- */
+/* ---- modules of a device type ---------------------------------------------------------------- */
 
 /* The modules come from the device type's camera configuration file. In all four text queries bufferSize is
  * the size of the buffer in bytes LESS ONE: a text of exactly bufferSize characters is accepted, and its NUL
@@ -236,8 +236,7 @@ ZQDEV_API int ZQDEV_GetSupportedIAM(const char* deviceType, unsigned int index, 
 ZQDEV_API int ZQDEV_GetNofSupportedDeviceTypes(unsigned int* count);
 ZQDEV_API int ZQDEV_GetSupportedDevice(unsigned int index, char* buffer, unsigned int bufferSize);
 
-/* -------------------------------------------------------------------------------------------------- scanning
- */
+/* ---- scanning -------------------------------------------------------------------------------- */
 
 /* Scans with the scanners that ZQAPI.ini names as active, all at once, for at most 30000 ms, and replaces the
  * list by what they found: each identifier once, named Camera1, Camera2 and so on. Devices that were added by
@@ -246,7 +245,7 @@ ZQDEV_API int ZQDEV_GetSupportedDevice(unsigned int index, char* buffer, unsigne
  */
 ZQDEV_API int ZQDEV_ScanForDevices(void);
 
-/* The same with one scanner (ZQDEV_SCANNER_NUMBER). A number outside 0 to 13: ZQ_ERR_NULL_INPUT. */
+/* The same with one scanner (ZQDEV_SCANNER_NUMBER). A number that is no scanner's: ZQ_ERR_NULL_INPUT. */
 ZQDEV_API int ZQDEV_ScanForDevicesWithScanner(int scanner);
 
 /* Asks the device's scanner (UsedScanner) for the device anew and refreshes addresses and firmware version in

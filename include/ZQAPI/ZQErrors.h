@@ -17,8 +17,7 @@
     X(ZQ_ERR_NOT_SUPPORTED, -100002, "this operation is not supported here")                             \
     X(ZQ_ERR_BAD_CAST, -100003, "a configuration of another channel kind was given")                     \
     X(ZQ_ERR_NULL_INPUT, -100004,                                                                        \
-      "a text or input that must be given is absent (null), or a scanner "                               \
-      "number is outside 0 to 13")                                                                       \
+      "a text or input that must be given is absent (null), or no scanner has this number")              \
     X(ZQ_ERR_NULL_OUTPUT, -100005, "an output that must be given is absent (null)")                      \
     X(ZQ_ERR_BAD_VALUE, -100006, "a value is not one that is allowed here")                              \
     X(ZQ_ERR_OUT_OF_MEMORY, -100007, "memory could not be allocated")                                    \

@@ -32,8 +32,8 @@ CZQComRS232Config LineSettings() {
 std::shared_ptr<CZQCommandConnection> OpenCommandConnection(const CZQString& commandAddress) {
     const auto portNumber = ParseSerialPortNumber(commandAddress);
     if (!portNumber) {
-        throw CZQException(ZQ_HERE("CZQSerialConnection::OpenCommandConnection"), ZQ_ERR_BAD_VALUE,
-                           "Address=%s", commandAddress.c_str());
+        ZQ_THROW("CZQSerialConnection::OpenCommandConnection", ZQ_ERR_BAD_VALUE, "Address=%s",
+                 commandAddress.c_str());
     }
     CZQComRS232Config config = LineSettings();
     config.SetPortNumber(*portNumber);

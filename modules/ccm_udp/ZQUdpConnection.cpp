@@ -45,7 +45,7 @@ std::string CZQUdpConnection::SendCommand(std::string_view command) {
         }
         return *std::move(answer);
     }
-    throw CZQException(ZQ_HERE("CZQUdpConnection::SendCommand"), ZQ_ERR_COM_TIMEOUT, "Tries=%d", kTries);
+    ZQ_THROW("CZQUdpConnection::SendCommand", ZQ_ERR_COM_TIMEOUT, "Tries=%d", kTries);
 }
 
 void CZQUdpConnection::Abort() noexcept {
@@ -55,7 +55,7 @@ void CZQUdpConnection::Abort() noexcept {
 
 void CZQUdpConnection::ThrowIfAborted() const {
     if (m_aborted) {
-        throw CZQException(ZQ_HERE("CZQUdpConnection::SendCommand"), ZQ_ERR_COM_ABORTED);
+        ZQ_THROW("CZQUdpConnection::SendCommand", ZQ_ERR_COM_ABORTED);
     }
 }
 
@@ -65,12 +65,12 @@ platform::UdpSocket CZQUdpConnection::OpenSocket() const {
     platform::Ipv4SocketAddress local;
     local.addressBe = m_camera.localBe;
     if (!socket.Open(error) || (m_camera.IsBroadcast() && !socket.Bind(local, error))) {
-        throw CZQException(ZQ_HERE("CZQUdpConnection::OpenSocket"), ZQ_ERR_SOCKET_CREATE, "%s",
-                           FormatSystemError(error).c_str());
+        ZQ_THROW("CZQUdpConnection::OpenSocket", ZQ_ERR_SOCKET_CREATE, "%s",
+                 FormatSystemError(error).c_str());
     }
     if (m_camera.IsBroadcast() && !socket.EnableBroadcast(error)) {
-        throw CZQException(ZQ_HERE("CZQUdpConnection::OpenSocket"), ZQ_ERR_SOCKET_OPTION, "%s",
-                           FormatSystemError(error).c_str());
+        ZQ_THROW("CZQUdpConnection::OpenSocket", ZQ_ERR_SOCKET_OPTION, "%s",
+                 FormatSystemError(error).c_str());
     }
     return socket;
 }
@@ -83,8 +83,7 @@ void CZQUdpConnection::Send(platform::UdpSocket& socket, const std::string& requ
     to.portBe = platform::SwapPort(kCommandPort);
     platform::SystemErrorCode error{};
     if (socket.SendTo(to, std::as_bytes(std::span(request)), error) != request.size()) {
-        throw CZQException(ZQ_HERE("CZQUdpConnection::Send"), ZQ_ERR_COM_SEND, "%s",
-                           FormatSystemError(error).c_str());
+        ZQ_THROW("CZQUdpConnection::Send", ZQ_ERR_COM_SEND, "%s", FormatSystemError(error).c_str());
     }
 }
 
@@ -100,8 +99,8 @@ std::optional<std::string> CZQUdpConnection::ReceiveUntil(platform::UdpSocket& s
             continue;
         }
         if (waited == platform::WaitResult::kFailed) {
-            throw CZQException(ZQ_HERE("CZQUdpConnection::ReceiveUntil"), ZQ_ERR_COM_RECV, "%s",
-                               FormatSystemError(platform::LastSystemError()).c_str());
+            ZQ_THROW("CZQUdpConnection::ReceiveUntil", ZQ_ERR_COM_RECV, "%s",
+                     FormatSystemError(platform::LastSystemError()).c_str());
         }
         // None where the system has found it damaged since.
         const auto size = socket.NextDatagramSize();
@@ -122,8 +121,7 @@ std::string CZQUdpConnection::Receive(platform::UdpSocket& socket, std::size_t s
     std::string datagram(size, '\0');
     platform::SystemErrorCode error{};
     if (!socket.ReceiveFrom(std::as_writable_bytes(std::span(datagram)), from, error)) {
-        throw CZQException(ZQ_HERE("CZQUdpConnection::Receive"), ZQ_ERR_COM_RECV, "%s",
-                           FormatSystemError(error).c_str());
+        ZQ_THROW("CZQUdpConnection::Receive", ZQ_ERR_COM_RECV, "%s", FormatSystemError(error).c_str());
     }
     return datagram;
 }

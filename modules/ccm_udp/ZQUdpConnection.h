@@ -24,8 +24,8 @@ public:
     // Nothing is sent. ZQ_ERR_SOCKET_CREATE when the address's interface is not one of this machine's.
     explicit CZQUdpConnection(const CZQString& cameraAddress);
 
-    // The command is sent up to three times, 1000 ms apart, until an answer comes: ZQ_ERR_COM_TIMEOUT after
-    // that.
+    // The command is sent up to three times, 1000 ms apart, until an answer comes:
+    // ZQ_ERR_COM_TIMEOUT after that.
     std::string SendCommand(std::string_view command) override;
     void Abort() noexcept override;
 

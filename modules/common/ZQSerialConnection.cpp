@@ -37,7 +37,7 @@ void CZQSerialConnection::Abort() noexcept {
 
 void CZQSerialConnection::ThrowIfAborted() const {
     if (m_aborted) {
-        throw CZQException(ZQ_HERE("CZQSerialConnection::SendCommand"), ZQ_ERR_COM_ABORTED);
+        ZQ_THROW("CZQSerialConnection::SendCommand", ZQ_ERR_COM_ABORTED);
     }
 }
 
@@ -57,23 +57,22 @@ void CZQSerialConnection::WaitUntilQuiet() {
 }
 
 std::string CZQSerialConnection::ReadLine() {
-    const SourceLocation here = ZQ_HERE("CZQSerialConnection::ReadLine");
     const CZQStopWatch watch(true);
     std::string answer;
     while (!answer.ends_with('\n')) {
         ThrowIfAborted();
         const std::uint64_t elapsed = watch.GetElapsed();
         if (elapsed > kAnswerTimeMs) {
-            throw CZQException(here, ZQ_ERR_COM_TIMEOUT);
+            ZQ_THROW("CZQSerialConnection::ReadLine", ZQ_ERR_COM_TIMEOUT);
         }
         if (answer.size() == kMaxAnswerLength) {
-            throw CZQException(here, ZQ_ERR_BUFFER_TOO_SMALL);
+            ZQ_THROW("CZQSerialConnection::ReadLine", ZQ_ERR_BUFFER_TOO_SMALL);
         }
         char byte = 0;
         m_channel->Recv(&byte, 1, static_cast<std::uint32_t>(kAnswerTimeMs - elapsed), false);
         // A NUL would end the answer early for whoever reads it as a text.
         if (byte == '\0') {
-            throw CZQException(here, ZQ_ERR_BAD_VALUE, "The answer holds a NUL");
+            ZQ_THROW("CZQSerialConnection::ReadLine", ZQ_ERR_BAD_VALUE, "The answer holds a NUL");
         }
         answer += byte;
     }

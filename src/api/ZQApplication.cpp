@@ -56,7 +56,7 @@ private:
                                       separator);
     }
 
-    CZQDeviceAPI m_library{CZQDeviceAPIEnvironment::OfOwnKit()};
+    CZQDeviceAPI m_library{SDeviceAPIEnvironment::OfOwnKit()};
 };
 
 // Left alone when the process ends.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "api/ZQDeviceAPI.h"
+#include "api/ZQDeviceAPIImpl.h"
 
 namespace ZQAPI {
 

@@ -8,7 +8,7 @@
 namespace ZQAPI {
 
 // Records where the exception was caught, logs it, and gives its number.
-inline int Report(CZQException& exception, const SourceLocation& here) {
+inline int Report(CZQException& exception, const SSourceLocation& here) {
     exception.AddCatchLocation(here);
     LogException(kLogLevel, exception);
     return exception.GetErrorNumber();
@@ -17,7 +17,7 @@ inline int Report(CZQException& exception, const SourceLocation& here) {
 // Runs the body of an exported method: ZQ_OK, or the number of what it threw, which has then been logged with
 // the method as its catch location. Anything but a CZQException becomes ZQ_ERR_UNEXPECTED. Lets nothing out.
 template <class Body>
-int RunReported(const SourceLocation& here, Body&& body) noexcept {
+int RunReported(const SSourceLocation& here, Body&& body) noexcept {
     try {
         try {
             body();

@@ -37,7 +37,7 @@ void CZQAdimecCameraControl::Close() {
 
 CZQString CZQAdimecCameraControl::GetString(const char* query) {
     if (m_protocol == nullptr) {
-        throw CZQException(ZQ_HERE("CZQAdimecCameraControl::GetString"), ZQ_ERR_SERIAL_CLOSED);
+        ZQ_THROW("CZQAdimecCameraControl::GetString", ZQ_ERR_SERIAL_CLOSED);
     }
     std::array<char, 1024> answer{};
     m_protocol->GetData(query, answer.data(), static_cast<std::uint32_t>(answer.size()));

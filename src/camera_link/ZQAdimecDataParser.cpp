@@ -10,7 +10,7 @@ namespace ZQAPI {
 
 namespace {
 
-void CheckGiven(const SourceLocation& here, const char* text) {
+void CheckGiven(const SSourceLocation& here, const char* text) {
     if (text == nullptr || *text == '\0') {
         throw CZQException(here, ZQ_ERR_NULL_INPUT);
     }
@@ -19,10 +19,9 @@ void CheckGiven(const SourceLocation& here, const char* text) {
 }  // namespace
 
 CZQString CZQAdimecDataParser::ParseString(const char* text) {
-    const SourceLocation here = ZQ_HERE("CZQAdimecDataParser::ParseString");
-    CheckGiven(here, text);
+    CheckGiven(ZQ_HERE("CZQAdimecDataParser::ParseString"), text);
     if (*text != '"') {
-        throw CZQException(here, ZQ_ERR_BAD_VALUE, "pszData=%s", text);
+        ZQ_THROW("CZQAdimecDataParser::ParseString", ZQ_ERR_BAD_VALUE, "pszData=%s", text);
     }
     return text + 1;
 }

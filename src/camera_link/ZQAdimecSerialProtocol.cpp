@@ -28,24 +28,23 @@ constexpr std::uint32_t kMaxBytesUntilQuiet = 32768;  // more than the line carr
 
 CZQAdimecSerialProtocol::CZQAdimecSerialProtocol(CZQSerialBase& port) : m_port(port) {
     if (!m_port.IsOpen()) {
-        throw CZQException(ZQ_HERE("CZQAdimecSerialProtocol::CZQAdimecSerialProtocol"), ZQ_ERR_SERIAL_CLOSED);
+        ZQ_THROW("CZQAdimecSerialProtocol::CZQAdimecSerialProtocol", ZQ_ERR_SERIAL_CLOSED);
     }
 }
 
 void CZQAdimecSerialProtocol::SendCmd(const char* cmd, const char* cmdData) {
     if (cmd == nullptr) {
-        throw CZQException(ZQ_HERE("CZQAdimecSerialProtocol::SendCmd"), ZQ_ERR_NULL_INPUT);
+        ZQ_THROW("CZQAdimecSerialProtocol::SendCmd", ZQ_ERR_NULL_INPUT);
     }
     SendAndRecv(cmd, cmdData, nullptr, 0);
 }
 
 void CZQAdimecSerialProtocol::GetData(const char* cmd, char* buffer, std::uint32_t bufferSize) {
-    const SourceLocation here = ZQ_HERE("CZQAdimecSerialProtocol::GetData");
     if (cmd == nullptr) {
-        throw CZQException(here, ZQ_ERR_NULL_INPUT);
+        ZQ_THROW("CZQAdimecSerialProtocol::GetData", ZQ_ERR_NULL_INPUT);
     }
     if (buffer == nullptr || bufferSize == 0) {
-        throw CZQException(here, ZQ_ERR_NULL_OUTPUT);
+        ZQ_THROW("CZQAdimecSerialProtocol::GetData", ZQ_ERR_NULL_OUTPUT);
     }
     SendAndRecv(cmd, {}, buffer, bufferSize);
 }
@@ -53,7 +52,7 @@ void CZQAdimecSerialProtocol::GetData(const char* cmd, char* buffer, std::uint32
 std::vector<std::uint8_t> CZQAdimecSerialProtocol::CreateTelegram(const CZQString& cmd,
                                                                   const CZQString& cmdData) {
     if (cmd.IsEmpty()) {
-        throw CZQException(ZQ_HERE("CZQAdimecSerialProtocol::CreateTelegram"), ZQ_ERR_BAD_VALUE);
+        ZQ_THROW("CZQAdimecSerialProtocol::CreateTelegram", ZQ_ERR_BAD_VALUE);
     }
     const std::string text = kStart + cmd.str() + cmdData.str() + kEnd;
     return {text.begin(), text.end()};
@@ -73,9 +72,9 @@ void CZQAdimecSerialProtocol::SendAndRecv(const CZQString& cmd, const CZQString&
             }
             const std::int32_t errorStatus = QueryErrorStatus();
             if (errorStatus != 0) {
-                throw CZQException(ZQ_HERE("CZQAdimecSerialProtocol::SendAndRecv"), ZQ_ERR_COM_SEND,
-                                   "pszCmd=%s | pszCmdData=%s | errorStatus=%d", cmd.c_str(), cmdData.c_str(),
-                                   errorStatus);
+                ZQ_THROW("CZQAdimecSerialProtocol::SendAndRecv", ZQ_ERR_COM_SEND,
+                         "pszCmd=%s | pszCmdData=%s | errorStatus=%d", cmd.c_str(), cmdData.c_str(),
+                         errorStatus);
             }
             return;
         } catch (const CZQException&) {
@@ -115,47 +114,46 @@ void CZQAdimecSerialProtocol::WaitUntilQuiet() {
 void CZQAdimecSerialProtocol::SendTelegram(const std::vector<std::uint8_t>& telegram) {
     const auto size = static_cast<std::uint32_t>(telegram.size());
     if (m_port.Write(telegram.data(), size, kWriteTimeoutMs) < size) {
-        throw CZQException(ZQ_HERE("CZQAdimecSerialProtocol::SendTelegram"), ZQ_ERR_COM_SEND);
+        ZQ_THROW("CZQAdimecSerialProtocol::SendTelegram", ZQ_ERR_COM_SEND);
     }
 }
 
 void CZQAdimecSerialProtocol::RecvAcknowledgement(std::uint32_t timeoutMs) {
-    const SourceLocation here = ZQ_HERE("CZQAdimecSerialProtocol::RecvAcknowledgement");
     const CZQStopWatch watch(true);
     do {
-        const std::optional<char> byte = ReadByte(here, timeoutMs);
+        const std::optional<char> byte =
+            ReadByte(ZQ_HERE("CZQAdimecSerialProtocol::RecvAcknowledgement"), timeoutMs);
         if (byte == kAck) {
             return;
         }
         if (byte == kNak) {
-            throw CZQException(here, ZQ_ERR_COM_SEND);
+            ZQ_THROW("CZQAdimecSerialProtocol::RecvAcknowledgement", ZQ_ERR_COM_SEND);
         }
     } while (watch.GetElapsed() <= timeoutMs);
-    throw CZQException(here, ZQ_ERR_COM_TIMEOUT);
+    ZQ_THROW("CZQAdimecSerialProtocol::RecvAcknowledgement", ZQ_ERR_COM_TIMEOUT);
 }
 
 void CZQAdimecSerialProtocol::RecvData(char* buffer, std::uint32_t size, std::uint32_t timeoutMs) {
-    const SourceLocation here = ZQ_HERE("CZQAdimecSerialProtocol::RecvData");
     buffer[0] = '\0';
     std::string data;
     bool isStarted = false;
     bool isEnded = false;
     const CZQStopWatch watch(true);
     while (!isEnded) {
-        const std::optional<char> byte = ReadByte(here, timeoutMs);
+        const std::optional<char> byte = ReadByte(ZQ_HERE("CZQAdimecSerialProtocol::RecvData"), timeoutMs);
         if (byte && !isStarted) {
             isStarted = byte == kStart;
         } else if (byte == kEnd) {
             isEnded = true;
         } else if (byte) {
             if (data.size() + 1 >= size) {
-                throw CZQException(here, ZQ_ERR_BUFFER_TOO_SMALL);
+                ZQ_THROW("CZQAdimecSerialProtocol::RecvData", ZQ_ERR_BUFFER_TOO_SMALL);
             }
             data += *byte;
         }
         // Too late is too late, even when the last byte has just come.
         if (watch.GetElapsed() > timeoutMs) {
-            throw CZQException(here, ZQ_ERR_COM_TIMEOUT);
+            ZQ_THROW("CZQAdimecSerialProtocol::RecvData", ZQ_ERR_COM_TIMEOUT);
         }
     }
     std::copy_n(data.c_str(), data.size() + 1, buffer);
@@ -175,7 +173,7 @@ std::int32_t CZQAdimecSerialProtocol::QueryErrorStatus() {
     }
 }
 
-std::optional<char> CZQAdimecSerialProtocol::ReadByte(const SourceLocation& here, std::uint32_t timeoutMs) {
+std::optional<char> CZQAdimecSerialProtocol::ReadByte(const SSourceLocation& here, std::uint32_t timeoutMs) {
     char byte = 0;
     try {
         if (m_port.Read(&byte, 1, timeoutMs) == 0) {

@@ -47,7 +47,7 @@ private:
     // How the last command went: 0 is well. Also 0 when the camera can't be asked.
     std::int32_t QueryErrorStatus();
     // Nothing when the port gives none and does not fail.
-    std::optional<char> ReadByte(const SourceLocation& here, std::uint32_t timeoutMs);
+    std::optional<char> ReadByte(const SSourceLocation& here, std::uint32_t timeoutMs);
 
     CZQSerialBase& m_port;
     std::mutex m_exchange;

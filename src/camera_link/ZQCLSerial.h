@@ -1,7 +1,5 @@
 #pragma once
 
-#include <array>
-
 #include "camera_link/ZQSerialBase.h"
 #include "foundation/ZQDynamicDLL.h"
 #include "foundation/ZQException.h"
@@ -37,13 +35,28 @@ public:
     std::uint32_t GetNofBytesAvail() override;
 
 private:
-    static constexpr std::size_t kNofFunctions = 12;
+    using Status = std::int32_t;
+    using Reference = void*;  // the library's handle of an open port
+    using Transfer = Status(Reference, char* buffer, std::uint32_t* size, std::uint32_t timeoutMs);
 
-    void CheckOpen(const SourceLocation& here) const;
+    void CheckOpen(const SSourceLocation& here) const;
 
-    // Per object: libraries of two makers may be in use at the same time.
-    std::array<void*, kNofFunctions> m_functions{};
-    void* m_reference = nullptr;  // the library's handle of the open port
+    // The interface has them all; a library that lacks one is none of its kind, also if it is never called. Per
+    // object: libraries of two makers may be in use at the same time.
+    CZQEntryPoint<Status(std::uint32_t* count)> m_getNumSerialPorts{*this, "clGetNumSerialPorts"};
+    const CZQNamedEntryPoint m_getSerialPortIdentifier{*this, "clGetSerialPortIdentifier"};
+    const CZQNamedEntryPoint m_getManufacturerInfo{*this, "clGetManufacturerInfo"};
+    const CZQNamedEntryPoint m_getErrorText{*this, "clGetErrorText"};
+    CZQEntryPoint<Status(std::uint32_t index, Reference* reference)> m_serialInit{*this, "clSerialInit"};
+    // Some makers declare it without a result: the status is then whatever the register holds.
+    CZQEntryPoint<Status(Reference)> m_serialClose{*this, "clSerialClose"};
+    CZQEntryPoint<Status(Reference, std::uint32_t code)> m_setBaudRate{*this, "clSetBaudRate"};
+    CZQEntryPoint<Transfer> m_serialRead{*this, "clSerialRead"};
+    CZQEntryPoint<Transfer> m_serialWrite{*this, "clSerialWrite"};
+    CZQEntryPoint<Status(Reference)> m_flushPort{*this, "clFlushPort"};
+    const CZQNamedEntryPoint m_getSupportedBaudRates{*this, "clGetSupportedBaudRates"};
+    CZQEntryPoint<Status(Reference, std::uint32_t* count)> m_getNumBytesAvail{*this, "clGetNumBytesAvail"};
+    Reference m_reference = nullptr;
 };
 
 }  // namespace ZQAPI

@@ -2,7 +2,6 @@
 
 #include <ZQAPI/ZQCommandModule.h>
 
-#include <array>
 #include <mutex>
 
 #include "foundation/ZQDynamicDLL.h"
@@ -20,11 +19,11 @@ public:
     // Loads the module file and opens a connection to the command address. Errors of CZQDynamicDLL; what the
     // module reports comes as its own number.
     void OpenCCM(const CZQString& moduleFile, const CZQString& parameter, const CZQString& commandAddress);
-    // The answer with its line feeds. ZQ_ERR_MODULE_NOT_OPEN, ZQ_ERR_CONNECTION_NOT_OPEN, the module's own
-    // number.
+    // The answer with its line feeds. ZQ_ERR_MODULE_NOT_OPEN, ZQ_ERR_CONNECTION_NOT_OPEN, the
+    // module's own number.
     CZQString SendCmd(const CZQString& command);
-    // Closes the connection and frees the module, also when the module then reports an error, which is
-    // thrown.
+    // Closes the connection and frees the module, also when the module then reports an error,
+    // which is thrown.
     void CloseCCM();
 
     // From any thread, for good: closes the connection, which ends a command under way in the kit's own
@@ -35,10 +34,11 @@ private:
     ZQCCM_HANDLE ConnectionInUse();
     void KeepConnection(ZQCCM_HANDLE connection);
     bool IsAborted();
-    std::int32_t CloseConnection(ZQCCM_HANDLE connection) const;
 
     // Per object: modules of several kinds are in use at the same time.
-    std::array<void*, 3> m_functions{};
+    CZQEntryPoint<decltype(ZQCCM_OpenCCM)> m_open{*this, "ZQCCM_OpenCCM"};
+    CZQEntryPoint<decltype(ZQCCM_CloseCCM)> m_close{*this, "ZQCCM_CloseCCM"};
+    CZQEntryPoint<decltype(ZQCCM_SendCmd)> m_send{*this, "ZQCCM_SendCmd"};
     std::mutex m_mutex;  // for what follows; held while the module closes a connection
     ZQCCM_HANDLE m_connection = 0;
     bool m_aborted = false;

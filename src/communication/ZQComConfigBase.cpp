@@ -6,7 +6,7 @@
 namespace ZQAPI {
 
 void CZQComConfigBase::WithSection(const CZQString& fileName, const CZQString& section,
-                                   const SourceLocation& here, std::int32_t errorNumber,
+                                   const SSourceLocation& here, std::int32_t errorNumber,
                                    const std::function<void(CZQIniFile&)>& access) {
     try {
         CZQIniFile file(fileName);

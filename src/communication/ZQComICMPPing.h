@@ -1,7 +1,5 @@
 #pragma once
 
-#include <array>
-
 #include "communication/ZQComWs2DllInit.h"
 #include "foundation/ZQDynamicDLL.h"
 #include "platform/EchoRequest.h"
@@ -20,7 +18,9 @@ public:
 
 private:
     CZQComWs2DllInit m_sockets;
-    std::array<void*, platform::kEchoFunctionCount> m_functions{};
+    CZQEntryPoint<platform::EchoFunctions::CreateHandle> m_createHandle{*this, "IcmpCreateFile"};
+    CZQEntryPoint<platform::EchoFunctions::CloseHandle> m_closeHandle{*this, "IcmpCloseHandle"};
+    CZQEntryPoint<platform::EchoFunctions::SendEcho> m_sendEcho{*this, "IcmpSendEcho"};
 };
 
 }  // namespace ZQAPI

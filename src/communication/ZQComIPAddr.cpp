@@ -15,8 +15,8 @@ void CZQComIPAddr::CreateByName(const CZQString& host, std::uint16_t port) {
     } else {
         platform::SystemErrorCode error = 0;
         if (!platform::TextToAddress(host.str(), address.addressBe, error)) {
-            throw CZQException(ZQ_HERE("CZQComIPAddr::CreateByName"), ZQ_ERR_HOST_LOOKUP, "strHost=%s; %s",
-                               host.c_str(), FormatSystemError(error).c_str());
+            ZQ_THROW("CZQComIPAddr::CreateByName", ZQ_ERR_HOST_LOOKUP, "strHost=%s; %s", host.c_str(),
+                     FormatSystemError(error).c_str());
         }
     }
     m_address = address;
@@ -27,8 +27,8 @@ CZQString CZQComIPAddr::GetAddressString(const platform::Ipv4SocketAddress& addr
     std::string text;
     platform::SystemErrorCode error = 0;
     if (!platform::AddressToText(address.addressBe, text, error)) {
-        throw CZQException(ZQ_HERE("CZQComIPAddr::GetAddressString"), ZQ_ERR_ADDRESS_TO_TEXT, "%s",
-                           FormatSystemError(error).c_str());
+        ZQ_THROW("CZQComIPAddr::GetAddressString", ZQ_ERR_ADDRESS_TO_TEXT, "%s",
+                 FormatSystemError(error).c_str());
     }
     return text;
 }

@@ -51,8 +51,8 @@ void CZQComImaqRS232::OpenLine() {
         status = m_library->OpenSession(m_interface, m_session);
     }
     if (status != 0) {
-        throw CZQException(ZQ_HERE("CZQComImaqRS232::Open"), ZQ_ERR_RS232_OPEN, "%s: %s",
-                           m_config.GetInterfaceName().c_str(), m_library->FormatStatus(status).c_str());
+        ZQ_THROW("CZQComImaqRS232::Open", ZQ_ERR_RS232_OPEN, "%s: %s", m_config.GetInterfaceName().c_str(),
+                 m_library->FormatStatus(status).c_str());
     }
 }
 
@@ -65,26 +65,24 @@ void CZQComImaqRS232::Close() noexcept {
     m_library.reset();
 }
 
-void CZQComImaqRS232::CheckOpen(const SourceLocation& here) const {
+void CZQComImaqRS232::CheckOpen(const SSourceLocation& here) const {
     if (!IsOpen()) {
         throw CZQException(here, ZQ_ERR_SERIAL_CLOSED);
     }
 }
 
 void CZQComImaqRS232::Flush() {
-    const SourceLocation here = ZQ_HERE("CZQComImaqRS232::Flush");
-    CheckOpen(here);
+    CheckOpen(ZQ_HERE("CZQComImaqRS232::Flush"));
     const CZQImaqLibrary::Status status = m_library->Flush(m_session);
     if (status != 0) {
-        throw CZQException(here, ZQ_ERR_RS232_FLUSH, "%s", m_library->FormatStatus(status).c_str());
+        ZQ_THROW("CZQComImaqRS232::Flush", ZQ_ERR_RS232_FLUSH, "%s", m_library->FormatStatus(status).c_str());
     }
 }
 
 std::uint32_t CZQComImaqRS232::Send(const void* buffer, std::uint32_t length) {
-    const SourceLocation here = ZQ_HERE("CZQComImaqRS232::Send");
-    CheckOpen(here);
+    CheckOpen(ZQ_HERE("CZQComImaqRS232::Send"));
     if (buffer == nullptr) {
-        throw CZQException(here, ZQ_ERR_NULL_INPUT);
+        ZQ_THROW("CZQComImaqRS232::Send", ZQ_ERR_NULL_INPUT);
     }
     if (length == 0) {
         return 0;
@@ -93,20 +91,19 @@ std::uint32_t CZQComImaqRS232::Send(const void* buffer, std::uint32_t length) {
     const CZQImaqLibrary::Status status =
         m_library->Write(m_session, {static_cast<const char*>(buffer), length}, written, kWriteTimeoutMs);
     if (status != 0 || written < length) {
-        throw CZQException(here, ZQ_ERR_COM_SEND, "%s", m_library->FormatStatus(status).c_str());
+        ZQ_THROW("CZQComImaqRS232::Send", ZQ_ERR_COM_SEND, "%s", m_library->FormatStatus(status).c_str());
     }
     return length;
 }
 
 std::uint32_t CZQComImaqRS232::Recv(void* buffer, std::uint32_t size, std::uint32_t timeoutMs,
                                     bool returnOnFirstData) {
-    const SourceLocation here = ZQ_HERE("CZQComImaqRS232::Recv");
     if (returnOnFirstData) {
-        throw CZQException(here, ZQ_ERR_NOT_SUPPORTED);
+        ZQ_THROW("CZQComImaqRS232::Recv", ZQ_ERR_NOT_SUPPORTED);
     }
-    CheckOpen(here);
+    CheckOpen(ZQ_HERE("CZQComImaqRS232::Recv"));
     if (buffer == nullptr) {
-        throw CZQException(here, ZQ_ERR_NULL_OUTPUT);
+        ZQ_THROW("CZQComImaqRS232::Recv", ZQ_ERR_NULL_OUTPUT);
     }
     m_abort.exchange(false);
     const Clock::time_point deadline = Clock::now() + std::chrono::milliseconds(timeoutMs);
@@ -117,21 +114,20 @@ std::uint32_t CZQComImaqRS232::Recv(void* buffer, std::uint32_t size, std::uint3
 }
 
 void CZQComImaqRS232::RecvByte(char& byte, Clock::time_point deadline) {
-    const SourceLocation here = ZQ_HERE("CZQComImaqRS232::Recv");
     for (;;) {
         const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
         const auto wait = std::clamp(left, std::chrono::milliseconds::zero(), kMaxWait);
         const CZQImaqLibrary::Status status =
             m_library->ReadByte(m_session, byte, static_cast<std::uint32_t>(wait.count()));
         if (status != 0 && !CZQImaqLibrary::IsReadTimeout(status)) {
-            throw CZQException(here, ZQ_ERR_COM_RECV, "%s", m_library->FormatStatus(status).c_str());
+            ZQ_THROW("CZQComImaqRS232::Recv", ZQ_ERR_COM_RECV, "%s", m_library->FormatStatus(status).c_str());
         }
         // Before completion is tested: a byte that comes too late doesn't count.
         if (Clock::now() > deadline) {
-            throw CZQException(here, ZQ_ERR_COM_TIMEOUT);
+            ZQ_THROW("CZQComImaqRS232::Recv", ZQ_ERR_COM_TIMEOUT);
         }
         if (m_abort.load()) {
-            throw CZQException(here, ZQ_ERR_COM_ABORTED);
+            ZQ_THROW("CZQComImaqRS232::Recv", ZQ_ERR_COM_ABORTED);
         }
         if (status == 0) {
             return;

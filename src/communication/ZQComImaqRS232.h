@@ -41,7 +41,7 @@ private:
     void OpenLine();
     // One byte by the deadline: past it, ZQ_ERR_COM_TIMEOUT.
     void RecvByte(char& byte, std::chrono::steady_clock::time_point deadline);
-    void CheckOpen(const SourceLocation& here) const;
+    void CheckOpen(const SSourceLocation& here) const;
 
     const CZQString m_kitFolder;
     std::optional<CZQImaqLibrary> m_library;  // there while the line is open

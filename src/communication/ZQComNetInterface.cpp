@@ -10,7 +10,6 @@ namespace ZQAPI {
 void CZQComNetInterface::SearchForInterfaces(std::vector<CZQComNetInterface>& interfaces) {
     // The list is asked for with room for so many.
     constexpr std::size_t kMaxInterfaces = 32;
-    const SourceLocation here = ZQ_HERE("CZQComNetInterface::SearchForInterfaces");
     interfaces.clear();
     const CZQComWs2DllInit sockets;
     std::vector<platform::NetworkInterfaceRecord> records;
@@ -18,8 +17,9 @@ void CZQComNetInterface::SearchForInterfaces(std::vector<CZQComNetInterface>& in
     const auto result = platform::ListNetworkInterfaces(kMaxInterfaces, records, error);
     if (result != platform::InterfaceListResult::kOk) {
         const bool noSocket = result == platform::InterfaceListResult::kNoSocket;
-        throw CZQException(here, noSocket ? ZQ_ERR_SOCKET_CREATE : ZQ_ERR_SOCKET_OPTION, "%s",
-                           FormatSystemError(error).c_str());
+        ZQ_THROW("CZQComNetInterface::SearchForInterfaces",
+                 noSocket ? ZQ_ERR_SOCKET_CREATE : ZQ_ERR_SOCKET_OPTION, "%s",
+                 FormatSystemError(error).c_str());
     }
     for (const platform::NetworkInterfaceRecord& record : records) {
         interfaces.emplace_back(record);

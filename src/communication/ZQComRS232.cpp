@@ -33,14 +33,13 @@ void CZQComRS232::Open(const CZQString& fileName, const CZQString& section) {
 }
 
 void CZQComRS232::Open(const CZQComConfigBase& config) {
-    const SourceLocation here = ZQ_HERE("CZQComRS232::Open");
-    m_config = CastConfig<CZQComRS232Config>(config, here);
+    m_config = CastConfig<CZQComRS232Config>(config, ZQ_HERE("CZQComRS232::Open"));
     Close();
 
     platform::SystemErrorCode error = 0;
     if (!m_port.Open(m_config.GetPortName().str(), error)) {
-        throw CZQException(here, ZQ_ERR_RS232_OPEN, "%s: %s", m_config.GetPortName().c_str(),
-                           FormatSystemError(error).c_str());
+        ZQ_THROW("CZQComRS232::Open", ZQ_ERR_RS232_OPEN, "%s: %s", m_config.GetPortName().c_str(),
+                 FormatSystemError(error).c_str());
     }
     try {
         SetUp();
@@ -52,18 +51,17 @@ void CZQComRS232::Open(const CZQComConfigBase& config) {
 }
 
 void CZQComRS232::SetUp() {
-    const SourceLocation here = ZQ_HERE("CZQComRS232::Open");
     const CZQString name = m_config.GetPortName();
     platform::SystemErrorCode error = 0;
     if (!m_port.SetQueues(kQueueSize, kQueueSize, error)) {
-        throw CZQException(here, ZQ_ERR_RS232_QUEUES, "%s: %s", name.c_str(),
-                           FormatSystemError(error).c_str());
+        ZQ_THROW("CZQComRS232::Open", ZQ_ERR_RS232_QUEUES, "%s: %s", name.c_str(),
+                 FormatSystemError(error).c_str());
     }
     SetCOMConfiguration(m_config);
     const std::chrono::milliseconds perByte = TimePerByte(m_config.GetBaudRate());
     if (!m_port.SetTimeouts({kReadInterval, perByte, kConstantTime, perByte, kConstantTime}, error)) {
-        throw CZQException(here, ZQ_ERR_RS232_TIMEOUTS, "%s: %s", name.c_str(),
-                           FormatSystemError(error).c_str());
+        ZQ_THROW("CZQComRS232::Open", ZQ_ERR_RS232_TIMEOUTS, "%s: %s", name.c_str(),
+                 FormatSystemError(error).c_str());
     }
     Flush();
 }
@@ -71,13 +69,11 @@ void CZQComRS232::SetUp() {
 void CZQComRS232::SetCOMConfiguration(const CZQComRS232Config& config) {
     using Line = platform::SerialControl::Line;
     using Handshake = CZQComRS232Config::Handshake;
-    const SourceLocation here = ZQ_HERE("CZQComRS232::SetCOMConfiguration");
     platform::SerialControl control;
     platform::SystemErrorCode error = 0;
     if (!m_port.ReadControl(control, error)) {
-        throw CZQException(here, ZQ_ERR_RS232_READ_SETTINGS, "%s: Config=%s; %s",
-                           config.GetPortName().c_str(), config.ToString().c_str(),
-                           FormatSystemError(error).c_str());
+        ZQ_THROW("CZQComRS232::SetCOMConfiguration", ZQ_ERR_RS232_READ_SETTINGS, "%s: Config=%s; %s",
+                 config.GetPortName().c_str(), config.ToString().c_str(), FormatSystemError(error).c_str());
     }
     const bool isHardware = config.GetHandshake() == Handshake::kHardware;
     const bool isXonXoff = config.GetHandshake() == Handshake::kXonXoff;
@@ -92,8 +88,8 @@ void CZQComRS232::SetCOMConfiguration(const CZQComRS232Config& config) {
     control.xonXoffOutput = isXonXoff;
     control.xonXoffInput = isXonXoff;
     if (!m_port.WriteControl(control, error)) {
-        throw CZQException(here, ZQ_ERR_RS232_SETTINGS, "%s: Config=%s; %s", config.GetPortName().c_str(),
-                           config.ToString().c_str(), FormatSystemError(error).c_str());
+        ZQ_THROW("CZQComRS232::SetCOMConfiguration", ZQ_ERR_RS232_SETTINGS, "%s: Config=%s; %s",
+                 config.GetPortName().c_str(), config.ToString().c_str(), FormatSystemError(error).c_str());
     }
 }
 
@@ -101,26 +97,24 @@ void CZQComRS232::Close() noexcept {
     m_port.Close();
 }
 
-void CZQComRS232::CheckOpen(const SourceLocation& here) const {
+void CZQComRS232::CheckOpen(const SSourceLocation& here) const {
     if (!m_port.IsOpen()) {
         throw CZQException(here, ZQ_ERR_SERIAL_CLOSED);
     }
 }
 
 void CZQComRS232::Flush() {
-    const SourceLocation here = ZQ_HERE("CZQComRS232::Flush");
-    CheckOpen(here);
+    CheckOpen(ZQ_HERE("CZQComRS232::Flush"));
     platform::SystemErrorCode error = 0;
     if (!m_port.Purge(error)) {
-        throw CZQException(here, ZQ_ERR_RS232_FLUSH, "%s", FormatSystemError(error).c_str());
+        ZQ_THROW("CZQComRS232::Flush", ZQ_ERR_RS232_FLUSH, "%s", FormatSystemError(error).c_str());
     }
 }
 
 std::uint32_t CZQComRS232::Send(const void* buffer, std::uint32_t length) {
-    const SourceLocation here = ZQ_HERE("CZQComRS232::Send");
-    CheckOpen(here);
+    CheckOpen(ZQ_HERE("CZQComRS232::Send"));
     if (buffer == nullptr) {
-        throw CZQException(here, ZQ_ERR_NULL_INPUT);
+        ZQ_THROW("CZQComRS232::Send", ZQ_ERR_NULL_INPUT);
     }
     if (length == 0) {
         return 0;
@@ -128,20 +122,19 @@ std::uint32_t CZQComRS232::Send(const void* buffer, std::uint32_t length) {
     platform::SystemErrorCode error = 0;
     const auto written = m_port.Write({static_cast<const std::byte*>(buffer), length}, error);
     if (!written || *written < length) {
-        throw CZQException(here, ZQ_ERR_COM_SEND, "%s", FormatSystemError(error).c_str());
+        ZQ_THROW("CZQComRS232::Send", ZQ_ERR_COM_SEND, "%s", FormatSystemError(error).c_str());
     }
     return length;
 }
 
 std::uint32_t CZQComRS232::Recv(void* buffer, std::uint32_t size, std::uint32_t timeoutMs,
                                 bool returnOnFirstData) {
-    const SourceLocation here = ZQ_HERE("CZQComRS232::Recv");
     if (returnOnFirstData) {
-        throw CZQException(here, ZQ_ERR_NOT_SUPPORTED);
+        ZQ_THROW("CZQComRS232::Recv", ZQ_ERR_NOT_SUPPORTED);
     }
-    CheckOpen(here);
+    CheckOpen(ZQ_HERE("CZQComRS232::Recv"));
     if (buffer == nullptr) {
-        throw CZQException(here, ZQ_ERR_NULL_OUTPUT);
+        ZQ_THROW("CZQComRS232::Recv", ZQ_ERR_NULL_OUTPUT);
     }
     const CZQStopWatch watch(true);
     m_abort.exchange(false);
@@ -150,15 +143,15 @@ std::uint32_t CZQComRS232::Recv(void* buffer, std::uint32_t size, std::uint32_t 
         platform::SystemErrorCode error = 0;
         const auto count = m_port.Read(room.subspan(received), error);
         if (!count) {
-            throw CZQException(here, ZQ_ERR_COM_RECV, "%s", FormatSystemError(error).c_str());
+            ZQ_THROW("CZQComRS232::Recv", ZQ_ERR_COM_RECV, "%s", FormatSystemError(error).c_str());
         }
         received += *count;
         // Before completion is tested: bytes that come too late don't count.
         if (watch.GetElapsed() > timeoutMs) {
-            throw CZQException(here, ZQ_ERR_COM_TIMEOUT);
+            ZQ_THROW("CZQComRS232::Recv", ZQ_ERR_COM_TIMEOUT);
         }
         if (m_abort.load()) {
-            throw CZQException(here, ZQ_ERR_COM_ABORTED);
+            ZQ_THROW("CZQComRS232::Recv", ZQ_ERR_COM_ABORTED);
         }
     }
     return size;

@@ -44,7 +44,7 @@ private:
     void SetUp();
     // Gives the port the line settings of the configuration.
     void SetCOMConfiguration(const CZQComRS232Config& config);
-    void CheckOpen(const SourceLocation& here) const;
+    void CheckOpen(const SSourceLocation& here) const;
 
     platform::SerialPort m_port;
     std::atomic<bool> m_abort{false};

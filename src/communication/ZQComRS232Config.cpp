@@ -48,8 +48,8 @@ CZQComRS232Config::CZQComRS232Config(std::uint32_t portNumber, const CZQString& 
     platform::SerialControl control;
     platform::SystemErrorCode error = 0;
     if (!platform::ParseModeText(modeText.str(), control, error)) {
-        throw CZQException(ZQ_HERE("CZQComRS232Config::CZQComRS232Config"), ZQ_ERR_RS232_MODE_TEXT,
-                           "strConfig=%s; %s", modeText.c_str(), FormatSystemError(error).c_str());
+        ZQ_THROW("CZQComRS232Config::CZQComRS232Config", ZQ_ERR_RS232_MODE_TEXT, "strConfig=%s; %s",
+                 modeText.c_str(), FormatSystemError(error).c_str());
     }
     m_baudRate = control.baudRate;
     m_dataBits = control.dataBits;
@@ -68,31 +68,31 @@ CZQString CZQComRS232Config::GetPortName() const {
 }
 
 void CZQComRS232Config::LoadFromFile(const CZQString& fileName, const CZQString& section) {
-    const SourceLocation here = ZQ_HERE("CZQComRS232Config::LoadFromFile");
-    WithSection(fileName, section, here, ZQ_ERR_COM_CONFIG_LOAD, [this, &here](CZQIniFile& file) {
-        CZQComRS232Config loaded(*this);
-        std::int32_t portNumber = 0;
-        std::int32_t baudRate = 0;
-        CZQString parity;
-        CZQString handshake;
-        file.ReadLong("COMPort", portNumber);
-        file.ReadLong("Baudrate", baudRate);
-        file.ReadByte("Databits", loaded.m_dataBits);
-        file.ReadByte("StopBits", loaded.m_stopBits);
-        file.ReadString("Parity", parity);
-        if (!ParseWord(parity.MakeUpper(), kParities, loaded.m_parity)) {
-            throw CZQException(here, ZQ_ERR_BAD_VALUE, "RS232.Parity=%s; Validvalues: 'NO', 'ODD' 'EVEN'",
-                               parity.c_str());
-        }
-        file.ReadString("Handshake", handshake);
-        if (!ParseWord(handshake, kHandshakes, loaded.m_handshake)) {
-            throw CZQException(here, ZQ_ERR_BAD_VALUE,
-                               "RS232.Handshake=%s; Validvalues: 'NO', 'HW' 'XON/XOFF'", handshake.c_str());
-        }
-        loaded.m_portNumber = static_cast<std::uint32_t>(portNumber);
-        loaded.m_baudRate = static_cast<std::uint32_t>(baudRate);
-        *this = loaded;
-    });
+    WithSection(fileName, section, ZQ_HERE("CZQComRS232Config::LoadFromFile"), ZQ_ERR_COM_CONFIG_LOAD,
+                [this](CZQIniFile& file) {
+                    CZQComRS232Config loaded(*this);
+                    std::int32_t portNumber = 0;
+                    std::int32_t baudRate = 0;
+                    CZQString parity;
+                    CZQString handshake;
+                    file.ReadLong("COMPort", portNumber);
+                    file.ReadLong("Baudrate", baudRate);
+                    file.ReadByte("Databits", loaded.m_dataBits);
+                    file.ReadByte("StopBits", loaded.m_stopBits);
+                    file.ReadString("Parity", parity);
+                    if (!ParseWord(parity.MakeUpper(), kParities, loaded.m_parity)) {
+                        ZQ_THROW("CZQComRS232Config::LoadFromFile", ZQ_ERR_BAD_VALUE,
+                                 "RS232.Parity=%s; Validvalues: 'NO', 'ODD' 'EVEN'", parity.c_str());
+                    }
+                    file.ReadString("Handshake", handshake);
+                    if (!ParseWord(handshake, kHandshakes, loaded.m_handshake)) {
+                        ZQ_THROW("CZQComRS232Config::LoadFromFile", ZQ_ERR_BAD_VALUE,
+                                 "RS232.Handshake=%s; Validvalues: 'NO', 'HW' 'XON/XOFF'", handshake.c_str());
+                    }
+                    loaded.m_portNumber = static_cast<std::uint32_t>(portNumber);
+                    loaded.m_baudRate = static_cast<std::uint32_t>(baudRate);
+                    *this = loaded;
+                });
 }
 
 void CZQComRS232Config::SaveToFile(const CZQString& fileName, const CZQString& section) const {

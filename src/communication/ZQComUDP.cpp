@@ -36,25 +36,24 @@ void CZQComUDP::Open(const CZQString& fileName, const CZQString& section) {
 }
 
 void CZQComUDP::Open(const CZQComConfigBase& config) {
-    const SourceLocation here = ZQ_HERE("CZQComUDP::Open");
-    m_config = CastConfig<CZQComUDPConfig>(config, here);
+    m_config = CastConfig<CZQComUDPConfig>(config, ZQ_HERE("CZQComUDP::Open"));
     Close();
 
     const CZQComIPAddr remote(m_config.GetHostName(), m_config.GetPortNumber());
     platform::SystemErrorCode error = 0;
     if (!m_socket.Open(error)) {
-        throw CZQException(here, ZQ_ERR_SOCKET_CREATE, "%s", FormatSystemError(error).c_str());
+        ZQ_THROW("CZQComUDP::Open", ZQ_ERR_SOCKET_CREATE, "%s", FormatSystemError(error).c_str());
     }
     if (const CZQComNetInterface* const card = m_config.GetBoundInterface()) {
         platform::Ipv4SocketAddress local = card->GetSocketAddress();
         local.portBe = 0;
         if (!m_socket.Bind(local, error)) {
-            throw CZQException(here, ZQ_ERR_SOCKET_CREATE, "%s", FormatSystemError(error).c_str());
+            ZQ_THROW("CZQComUDP::Open", ZQ_ERR_SOCKET_CREATE, "%s", FormatSystemError(error).c_str());
         }
     }
     if (remote.IsBroadcast()) {
         if (!m_socket.EnableBroadcast(error)) {
-            throw CZQException(here, ZQ_ERR_SOCKET_OPTION, "%s", FormatSystemError(error).c_str());
+            ZQ_THROW("CZQComUDP::Open", ZQ_ERR_SOCKET_OPTION, "%s", FormatSystemError(error).c_str());
         }
         MakeRoomForAnswers();
     }
@@ -78,19 +77,18 @@ void CZQComUDP::Close() noexcept {
 }
 
 std::uint32_t CZQComUDP::Send(const void* buffer, std::uint32_t length) {
-    const SourceLocation here = ZQ_HERE("CZQComUDP::Send");
     if (!m_open) {
-        throw CZQException(here, ZQ_ERR_UDP_SEND_CLOSED);
+        ZQ_THROW("CZQComUDP::Send", ZQ_ERR_UDP_SEND_CLOSED);
     }
     if (buffer == nullptr) {
-        throw CZQException(here, ZQ_ERR_NULL_INPUT);
+        ZQ_THROW("CZQComUDP::Send", ZQ_ERR_NULL_INPUT);
     }
     platform::SystemErrorCode error = 0;
     const auto sent =
         m_socket.SendTo(m_remoteAddress, {static_cast<const std::byte*>(buffer), length}, error);
     if (!sent || *sent < length) {
-        throw CZQException(here, ZQ_ERR_COM_SEND, "Host=%s, %s", m_config.GetHostName().c_str(),
-                           FormatSystemError(error).c_str());
+        ZQ_THROW("CZQComUDP::Send", ZQ_ERR_COM_SEND, "Host=%s, %s", m_config.GetHostName().c_str(),
+                 FormatSystemError(error).c_str());
     }
     return length;
 }
@@ -100,8 +98,8 @@ std::uint32_t CZQComUDP::ReceiveDatagram(std::span<std::byte> buffer) {
     platform::SystemErrorCode error = 0;
     const auto received = m_socket.ReceiveFrom(buffer, m_sender, error);
     if (!received) {
-        throw CZQException(ZQ_HERE("CZQComUDP::Recv"), ZQ_ERR_COM_RECV, "Host=%s, %s",
-                           m_config.GetHostName().c_str(), FormatSystemError(error).c_str());
+        ZQ_THROW("CZQComUDP::Recv", ZQ_ERR_COM_RECV, "Host=%s, %s", m_config.GetHostName().c_str(),
+                 FormatSystemError(error).c_str());
     }
     const bool counts = m_remoteAddress.addressBe == kBroadcastBe || m_sender == m_remoteAddress;
     return counts ? static_cast<std::uint32_t>(*received) : 0;
@@ -109,12 +107,11 @@ std::uint32_t CZQComUDP::ReceiveDatagram(std::span<std::byte> buffer) {
 
 std::uint32_t CZQComUDP::Recv(void* buffer, std::uint32_t size, std::uint32_t timeoutMs,
                               bool returnOnFirstData) {
-    const SourceLocation here = ZQ_HERE("CZQComUDP::Recv");
     if (!m_open) {
-        throw CZQException(here, ZQ_ERR_UDP_RECV_CLOSED);
+        ZQ_THROW("CZQComUDP::Recv", ZQ_ERR_UDP_RECV_CLOSED);
     }
     if (buffer == nullptr) {
-        throw CZQException(here, ZQ_ERR_NULL_OUTPUT);
+        ZQ_THROW("CZQComUDP::Recv", ZQ_ERR_NULL_OUTPUT);
     }
     if (size == 0) {
         return 0;
@@ -133,21 +130,21 @@ std::uint32_t CZQComUDP::Recv(void* buffer, std::uint32_t size, std::uint32_t ti
         const auto pending = m_socket.NextDatagramSize();
         if (pending) {
             if (returnOnFirstData && *pending > size) {
-                throw CZQException(here, ZQ_ERR_BUFFER_TOO_SMALL, "Host=%s, NeededBytes=%ld, BufferSize=%ld",
-                                   m_config.GetHostName().c_str(), static_cast<long>(*pending),
-                                   static_cast<long>(size));
+                ZQ_THROW("CZQComUDP::Recv", ZQ_ERR_BUFFER_TOO_SMALL,
+                         "Host=%s, NeededBytes=%ld, BufferSize=%ld", m_config.GetHostName().c_str(),
+                         static_cast<long>(*pending), static_cast<long>(size));
             }
             received += ReceiveDatagram(room.subspan(received));
         }
-        // What had arrived by the deadline counts: the limit passes, as the library's clock shows it, with
-        // the millisecond after. Tested before completion: what completes the buffer later than that is too
-        // late.
+        // What had arrived by the deadline counts: the limit passes, as the library's clock shows it,
+        // with the millisecond after. Tested before completion: what completes the buffer later than that
+        // is too late.
         const Clock::time_point now = Clock::now();
         if (now >= deadline + kClockStep || (!pending && now >= deadline)) {
-            throw CZQException(here, ZQ_ERR_COM_TIMEOUT);
+            ZQ_THROW("CZQComUDP::Recv", ZQ_ERR_COM_TIMEOUT);
         }
         if (m_abort.load()) {
-            throw CZQException(here, ZQ_ERR_COM_ABORTED);
+            ZQ_THROW("CZQComUDP::Recv", ZQ_ERR_COM_ABORTED);
         }
     }
     return received;
@@ -159,16 +156,15 @@ bool CZQComUDP::WaitForDatagram(std::uint32_t timeoutMs) noexcept {
 }
 
 void CZQComUDP::Flush() {
-    const SourceLocation here = ZQ_HERE("CZQComUDP::Flush");
     if (!m_open) {
-        throw CZQException(here, ZQ_ERR_UDP_RECV_CLOSED);
+        ZQ_THROW("CZQComUDP::Flush", ZQ_ERR_UDP_RECV_CLOSED);
     }
     std::array<std::byte, 1024> scratch{};
     while (m_socket.NextDatagramSize()) {
         // Each sender becomes the channel's remote address: kept on purpose.
         platform::SystemErrorCode error = 0;
         if (!m_socket.ReceiveFrom(scratch, m_remoteAddress, error)) {
-            throw CZQException(here, ZQ_ERR_COM_RECV, "%s", FormatSystemError(error).c_str());
+            ZQ_THROW("CZQComUDP::Flush", ZQ_ERR_COM_RECV, "%s", FormatSystemError(error).c_str());
         }
     }
 }

@@ -28,8 +28,8 @@ void CZQComUDPConfig::LoadFromFile(const CZQString& fileName, const CZQString& s
                     file.ReadString("HostName", hostName);
                     file.ReadLong("PortNumber", portNumber);
                     if (!std::in_range<std::uint16_t>(portNumber)) {
-                        throw CZQException(ZQ_HERE("CZQComUDPConfig::LoadFromFile"), ZQ_ERR_BAD_VALUE,
-                                           "PortNumber=%ld", static_cast<long>(portNumber));
+                        ZQ_THROW("CZQComUDPConfig::LoadFromFile", ZQ_ERR_BAD_VALUE, "PortNumber=%ld",
+                                 static_cast<long>(portNumber));
                     }
                     m_hostName = std::move(hostName);
                     m_portNumber = static_cast<std::uint16_t>(portNumber);

@@ -16,16 +16,15 @@ std::atomic<int> g_useCount{0};
 }  // namespace
 
 void CZQComWs2DllInit::Startup() {
-    const SourceLocation here = ZQ_HERE("CZQComWs2DllInit::Startup");
     std::uint8_t low = 0;
     std::uint8_t high = 0;
     platform::SystemErrorCode error = 0;
     if (!platform::StartSocketLibrary(low, high, error)) {
-        throw CZQException(here, ZQ_ERR_SOCKETS_START, "%s", FormatSystemError(error).c_str());
+        ZQ_THROW("CZQComWs2DllInit::Startup", ZQ_ERR_SOCKETS_START, "%s", FormatSystemError(error).c_str());
     }
     if (low != 2 || high != 0) {
         platform::StopSocketLibrary();
-        throw CZQException(here, ZQ_ERR_SOCKETS_VERSION);
+        ZQ_THROW("CZQComWs2DllInit::Startup", ZQ_ERR_SOCKETS_VERSION);
     }
     ++g_useCount;
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <span>
 
@@ -42,18 +41,17 @@ private:
     // After the kit's own has failed, which is told as the cause when this one fails, too.
     void OpenSystems(const CZQException& afterKits);
 
-    enum Function {
-        kQueryNames,
-        kInterfaceOpen,
-        kSessionOpen,
-        kClose,
-        kWrite,
-        kReadBytes,
-        kFlush,
-        kShowError
-    };
-
-    std::array<void*, kShowError + 1> m_functions{};
+    // As in the library's C interface (niimaq.h). All of them are stdcall, which makes a difference in 32-bit
+    // programs alone.
+    CZQEntryPoint<Status(std::uint32_t index, char* name)> m_queryNames{*this, "imgInterfaceQueryNames"};
+    CZQEntryPoint<Status(const char* name, Id* interfaceId)> m_openInterface{*this, "imgInterfaceOpen"};
+    CZQEntryPoint<Status(Id interfaceId, Id* sessionId)> m_openSession{*this, "imgSessionOpen"};
+    CZQEntryPoint<Status(Id id, std::uint32_t freeResources)> m_close{*this, "imgClose"};
+    using Transfer = Status(Id sessionId, char* buffer, std::uint32_t* size, std::uint32_t timeoutMs);
+    CZQEntryPoint<Transfer> m_write{*this, "imgSessionSerialWrite"};
+    CZQEntryPoint<Transfer> m_readBytes{*this, "imgSessionSerialReadBytes"};
+    CZQEntryPoint<Status(Id sessionId)> m_flush{*this, "imgSessionSerialFlush"};
+    CZQEntryPoint<Status(Status status, char* text)> m_showError{*this, "imgShowError"};
 };
 
 }  // namespace ZQAPI

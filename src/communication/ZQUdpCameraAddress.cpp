@@ -15,16 +15,15 @@ constexpr std::uint32_t kNoAddressYet = 0;
 std::uint32_t AddressIn(std::string_view text, const CZQString& whole) {
     const auto address = ParseIpv4(text);
     if (!address) {
-        throw CZQException(ZQ_HERE("CZQUdpCameraAddress::CZQUdpCameraAddress"), ZQ_ERR_HOST_LOOKUP,
-                           "Address=%s; not a complete IPv4 address", whole.c_str());
+        ZQ_THROW("CZQUdpCameraAddress::CZQUdpCameraAddress", ZQ_ERR_HOST_LOOKUP,
+                 "Address=%s; not a complete IPv4 address", whole.c_str());
     }
     return *address;
 }
 
 void Require(bool condition, const CZQString& whole) {
     if (!condition) {
-        throw CZQException(ZQ_HERE("CZQUdpCameraAddress::CZQUdpCameraAddress"), ZQ_ERR_BAD_VALUE,
-                           "Address=%s", whole.c_str());
+        ZQ_THROW("CZQUdpCameraAddress::CZQUdpCameraAddress", ZQ_ERR_BAD_VALUE, "Address=%s", whole.c_str());
     }
 }
 

@@ -68,8 +68,8 @@ std::string_view CZQDeviceInfo::View(const Field& field) noexcept {
 
 void CZQDeviceInfo::SetText(Field& field, const char* name, const CZQString& text) {
     if (text.GetLength() > kMaxTextLength) {
-        throw CZQException(ZQ_HERE("CZQDeviceInfo::SetText"), ZQ_ERR_TEXT_TOO_LONG, "Field=%s; strlen=%ld",
-                           name, static_cast<long>(text.GetLength()));
+        ZQ_THROW("CZQDeviceInfo::SetText", ZQ_ERR_TEXT_TOO_LONG, "Field=%s; strlen=%ld", name,
+                 static_cast<long>(text.GetLength()));
     }
     text.CopyToChars(field, static_cast<std::int32_t>(kMaxTextLength));
     std::fill(field + text.GetLength(), std::end(field), '\0');
@@ -83,8 +83,7 @@ bool CZQDeviceInfo::ReadsBack(const CZQString& text) noexcept {
 void CZQDeviceInfo::CheckTerminated() const {
     ForEachField(m_record, [](const char* name, const Field& field) {
         if (View(field).size() == ZQDEV_FIELD_SIZE) {
-            throw CZQException(ZQ_HERE("CZQDeviceInfo::CheckTerminated"), ZQ_ERR_TEXT_TOO_LONG, "Field=%s",
-                               name);
+            ZQ_THROW("CZQDeviceInfo::CheckTerminated", ZQ_ERR_TEXT_TOO_LONG, "Field=%s", name);
         }
     });
 }
@@ -92,7 +91,7 @@ void CZQDeviceInfo::CheckTerminated() const {
 void CZQDeviceInfo::CheckPrintable() const {
     ForEachField(m_record, [](const char* name, const Field& field) {
         if (Text(field).HasControlCharacter()) {
-            throw CZQException(ZQ_HERE("CZQDeviceInfo::CheckPrintable"), ZQ_ERR_BAD_VALUE, "Field=%s", name);
+            ZQ_THROW("CZQDeviceInfo::CheckPrintable", ZQ_ERR_BAD_VALUE, "Field=%s", name);
         }
     });
 }
@@ -108,15 +107,14 @@ void CZQDeviceInfo::CheckName() const {
                            kLostAtEnds.find(name.back()) == std::string_view::npos &&
                            !std::string_view(CZQIniFile::kEmptyValue).starts_with(name);
     if (!readsBack) {
-        throw CZQException(ZQ_HERE("CZQDeviceInfo::CheckName"), ZQ_ERR_BAD_VALUE, "Name=%s",
-                           Text(m_record.Name).c_str());
+        ZQ_THROW("CZQDeviceInfo::CheckName", ZQ_ERR_BAD_VALUE, "Name=%s", Text(m_record.Name).c_str());
     }
 }
 
 void CZQDeviceInfo::LoadFromIni(CZQIniFile& file, const CZQString& section) {
     if (section.GetLength() > kMaxNameLength) {
-        throw CZQException(ZQ_HERE("CZQDeviceInfo::LoadFromIni"), ZQ_ERR_TEXT_TOO_LONG, "Section=%s; File=%s",
-                           section.c_str(), file.GetFileName().c_str());
+        ZQ_THROW("CZQDeviceInfo::LoadFromIni", ZQ_ERR_TEXT_TOO_LONG, "Section=%s; File=%s", section.c_str(),
+                 file.GetFileName().c_str());
     }
     SetName(section);
     for (const SectionLayout& layout : kSections) {

@@ -39,8 +39,8 @@ std::string TextOf(const CZQDeviceList& list, const CZQString& path) {
 
 CZQDeviceInfo CZQDeviceList::GetDevice(std::uint32_t index) const {
     if (index >= GetCount()) {
-        throw CZQException(ZQ_HERE("CZQDeviceList::GetDevice"), ZQ_ERR_BAD_INDEX, "dwIdx=%s, ArraySize=%ld",
-                           std::to_string(index).c_str(), static_cast<long>(GetCount()));
+        ZQ_THROW("CZQDeviceList::GetDevice", ZQ_ERR_BAD_INDEX, "dwIdx=%s, ArraySize=%ld",
+                 std::to_string(index).c_str(), static_cast<long>(GetCount()));
     }
     return m_devices[index];
 }
@@ -62,8 +62,8 @@ void CZQDeviceList::AddDevice(const CZQDeviceInfo& device, bool rename) {
 void CZQDeviceList::ModifyDevice(const CZQDeviceInfo& device) {
     const std::int32_t index = FindDeviceByID(device.GetDeviceID());
     if (index < 0) {
-        throw CZQException(ZQ_HERE("CZQDeviceList::ModifyDevice"), ZQ_ERR_BAD_INDEX, "DeviceID=%s",
-                           device.GetDeviceID().c_str());
+        ZQ_THROW("CZQDeviceList::ModifyDevice", ZQ_ERR_BAD_INDEX, "DeviceID=%s",
+                 device.GetDeviceID().c_str());
     }
     m_devices[static_cast<std::size_t>(index)] = device;
 }
@@ -100,8 +100,7 @@ void CZQDeviceList::SaveToFile(const CZQString& path) const {
             throw;
         }
         exception.AddCatchLocation(ZQ_HERE("CZQDeviceList::SaveToFile"));
-        throw CZQException(ZQ_HERE("CZQDeviceList::SaveToFile"), ZQ_ERR_INI_WRITE, "%s",
-                           exception.GetExtraText().c_str())
+        ZQ_THROW("CZQDeviceList::SaveToFile", ZQ_ERR_INI_WRITE, "%s", exception.GetExtraText().c_str())
             .CausedBy(exception);
     }
 }

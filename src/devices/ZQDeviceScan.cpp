@@ -118,9 +118,9 @@ private:
 };
 
 void ReportTimeout() {
-    const SourceLocation here = ZQ_HERE("CZQDeviceScan::Run");
-    CZQException timeout(here, ZQ_ERR_WAIT_FAILED, "TIMEOUT during scan for devices");
-    timeout.AddCatchLocation(here);
+    CZQException timeout(ZQ_HERE("CZQDeviceScan::Run"), ZQ_ERR_WAIT_FAILED,
+                         "TIMEOUT during scan for devices");
+    timeout.AddCatchLocation(ZQ_HERE("CZQDeviceScan::Run"));
     LogException(kLogLevel, timeout);
 }
 

@@ -18,9 +18,9 @@ public:
     // Runs on a thread of its own; `found` may be read from another one meanwhile, through its own lock.
     virtual void Scan(CZQDeviceList& found) = 0;
 
-    // Refreshes addresses and firmware version of a device that this scanner found earlier. Not there any
-    // more: ZQ_ERR_DEVICE_NOT_FOUND, "Label=%s, Address=%s". Runs on the caller's thread, under the library's
-    // lock.
+    // Refreshes addresses and firmware version of a device that this scanner found earlier. Not there
+    // any more: ZQ_ERR_DEVICE_NOT_FOUND, "Label=%s, Address=%s". Runs on the caller's thread, under
+    // the library's lock.
     virtual void Update(CZQDeviceInfo& device) = 0;
 
     // The scan's time is up: what is under way ends as soon as it can, and what has not begun does nothing.

@@ -68,8 +68,7 @@ CZQString CameraConfigFileOf(const CZQString& binPath, const CZQString& deviceTy
     const bool leavesFolder = deviceType.str().find_first_of("/\\:") != std::string::npos ||
                               deviceType == "." || deviceType == "..";
     if (leavesFolder || IsDosDeviceName(deviceType)) {
-        throw CZQException(ZQ_HERE("CZQSdkPaths::GetCameraConfigFile"), ZQ_ERR_BAD_VALUE, "DeviceType=%s",
-                           deviceType.c_str());
+        ZQ_THROW("CZQSdkPaths::GetCameraConfigFile", ZQ_ERR_BAD_VALUE, "DeviceType=%s", deviceType.c_str());
     }
     return CameraConfigPathOf(binPath) + deviceType + ".ccf";
 }

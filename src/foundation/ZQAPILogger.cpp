@@ -4,25 +4,12 @@
 
 namespace ZQAPI {
 
-namespace {
-
-enum Slot { kInitLibrary, kDeInitLibrary, kLogException, kFormatError };
-
-constexpr const char* kNames[] = {"ZQLOG_InitLibrary", "ZQLOG_DeInitLibrary", "ZQLOG_LogException",
-                                  "ZQLOG_FormatError", ""};
-
-using InitFunction = void (*)();
-using LogFunction = void (*)(std::uint32_t level, const CZQException* exception);
-using FormatFunction = void (*)(std::int32_t errorNumber, CZQString* text);
-
-}  // namespace
-
 CZQAPILogger::CZQAPILogger(const CZQString& directory) {
     const CZQString path = CombinePath(directory, "ZQLoggerAPI_x64.v2.0.dll");
     DebugOutput("ZQSDK: LoggerAPI init: %s", path.c_str());
     try {
-        OpenLibrary(path, kNames, m_slots);
-        reinterpret_cast<InitFunction>(m_slots[kInitLibrary])();
+        OpenLibrary(path);
+        m_initLibrary();
         m_initialised = true;
     } catch (...) {
         DebugOutput("ZQSDK: !! LoggerAPI init failed");
@@ -32,7 +19,7 @@ CZQAPILogger::CZQAPILogger(const CZQString& directory) {
 CZQAPILogger::~CZQAPILogger() {
     if (m_initialised) {
         try {
-            reinterpret_cast<InitFunction>(m_slots[kDeInitLibrary])();
+            m_deInitLibrary();
         } catch (...) {
             DebugOutput("ZQSDK: !! LoggerAPI de-init failed");
         }
@@ -45,7 +32,7 @@ void CZQAPILogger::Log(std::uint32_t level, const CZQException& exception) {
         return;
     }
     try {
-        reinterpret_cast<LogFunction>(m_slots[kLogException])(level, &exception);
+        m_logException(level, &exception);
     } catch (...) {
         DebugOutput("!! ZQSDK: CZQAPILogger::Log");
     }
@@ -54,7 +41,7 @@ void CZQAPILogger::Log(std::uint32_t level, const CZQException& exception) {
 CZQString CZQAPILogger::FormatError(std::int32_t errorNumber) {
     CZQString text;
     if (m_initialised) {
-        reinterpret_cast<FormatFunction>(m_slots[kFormatError])(errorNumber, &text);
+        m_formatError(errorNumber, &text);
     }
     return text;
 }

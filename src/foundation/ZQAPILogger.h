@@ -19,10 +19,12 @@ public:
     void Log(std::uint32_t level, const CZQException& exception) override;
     CZQString FormatError(std::int32_t errorNumber) override;
 
-    bool IsInitialised() const noexcept { return m_initialised; }
-
 private:
-    void* m_slots[4] = {};
+    CZQEntryPoint<void()> m_initLibrary{*this, "ZQLOG_InitLibrary"};
+    CZQEntryPoint<void()> m_deInitLibrary{*this, "ZQLOG_DeInitLibrary"};
+    CZQEntryPoint<void(std::uint32_t level, const CZQException* exception)> m_logException{
+        *this, "ZQLOG_LogException"};
+    CZQEntryPoint<void(std::int32_t errorNumber, CZQString* text)> m_formatError{*this, "ZQLOG_FormatError"};
     bool m_initialised = false;
 };
 

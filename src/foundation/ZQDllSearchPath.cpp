@@ -9,13 +9,12 @@ namespace ZQAPI {
 
 void CZQDllSearchPath::AddSearchPath(const CZQString& directory) {
     constexpr const char* kVariable = "PATH";
-    const SourceLocation here = ZQ_HERE("CZQDllSearchPath::AddSearchPath");
     if (directory.IsEmpty() || !platform::PathExists(directory.str())) {
         return;
     }
     std::string path;
     if (!platform::GetEnvironmentText(kVariable, path)) {
-        throw CZQException(here, ZQ_ERR_UNEXPECTED, "Error GetEnvironmentVariable(PATH)");
+        ZQ_THROW("CZQDllSearchPath::AddSearchPath", ZQ_ERR_UNEXPECTED, "Error GetEnvironmentVariable(PATH)");
     }
     const std::string separator(1, platform::SearchPathSeparator());
     CZQString extended = path;
@@ -23,7 +22,7 @@ void CZQDllSearchPath::AddSearchPath(const CZQString& directory) {
     extended += CZQString(separator) + directory;
     platform::SystemErrorCode error = 0;
     if (!platform::SetEnvironmentText(kVariable, extended.str(), error)) {
-        throw CZQException(here, ZQ_ERR_UNEXPECTED, "Error SetEnvironmentVariable(PATH)");
+        ZQ_THROW("CZQDllSearchPath::AddSearchPath", ZQ_ERR_UNEXPECTED, "Error SetEnvironmentVariable(PATH)");
     }
     DebugOutput("ZQSDK: DLL search path added: %s", directory.c_str());
 }

@@ -5,21 +5,28 @@
 
 namespace ZQAPI {
 
-CZQDynamicDLL::CZQDynamicDLL(const CZQString& libraryName, const char* const* names, void** slots) {
-    OpenLibrary(libraryName, names, slots);
+CZQNamedEntryPoint::CZQNamedEntryPoint(CZQDynamicDLL& library, const char* name)
+    : m_library(library), m_name(name) {
+    library.m_entryPoints.push_back(this);
+}
+
+CZQNamedEntryPoint::~CZQNamedEntryPoint() {
+    std::erase(m_library.m_entryPoints, this);
+}
+
+CZQDynamicDLL::CZQDynamicDLL(const CZQString& libraryName) {
+    OpenLibrary(libraryName);
 }
 
 CZQDynamicDLL::~CZQDynamicDLL() {
     CloseLibrary();
 }
 
-void CZQDynamicDLL::OpenLibrary(const CZQString& libraryName, const char* const* names, void** slots,
-                                ELibraryPlace place) {
-    OpenFirstLibrary({&libraryName, 1}, names, slots, place);
+void CZQDynamicDLL::OpenLibrary(const CZQString& libraryName, ELibraryPlace place) {
+    OpenFirstLibrary({&libraryName, 1}, place);
 }
 
-void CZQDynamicDLL::OpenFirstLibrary(std::span<const CZQString> libraryNames, const char* const* names,
-                                     void** slots, ELibraryPlace place) {
+void CZQDynamicDLL::OpenFirstLibrary(std::span<const CZQString> libraryNames, ELibraryPlace place) {
     CloseLibrary();
 
     const CZQString* failedName = nullptr;
@@ -39,28 +46,33 @@ void CZQDynamicDLL::OpenFirstLibrary(std::span<const CZQString> libraryNames, co
     if (m_library == nullptr) {
         const CZQString reason = failure.detail.empty() ? FormatSystemError(failure.error)
                                                         : FormatSystemError(failure.error, failure.detail);
-        throw CZQException(ZQ_HERE("CZQDynamicDLL::OpenLibrary"), ZQ_ERR_LIBRARY_NOT_LOADED, "DLLName=%s; %s",
-                           failedName != nullptr ? failedName->c_str() : "", reason.c_str());
+        ZQ_THROW("CZQDynamicDLL::OpenLibrary", ZQ_ERR_LIBRARY_NOT_LOADED, "DLLName=%s; %s",
+                 failedName != nullptr ? failedName->c_str() : "", reason.c_str());
     }
 
     try {
-        GetProcAddresses(names, slots);
+        GetProcAddresses();
     } catch (const CZQException&) {
         CloseLibrary();
         throw;
     }
 }
 
-void CZQDynamicDLL::GetProcAddresses(const char* const* names, void** slots) {
-    for (; **names != '\0'; ++names, ++slots) {
-        platform::SystemErrorCode error = 0;
-        *slots = platform::FindSymbol(m_library, *names, error);
-        if (*slots == nullptr) {
-            throw CZQException(ZQ_HERE("CZQDynamicDLL::GetProcAddresses"), ZQ_ERR_ENTRY_POINT_MISSING,
-                               "DLLName=%s, ProcName=%s; %s", m_libraryName.c_str(), *names,
-                               FormatSystemError(error).c_str());
-        }
+void CZQDynamicDLL::GetProcAddresses() {
+    for (CZQNamedEntryPoint* const entryPoint : m_entryPoints) {
+        entryPoint->m_address = nullptr;
+        entryPoint->m_address = FindAddress(entryPoint->m_name);
     }
+}
+
+void* CZQDynamicDLL::FindAddress(const char* name) const {
+    platform::SystemErrorCode error = 0;
+    void* const address = platform::FindSymbol(m_library, name, error);
+    if (address == nullptr) {
+        ZQ_THROW("CZQDynamicDLL::GetProcAddresses", ZQ_ERR_ENTRY_POINT_MISSING, "DLLName=%s, ProcName=%s; %s",
+                 m_libraryName.c_str(), name, FormatSystemError(error).c_str());
+    }
+    return address;
 }
 
 void CZQDynamicDLL::KeepLibrary() noexcept {
@@ -73,6 +85,9 @@ void CZQDynamicDLL::CloseLibrary() noexcept {
     if (m_library != nullptr) {
         platform::FreeSharedLibrary(m_library);
         m_library = nullptr;
+    }
+    for (CZQNamedEntryPoint* const entryPoint : m_entryPoints) {
+        entryPoint->m_address = nullptr;
     }
     m_libraryName.Empty();
 }

@@ -7,7 +7,7 @@
 
 namespace ZQAPI {
 
-CZQException::CZQException(std::uint32_t severity, std::int32_t errorNumber, const SourceLocation& thrownAt)
+CZQException::CZQException(std::uint32_t severity, std::int32_t errorNumber, const SSourceLocation& thrownAt)
     : m_time(CZQHighResolutionClock::Now()),
       m_computerName(GetLocalComputerName()),
       m_severity(severity),
@@ -15,10 +15,10 @@ CZQException::CZQException(std::uint32_t severity, std::int32_t errorNumber, con
     m_throwLocation.Set(thrownAt);
 }
 
-CZQException::CZQException(const SourceLocation& thrownAt, std::int32_t errorNumber)
+CZQException::CZQException(const SSourceLocation& thrownAt, std::int32_t errorNumber)
     : CZQException(kSeverityError, errorNumber, thrownAt) {}
 
-CZQException::CZQException(const SourceLocation& thrownAt, std::int32_t errorNumber, const char* format, ...)
+CZQException::CZQException(const SSourceLocation& thrownAt, std::int32_t errorNumber, const char* format, ...)
     : CZQException(kSeverityError, errorNumber, thrownAt) {
     va_list arguments;
     va_start(arguments, format);

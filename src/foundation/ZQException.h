@@ -1,9 +1,10 @@
 #pragma once
 
+#include <ZQAPI/ZQErrors.h>
+
 #include <cstdint>
 #include <memory>
 
-#include "foundation/ZQErrorNumbers.h"
 #include "foundation/ZQExceptionLocationInfo.h"
 #include "foundation/ZQHighResolutionClock.h"
 #include "foundation/ZQRoot.h"
@@ -16,16 +17,17 @@ inline constexpr std::uint32_t kSeverityRecovered = 1;
 
 // The library's only exception. Thrown in one statement:
 //
-//     throw CZQException(ZQ_HERE("CZQFile::Delete"), ZQ_ERR_FILE_DELETE, "strFile=%s; %s", ...);
+//     ZQ_THROW("CZQFile::Delete", ZQ_ERR_FILE_DELETE, "strFile=%s; %s", ...);
+//     ZQ_THROW("CZQFile::Delete", ZQ_ERR_FILE_DELETE).CausedBy(exception);
 //
 // The logger library is given the object itself: the fields' order is a contract with it.
 class CZQException : public CZQRoot {
 public:
     // Without a text, and with a printf-style extra text. Severity is kSeverityError.
-    CZQException(const SourceLocation& thrownAt, std::int32_t errorNumber);
-    CZQException(const SourceLocation& thrownAt, std::int32_t errorNumber, const char* format, ...)
+    CZQException(const SSourceLocation& thrownAt, std::int32_t errorNumber);
+    CZQException(const SSourceLocation& thrownAt, std::int32_t errorNumber, const char* format, ...)
         ZQ_PRINTF_FORMAT(4, 5);
-    CZQException(std::uint32_t severity, std::int32_t errorNumber, const SourceLocation& thrownAt);
+    CZQException(std::uint32_t severity, std::int32_t errorNumber, const SSourceLocation& thrownAt);
 
     CZQException(const CZQException& other);
     CZQException& operator=(const CZQException& other);
@@ -33,7 +35,7 @@ public:
 
     void SetExtraText(const char* format, ...) ZQ_PRINTF_FORMAT(2, 3);
     // Only the most recent catch is kept; the throw location never changes.
-    void AddCatchLocation(const SourceLocation& caughtAt) { m_catchLocation.Set(caughtAt); }
+    void AddCatchLocation(const SSourceLocation& caughtAt) { m_catchLocation.Set(caughtAt); }
     void SetSeverity(std::uint32_t severity) noexcept { m_severity = severity; }
     // Keeps a copy of the cause; none when there is no memory for it.
     void SetInnerException(const CZQException& cause) noexcept;
@@ -59,7 +61,7 @@ public:
     CZQString ToReason() const;
 
 private:
-    CalendarTime m_time;
+    SCalendarTime m_time;
     CZQString m_computerName;
     CZQExceptionLocationInfo m_throwLocation;
     CZQExceptionLocationInfo m_catchLocation;
@@ -69,5 +71,8 @@ private:
     CZQString m_extraText;
     std::unique_ptr<CZQException> m_inner;
 };
+
+// Throws where it stands, in the name of a method ("Class::Method"): number and, if wanted, printf-style text.
+#define ZQ_THROW(method, ...) throw ::ZQAPI::CZQException(ZQ_HERE(method), __VA_ARGS__)
 
 }  // namespace ZQAPI

@@ -4,7 +4,7 @@
 
 namespace ZQAPI {
 
-void CZQExceptionLocationInfo::Set(const SourceLocation& location) {
+void CZQExceptionLocationInfo::Set(const SSourceLocation& location) {
     m_module = ShortenFileName(GetOwnModulePath());
     m_file = ShortenFileName(location.file);
     m_line = location.line;

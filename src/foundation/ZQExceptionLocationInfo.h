@@ -6,9 +6,9 @@
 
 namespace ZQAPI {
 
-// Where in the source something happened, as the macro ZQ_HERE fills it in: the texts live as long as the
-// program.
-struct SourceLocation {
+// Where in the source something happened, as the macro ZQ_HERE fills it in: the texts live as long
+// as the program.
+struct SSourceLocation {
     const char* file;
     std::int32_t line;
     const char* timeStamp;  // the source file's, "Tue Feb 22 08:40:12 2011"
@@ -16,18 +16,18 @@ struct SourceLocation {
 };
 
 #define ZQ_HERE(method)                                \
-    ::ZQAPI::SourceLocation {                          \
+    ::ZQAPI::SSourceLocation {                         \
         __FILE_NAME__, __LINE__, __TIMESTAMP__, method \
     }
 
-// One location of an exception. The logger library reads these fields where they lie: their order is a
-// contract.
+// One location of an exception. The logger library reads these fields where they lie: their order
+// is a contract.
 class CZQExceptionLocationInfo : public CZQRoot {
 public:
     CZQExceptionLocationInfo() = default;
 
     // Module is this library's own file; module and file are shortened, see ShortenFileName.
-    void Set(const SourceLocation& location);
+    void Set(const SSourceLocation& location);
 
     const CZQString& GetModule() const noexcept { return m_module; }
     const CZQString& GetFile() const noexcept { return m_file; }

@@ -80,7 +80,7 @@ std::uint64_t CZQHighResolutionClock::NowMs() {
     return static_cast<std::uint64_t>(base.calendarMs + elapsed.count());
 }
 
-CalendarTime CZQHighResolutionClock::Now() {
+SCalendarTime CZQHighResolutionClock::Now() {
     const std::uint64_t ms = NowMs();
     const ClockBase& base = Base();
     return {static_cast<std::int64_t>(ms / 1000), static_cast<std::uint16_t>(ms % 1000), base.timeZone,

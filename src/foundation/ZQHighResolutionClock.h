@@ -5,7 +5,7 @@
 namespace ZQAPI {
 
 // A point in calendar time, as exceptions carry it.
-struct CalendarTime {
+struct SCalendarTime {
     std::int64_t seconds;        // since 1970-01-01 00:00 UTC
     std::uint16_t milliseconds;  // 0 to 999
     std::int16_t timeZone;       // minutes west of UTC, without daylight saving
@@ -16,7 +16,7 @@ struct CalendarTime {
 // set. Its base is fixed when the library is loaded. Thread-safe.
 class CZQHighResolutionClock {
 public:
-    static CalendarTime Now();
+    static SCalendarTime Now();
     // The same instant as one count of milliseconds.
     static std::uint64_t NowMs();
 };

@@ -13,9 +13,8 @@ CZQRegistry::~CZQRegistry() {
 }
 
 void CZQRegistry::ReadKey(const CZQString& valueName, std::uint32_t type, std::vector<std::byte>* data) {
-    const SourceLocation here = ZQ_HERE("CZQRegistry::ReadKey");
     if (data == nullptr) {
-        throw CZQException(here, ZQ_ERR_NULL_OUTPUT);
+        ZQ_THROW("CZQRegistry::ReadKey", ZQ_ERR_NULL_OUTPUT);
     }
     data->clear();
 
@@ -23,31 +22,31 @@ void CZQRegistry::ReadKey(const CZQString& valueName, std::uint32_t type, std::v
     platform::SystemErrorCode error = 0;
     SubKey key(platform::OpenRegistryKey(m_rootKey, m_subKey.str(), error));
     if (!key) {
-        throw CZQException(here, ZQ_ERR_REGISTRY_OPEN, "SubKey=%s; %s", m_subKey.c_str(),
-                           FormatSystemError(error).c_str());
+        ZQ_THROW("CZQRegistry::ReadKey", ZQ_ERR_REGISTRY_OPEN, "SubKey=%s; %s", m_subKey.c_str(),
+                 FormatSystemError(error).c_str());
     }
     std::uint32_t storedType = 0;
     std::uint32_t size = 0;
     if (!platform::QueryRegistryValue(key.get(), valueName.str(), storedType, size, nullptr, error)) {
-        throw CZQException(here, ZQ_ERR_REGISTRY_QUERY, "SubKey=%s; ValueName=%s; %s", m_subKey.c_str(),
-                           valueName.c_str(), FormatSystemError(error).c_str());
+        ZQ_THROW("CZQRegistry::ReadKey", ZQ_ERR_REGISTRY_QUERY, "SubKey=%s; ValueName=%s; %s",
+                 m_subKey.c_str(), valueName.c_str(), FormatSystemError(error).c_str());
     }
     if (storedType != type) {
-        throw CZQException(here, ZQ_ERR_REGISTRY_TYPE,
-                           "SubKey=%s; ValueName=%s; dwRegKeyType=%ld; dwKeyType=%ld", m_subKey.c_str(),
-                           valueName.c_str(), static_cast<long>(storedType), static_cast<long>(type));
+        ZQ_THROW("CZQRegistry::ReadKey", ZQ_ERR_REGISTRY_TYPE,
+                 "SubKey=%s; ValueName=%s; dwRegKeyType=%ld; dwKeyType=%ld", m_subKey.c_str(),
+                 valueName.c_str(), static_cast<long>(storedType), static_cast<long>(type));
     }
     try {
         data->resize(size);
     } catch (const std::bad_alloc&) {
-        throw CZQException(here, ZQ_ERR_OUT_OF_MEMORY, "SubKey=%s; ValueName=%s; dwRegDataSize=%ld; %s",
-                           m_subKey.c_str(), valueName.c_str(), static_cast<long>(size),
-                           FormatSystemError(platform::LastSystemError()).c_str());
+        ZQ_THROW("CZQRegistry::ReadKey", ZQ_ERR_OUT_OF_MEMORY,
+                 "SubKey=%s; ValueName=%s; dwRegDataSize=%ld; %s", m_subKey.c_str(), valueName.c_str(),
+                 static_cast<long>(size), FormatSystemError(platform::LastSystemError()).c_str());
     }
     if (!platform::QueryRegistryValue(key.get(), valueName.str(), storedType, size, data->data(), error)) {
         data->clear();
-        throw CZQException(here, ZQ_ERR_REGISTRY_READ, "SubKey=%s; ValueName=%s; %s", m_subKey.c_str(),
-                           valueName.c_str(), FormatSystemError(error).c_str());
+        ZQ_THROW("CZQRegistry::ReadKey", ZQ_ERR_REGISTRY_READ, "SubKey=%s; ValueName=%s; %s",
+                 m_subKey.c_str(), valueName.c_str(), FormatSystemError(error).c_str());
     }
     data->resize(size);
     m_lastRead = std::move(key);

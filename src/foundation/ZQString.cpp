@@ -47,7 +47,7 @@ CZQString CZQString::FormattedV(const char* format, va_list arguments) {
 
 void CZQString::CopyToChars(char* target, std::int32_t size) const {
     if (size < 0 || m_text.size() > static_cast<std::size_t>(size)) {
-        throw CZQException(ZQ_HERE("CZQString::CopyToChars"), ZQ_ERR_TEXT_TOO_LONG);
+        ZQ_THROW("CZQString::CopyToChars", ZQ_ERR_TEXT_TOO_LONG);
     }
     std::memcpy(target, m_text.c_str(), m_text.size() + 1);
 }

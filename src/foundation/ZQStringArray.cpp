@@ -35,8 +35,7 @@ void CZQStringArray::Split(const CZQString& text, std::uint8_t separator, bool t
 
 const CZQString& CZQStringArray::GetAt(std::uint32_t index) const {
     if (index >= GetSize()) {
-        throw CZQException(ZQ_HERE("CZQStringArray::GetAt"), ZQ_ERR_BAD_INDEX, "dwIdx=%u; ArraySize=%u",
-                           index, GetSize());
+        ZQ_THROW("CZQStringArray::GetAt", ZQ_ERR_BAD_INDEX, "dwIdx=%u; ArraySize=%u", index, GetSize());
     }
     return m_elements[index];
 }

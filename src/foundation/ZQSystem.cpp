@@ -54,8 +54,7 @@ void DebugOutput(const char* format, ...) noexcept {
 CZQString CZQSystem::GetSpecialDirectory(std::int32_t folderId) {
     std::string path;
     if (!platform::GetSpecialFolder(folderId, path)) {
-        throw CZQException(ZQ_HERE("CZQSystem::GetSpecialDirectory"), ZQ_ERR_SPECIAL_FOLDER, "DirID=%d",
-                           folderId);
+        ZQ_THROW("CZQSystem::GetSpecialDirectory", ZQ_ERR_SPECIAL_FOLDER, "DirID=%d", folderId);
     }
     return path;
 }

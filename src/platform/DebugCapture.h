@@ -10,10 +10,10 @@
 
 namespace ZQAPI::platform {
 
-// While it lives, what WriteDebugOutput writes, in whichever library of this process, is handed to a callback
-// line by line. Where debug output goes to standard error, everything that is written there comes along:
-// whoever wants to reach the real standard error meanwhile writes to StandardError(). One at a time in a
-// process.
+// While it lives, what WriteDebugOutput writes, in whichever library of this process, is handed to a
+// callback line by line. Where debug output goes to standard error, everything that is written there comes
+// along: whoever wants to reach the real standard error meanwhile writes to StandardError(). One at a time
+// in a process.
 class DebugCapture {
 public:
     // Gets each line without its end, the empty ones left out. `isFirst`: a call that wrote something began

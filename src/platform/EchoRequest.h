@@ -8,22 +8,27 @@
 
 namespace ZQAPI::platform {
 
-// The library whose functions send echo requests and the names of those functions, ended by an empty one; the
-// library's name is empty where the system itself does it.
-struct EchoLibrary {
-    const char* name;
-    const char* const* functions;
-};
-EchoLibrary GetEchoLibrary() noexcept;
+// The library whose functions send echo requests; empty where the system itself does it.
+const char* GetEchoLibrary() noexcept;
 
-// How many functions EchoLibrary::functions can name.
-inline constexpr std::size_t kEchoFunctionCount = 3;
+// Those functions, as the library has them: "IcmpCreateFile", "IcmpCloseHandle" and "IcmpSendEcho".
+struct EchoFunctions {
+    using CreateHandle = void*();
+    using CloseHandle = int(void* handle);
+    using SendEcho = std::uint32_t(void* handle, std::uint32_t addressBe, void* data, std::uint16_t size,
+                                   void* options, void* reply, std::uint32_t replySize,
+                                   std::uint32_t timeoutMs);
+
+    CreateHandle* createHandle;
+    CloseHandle* closeHandle;
+    SendEcho* sendEcho;
+};
 
 enum class EchoResult { kReply, kNoReply, kNoHandle, kOutOfMemory };
 
-// Sends one echo request of `data` and waits for the reply. `functions` are the resolved functions of
-// GetEchoLibrary(). kNoHandle comes with `error`.
-EchoResult SendEchoRequest(std::span<void* const> functions, std::uint32_t addressBe,
+// Sends one echo request of `data` and waits for the reply. `functions` are those of GetEchoLibrary(). kNoHandle
+// comes with `error`.
+EchoResult SendEchoRequest(const EchoFunctions& functions, std::uint32_t addressBe,
                            std::span<const std::byte> data, std::uint32_t timeoutMs,
                            std::uint32_t& roundTripMs, SystemErrorCode& error);
 

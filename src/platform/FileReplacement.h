@@ -9,11 +9,11 @@
 
 namespace ZQAPI::platform {
 
-// The new file lies beside the old one, under a name that nobody can guess (TemporaryName.h), made by Create
-// and never through a link. Before that, Create removes what earlier processes that are gone left there. It
-// has the rights of `like` when that is a regular file (its owner and group as far as this process may give
-// them away), else those of any new file. The old file may be missing, or be a link, which is then replaced
-// itself.
+// The new file lies beside the old one, under a name that nobody can guess (TemporaryName.h), made by
+// Create and never through a link. Before that, Create removes what earlier processes that are gone left
+// there. It has the rights of `like` when that is a regular file (its owner and group as far as this
+// process may give them away), else those of any new file. The old file may be missing, or be a link, which
+// is then replaced itself.
 //
 // A false return comes with the system's code. Gone with the object unless it was moved. Bound to one thread.
 class FileReplacement {

@@ -65,9 +65,9 @@ inline bool IsStampTooYoungToTrust(const FileStamp& stamp) noexcept {
 // More than this is never read.
 inline constexpr std::size_t kMaxFileSize = std::size_t{64} << 20;
 
-// Whole contents of regular files; anything else is refused without waiting for it. Reading and writing share the file with others; writing truncates in place and creates the
-// file if there is none. Missing file, missing folder, a folder of that name, no permission: the system's own
-// code.
+// Whole contents of regular files; anything else is refused without waiting for it. Reading and writing share
+// the file with others; writing truncates in place and creates the file if there is none. Missing file,
+// missing folder, a folder of that name, no permission: the system's own code.
 bool ReadWholeFile(const std::string& path, std::string& content, SystemErrorCode& error);
 bool WriteWholeFile(const std::string& path, const std::string& content, SystemErrorCode& error);
 

@@ -13,8 +13,8 @@ using LibraryHandle = void*;
 // on Windows and ends in ".so" elsewhere.
 std::string LibraryFileName(std::string name);
 
-// The folder of the system's own libraries, with a separator at its end; empty where the loader alone knows
-// it.
+// The folder of the system's own libraries, with a separator at its end; empty where the loader
+// alone knows it.
 std::string SystemLibraryFolder();
 
 // Whether a regular file of that path is there, links followed.

@@ -6,8 +6,8 @@
 
 namespace ZQAPI::platform {
 
-// What the system said went wrong: GetLastError or WSAGetLastError on Windows, errno elsewhere. 0 is no
-// error.
+// What the system said went wrong: GetLastError or WSAGetLastError on Windows, errno elsewhere. 0
+// is no error.
 using SystemErrorCode = std::uint32_t;
 
 // This layer's own codes, where the system has none; no system uses numbers like these.
@@ -28,7 +28,6 @@ constexpr const char* OwnErrorText(SystemErrorCode code) noexcept {
 
 // The code left by the last failing system call of this thread. To be taken on the line that failed.
 SystemErrorCode LastSystemError() noexcept;
-void SetLastSystemError(SystemErrorCode code) noexcept;
 
 // The system's own text for the code, line ends included; empty when it has none.
 std::string SystemErrorText(SystemErrorCode code);

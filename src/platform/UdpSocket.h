@@ -14,8 +14,8 @@
 
 namespace ZQAPI::platform {
 
-// The IPv4 socket address of both systems, byte for byte (sockaddr_in). Port and address in network byte
-// order.
+// The IPv4 socket address of both systems, byte for byte (sockaddr_in). Port and address in
+// network byte order.
 struct Ipv4SocketAddress {
     std::uint16_t family = 2;  // AF_INET
     std::uint16_t portBe = 0;

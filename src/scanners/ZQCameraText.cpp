@@ -22,7 +22,7 @@ CZQString OrElse(CZQString text, const char* substitute) {
 }  // namespace
 
 CZQString IdentityText(CZQString text, const char* field, std::int32_t errorNumber,
-                       const SourceLocation& here) {
+                       const SSourceLocation& here) {
     text.Trim(kBlank);
     if (!IsTooLong(text) && !CZQDeviceInfo::ReadsBack(text)) {
         throw CZQException(here, errorNumber, "%s='%s' can't be kept", field, ShownText(text).c_str());

@@ -11,7 +11,7 @@ namespace ZQAPI {
 // ZQ_ERR_BAD_VALUE for a camera), thrown at `here`, "%s='%s' can't be kept" with `field`. One that is merely
 // too long is left as it is, for the record to refuse.
 CZQString IdentityText(CZQString text, const char* field, std::int32_t errorNumber,
-                       const SourceLocation& here);
+                       const SSourceLocation& here);
 
 // Texts that only tell something: what would not read back becomes "?", and "-.-". One that is merely too
 // long is left as it is here, too.

@@ -11,13 +11,12 @@ constexpr const char* kMethod = "CZQDeviceAPI::ChangeDeviceNetAddrZQGigE";
 
 // Other makers' cameras are among them, of which nothing is known to hold.
 bool IsDevice(const CZQGigECamera& camera, std::uint32_t index, const CZQString& deviceId) {
-    const SourceLocation here = ZQ_HERE(kMethod);
     try {
         const CZQString serialNumber = camera.GetSerialNumber();
         return !serialNumber.IsEmpty() && camera.GetModelName() + ":" + serialNumber == deviceId;
     } catch (...) {
-        CZQException failure = CaughtWithCamera(here, index);
-        ReportRecovered(failure, here);
+        CZQException failure = CaughtWithCamera(ZQ_HERE(kMethod), index);
+        ReportRecovered(failure, ZQ_HERE(kMethod));
         return false;
     }
 }
@@ -39,20 +38,19 @@ void ChangeGigEAddress(const std::function<std::shared_ptr<const CZQGigE>()>& ge
                        const CZQDeviceInfo& device, const CZQString& newAddress,
                        const CZQString& subnetMask) {
     const auto change = [getLibrary, device, newAddress, subnetMask](const IsAwaited& isAwaited) {
-        const SourceLocation here = ZQ_HERE(kMethod);
         const auto library = getLibrary();
-        library->CheckDriver(here);
+        library->CheckDriver(ZQ_HERE(kMethod));
         for (const std::int32_t kind : {ZQGIGE_KIND_SOCKET, ZQGIGE_KIND_FILTER}) {
-            const CZQGigECameras cameras(*library, kind, here);
+            const CZQGigECameras cameras(*library, kind, ZQ_HERE(kMethod));
             const auto camera = FindDevice(cameras, device.GetDeviceID());
             if (camera) {
                 if (isAwaited()) {
-                    camera->ChangeAddress(newAddress, subnetMask, here);
+                    camera->ChangeAddress(newAddress, subnetMask, ZQ_HERE(kMethod));
                 }
                 return;
             }
         }
-        throw DeviceGone(here, device);
+        throw DeviceGone(ZQ_HERE(kMethod), device);
     };
     UseVendorLibrary(ZQDEV_SCANNER_NAME_ZQ_GIGE, CZQVendorGuard::kMaxWaitMs, change);
 }

@@ -149,8 +149,8 @@ public:
         Offer(lock);
     }
 
-    // Where others wait: aborts a camera of the round that has owed an answer for too long. When to look
-    // again.
+    // Where others wait: aborts a camera of the round that has owed an answer for too long. When
+    // to look again.
     Clock::time_point MakeWay(Lock& lock, CZQIdentificationRound::State& round) {
         if (m_nofWaiting == 0) {
             return Clock::time_point::max();

@@ -1,71 +1,23 @@
 #include "scanners/ZQNetAddressChange.h"
 
-#include <chrono>
-#include <thread>
-
-#include "communication/ZQCCM.h"
-#include "communication/ZQComICMPPing.h"
 #include "communication/ZQIpv4.h"
-#include "communication/ZQUdpCameraAddress.h"
-#include "devices/ZQSdkPaths.h"
 #include "foundation/ZQException.h"
-#include "foundation/ZQStopWatch.h"
-#include "scanners/ZQGigEAddressChange.h"
-#include "scanners/ZQPleoraAddressChange.h"
-#include "vendors/ZQGigE.h"
+#include "scanners/ZQScannerTable.h"
 
 namespace ZQAPI {
-
-namespace {
-
-// Waits while the camera answers echo requests at the new address in exactly 1 ms, then lets it settle. That
-// only this round-trip time goes on waiting is how the kit's cameras were always waited for, and is kept.
-void WaitForCamera(const CZQString& address) {
-    constexpr std::uint64_t kMaxWaitMs = 30000;
-    constexpr std::uint32_t kEchoTimeoutMs = 1000;
-    constexpr auto kSettleTime = std::chrono::milliseconds(2000);
-    CZQComICMPPing ping;
-    const CZQStopWatch watch(true);
-    while (watch.GetElapsed() < kMaxWaitMs && ping.Ping(address, kEchoTimeoutMs) == 1) {
-    }
-    std::this_thread::sleep_for(kSettleTime);
-}
-
-void ChangeByTextCommands(const CZQDeviceInfo& device, const CZQString& newAddress, const CZQString& mask) {
-    // These commands must reach one camera alone, whatever the module on disk takes for an address.
-    static_cast<void>(CZQUdpCameraAddress(device.GetCCMAddress()));
-    CZQCCM ccm;
-    ccm.OpenCCM(GetCcmPath() + "ZQCCMUdpAPI.dll", device.GetName(), device.GetCCMAddress());
-    ccm.SendCmd("SYST:NET:IP " + newAddress + "\n");
-    ccm.SendCmd("SYST:NET:SMASK " + mask + "\n");
-    ccm.SendCmd("SYST:NET:ENABLE\n");
-    ccm.CloseCCM();
-    WaitForCamera(newAddress);
-}
-
-}  // namespace
 
 CZQString SubnetMaskOf(const CZQString& address) {
     const auto parsed = ParseIpv4(address.view());
     const std::uint32_t mask = parsed ? ClassMaskOf(*parsed) : 0;
     if (mask == 0 || !IsHostUnderMask(*parsed, mask)) {
-        throw CZQException(ZQ_HERE("CZQDeviceAPI::ChangeDeviceNetAddr"), ZQ_ERR_BAD_NEW_ADDRESS);
+        ZQ_THROW("CZQDeviceAPI::ChangeDeviceNetAddr", ZQ_ERR_BAD_NEW_ADDRESS);
     }
     return FormatIpv4(mask);
 }
 
 void ChangeNetAddress(const CZQDeviceInfo& device, const CZQString& newAddress) {
     const CZQString mask = SubnetMaskOf(newAddress);
-    const CZQString scanner = device.GetUsedScanner();
-    if (scanner == ZQDEV_SCANNER_NAME_PLEORA_IPORT) {
-        ChangePleoraAddress(device, newAddress);
-        return;
-    }
-    if (scanner == ZQDEV_SCANNER_NAME_ZQ_GIGE) {
-        ChangeGigEAddress(&CZQGigE::Shared, device, newAddress, mask);
-        return;
-    }
-    ChangeByTextCommands(device, newAddress, mask);
+    AddressChangeOf(device.GetUsedScanner())(device, newAddress, mask);
 }
 
 }  // namespace ZQAPI

@@ -9,9 +9,7 @@ namespace ZQAPI {
 // be a whole dotted IPv4 address that a host can have under that mask; anything else: ZQ_ERR_BAD_NEW_ADDRESS.
 CZQString SubnetMaskOf(const CZQString& address);
 
-// Carries the change out in the way of the scanner that found the device. Text commands through the UDP
-// command module take at least 2 s, up to 32 s, and end with the camera answering at the new address or not:
-// that is not an error.
+// Carries the change out in the way of the scanner that found the device.
 void ChangeNetAddress(const CZQDeviceInfo& device, const CZQString& newAddress);
 
 }  // namespace ZQAPI

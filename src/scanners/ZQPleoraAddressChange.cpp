@@ -2,7 +2,7 @@
 
 #include "devices/ZQSdkPaths.h"
 #include "scanners/ZQVendorScanner.h"
-#include "vendors/ZQPleora.h"
+#include "vendors/ZQPleoraAdapter.h"
 
 namespace ZQAPI {
 
@@ -11,7 +11,6 @@ namespace {
 constexpr const char* kMethod = "CZQDeviceAPI::ChangeDeviceNetAddr";
 
 bool IsThere(CZQPleora& library, const CZQString& deviceId) {
-    const SourceLocation here = ZQ_HERE(kMethod);
     const std::uint32_t count = library.GetNofCameras();
     for (std::uint32_t i = 0; i < count; ++i) {
         try {
@@ -20,8 +19,8 @@ bool IsThere(CZQPleora& library, const CZQString& deviceId) {
                 return true;
             }
         } catch (...) {
-            CZQException failure = CaughtWithCamera(here, i);
-            ReportRecovered(failure, here);
+            CZQException failure = CaughtWithCamera(ZQ_HERE(kMethod), i);
+            ReportRecovered(failure, ZQ_HERE(kMethod));
         }
     }
     return false;
@@ -29,7 +28,8 @@ bool IsThere(CZQPleora& library, const CZQString& deviceId) {
 
 }  // namespace
 
-void ChangePleoraAddress(const CZQDeviceInfo& device, const CZQString& newAddress) {
+void ChangePleoraAddress(const CZQDeviceInfo& device, const CZQString& newAddress,
+                         const CZQString& /*subnetMask*/) {
     const auto change = [device, newAddress](const IsAwaited& isAwaited) {
         CZQPleora library(GetBinPath());
         if (!IsThere(library, device.GetDeviceID())) {

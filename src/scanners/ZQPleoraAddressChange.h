@@ -7,6 +7,7 @@ namespace ZQAPI {
 
 // The camera is the one whose model and serial number are the record's DeviceID; one that can't tell them is
 // another. Errors as those of ChangeGigEAddress.
-void ChangePleoraAddress(const CZQDeviceInfo& device, const CZQString& newAddress);
+void ChangePleoraAddress(const CZQDeviceInfo& device, const CZQString& newAddress,
+                         const CZQString& subnetMask);
 
 }  // namespace ZQAPI

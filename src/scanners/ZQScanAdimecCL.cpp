@@ -10,9 +10,7 @@ namespace ZQAPI {
 
 namespace {
 
-constexpr SVendorScannerNames kNames = {ZQDEV_SCANNER_NAME_ADIMEC_CL, ZQDEV_CCM_ADIMEC_CL,
-                                        ZQDEV_IAM_ADIMEC_CL, "CZQScanAdimecCL::Scan",
-                                        "CZQScanAdimecCL::Update"};
+constexpr SScannerNames kNames = ZQ_SCANNER_NAMES(ADIMEC_CL, "CZQScanAdimecCL");
 
 constexpr const char* kDeviceType = "Q-12A65";
 constexpr const char* kVersionSuffix = "-V30";
@@ -45,8 +43,8 @@ public:
         try {
             m_camera.Close();
         } catch (CZQException& exception) {
-            // The camera is known by now, and of a library whose close function has no result this says
-            // nothing.
+            // The camera is known by now, and of a library whose close function has no result
+            // this says nothing.
             ReportRecovered(exception, ZQ_HERE("CZQScanAdimecCL::Probe"));
         }
         return answers;
@@ -77,8 +75,8 @@ CZQScanAdimecCL::CZQScanAdimecCL(CZQString libraryPath)
 
 CZQString CZQScanAdimecCL::GetZQDeviceType(const CZQString& id) {
     if (!id.Contains(kDeviceType)) {
-        throw CZQException(ZQ_HERE("CZQScanAdimecCL::GetZQDeviceType"), ZQ_ERR_UNKNOWN_MODEL, "DeviceType=%s",
-                           ShownText(id).c_str());
+        ZQ_THROW("CZQScanAdimecCL::GetZQDeviceType", ZQ_ERR_UNKNOWN_MODEL, "DeviceType=%s",
+                 ShownText(id).c_str());
     }
     return id.Contains(kVersionSuffix) ? CZQString(kDeviceType) + kVersionSuffix : kDeviceType;
 }

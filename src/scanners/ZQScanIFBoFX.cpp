@@ -7,9 +7,7 @@ namespace ZQAPI {
 
 namespace {
 
-constexpr SVendorScannerNames kNames = {ZQDEV_SCANNER_NAME_BO_FX, ZQDEV_CCM_FX_IEEE1394,
-                                        ZQDEV_IAM_FX_IEEE1394, "CZQScanIFBoFX::Scan",
-                                        "CZQScanIFBoFX::Update"};
+constexpr SScannerNames kNames = ZQ_SCANNER_NAMES(BO_FX, "CZQScanIFBoFX");
 
 SVendorIdentity Identify(const SFxCamera& camera) {
     const CZQString serialNumber = CZQString::Formatted("%ld", static_cast<long>(camera.serialNumber));

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "scanners/ZQVendorScanner.h"
-#include "vendors/ZQFx.h"
+#include "vendors/ZQFxAdapter.h"
 
 namespace ZQAPI {
 

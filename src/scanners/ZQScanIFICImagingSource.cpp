@@ -7,8 +7,7 @@ namespace ZQAPI {
 
 namespace {
 
-constexpr SVendorScannerNames kNames = {ZQDEV_SCANNER_NAME_ZQ_IC, ZQDEV_CCM_ZQ_IC, ZQDEV_IAM_ZQ_IC,
-                                        "CZQScanIFICImagingSource::Scan", "CZQScanIFICImagingSource::Update"};
+constexpr SScannerNames kNames = ZQ_SCANNER_NAMES(ZQ_IC, "CZQScanIFICImagingSource");
 
 SVendorIdentity Identify(const SImagingSourceCamera& camera) {
     const CZQString serialNumber = CZQString::Formatted("%ld", static_cast<long>(camera.serialNumber));

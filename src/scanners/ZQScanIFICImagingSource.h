@@ -1,7 +1,7 @@
 #pragma once
 
 #include "scanners/ZQVendorScanner.h"
-#include "vendors/ZQImagingSource.h"
+#include "vendors/ZQImagingSourceAdapter.h"
 
 namespace ZQAPI {
 

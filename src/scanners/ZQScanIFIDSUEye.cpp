@@ -7,8 +7,7 @@ namespace ZQAPI {
 
 namespace {
 
-constexpr SVendorScannerNames kNames = {ZQDEV_SCANNER_NAME_IDS_UEYE, ZQDEV_CCM_IDS_UEYE, ZQDEV_IAM_IDS_UEYE,
-                                        "CZQScanIFIDSUEye::Scan", "CZQScanIFIDSUEye::Update"};
+constexpr SScannerNames kNames = ZQ_SCANNER_NAMES(IDS_UEYE, "CZQScanIFIDSUEye");
 
 SVendorIdentity Identify(const SUEyeCamera& camera) {
     return {camera.model, camera.serialNumber, camera.serialNumber};

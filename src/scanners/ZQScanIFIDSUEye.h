@@ -1,7 +1,7 @@
 #pragma once
 
 #include "scanners/ZQVendorScanner.h"
-#include "vendors/ZQUEye.h"
+#include "vendors/ZQUEyeAdapter.h"
 
 namespace ZQAPI {
 

@@ -7,8 +7,7 @@ namespace ZQAPI {
 
 namespace {
 
-constexpr SVendorScannerNames kNames = {ZQDEV_SCANNER_NAME_MV, ZQDEV_CCM_MV, ZQDEV_IAM_MV,
-                                        "CZQScanIFMatrixVision::Scan", "CZQScanIFMatrixVision::Update"};
+constexpr SScannerNames kNames = ZQ_SCANNER_NAMES(MV, "CZQScanIFMatrixVision");
 
 SVendorIdentity Identify(const SMvCamera& camera) {
     return {camera.product, camera.serialNumber, camera.serialNumber};

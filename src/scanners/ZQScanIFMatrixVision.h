@@ -1,7 +1,7 @@
 #pragma once
 
 #include "scanners/ZQVendorScanner.h"
-#include "vendors/ZQMvDeviceManager.h"
+#include "vendors/ZQMvDeviceManagerAdapter.h"
 
 namespace ZQAPI {
 

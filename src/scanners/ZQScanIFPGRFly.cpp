@@ -7,8 +7,7 @@ namespace ZQAPI {
 
 namespace {
 
-constexpr SVendorScannerNames kNames = {ZQDEV_SCANNER_NAME_PGR_FLY, ZQDEV_CCM_PGR_FLY, ZQDEV_IAM_PGR_FLY,
-                                        "CZQScanIFPGRFly::Scan", "CZQScanIFPGRFly::Update"};
+constexpr SScannerNames kNames = ZQ_SCANNER_NAMES(PGR_FLY, "CZQScanIFPGRFly");
 
 SVendorIdentity Identify(const SFlyCapture2Camera& camera) {
     const CZQString serialNumber =

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "scanners/ZQVendorScanner.h"
-#include "vendors/ZQFlyCapture2.h"
+#include "vendors/ZQFlyCapture2Adapter.h"
 
 namespace ZQAPI {
 

@@ -6,9 +6,7 @@ namespace ZQAPI {
 
 namespace {
 
-constexpr SVendorScannerNames kNames = {ZQDEV_SCANNER_NAME_PLEORA_IPORT, ZQDEV_CCM_PLEORA_IPORT,
-                                        ZQDEV_IAM_PLEORA_IPORT, "CZQScanIFPleoraIport::Scan",
-                                        "CZQScanIFPleoraIport::Update"};
+constexpr SScannerNames kNames = ZQ_SCANNER_NAMES(PLEORA_IPORT, "CZQScanIFPleoraIport");
 
 SVendorIdentity Identify(const SPleoraCamera& camera) {
     return {camera.model, camera.serialNumber, camera.ipAddress};

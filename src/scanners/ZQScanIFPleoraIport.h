@@ -1,7 +1,7 @@
 #pragma once
 
 #include "scanners/ZQVendorScanner.h"
-#include "vendors/ZQPleora.h"
+#include "vendors/ZQPleoraAdapter.h"
 
 namespace ZQAPI {
 

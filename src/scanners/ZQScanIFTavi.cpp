@@ -6,8 +6,7 @@ namespace ZQAPI {
 
 namespace {
 
-constexpr SVendorScannerNames kNames = {ZQDEV_SCANNER_NAME_TAVI, ZQDEV_CCM_TAVI, ZQDEV_IAM_TAVI,
-                                        "CZQScanIFTavi::Scan", "CZQScanIFTavi::Update"};
+constexpr SScannerNames kNames = ZQ_SCANNER_NAMES(TAVI, "CZQScanIFTavi");
 
 SVendorIdentity Identify(const STaviCamera& camera) {
     const CZQString board = CZQString::Formatted("%ld", static_cast<long>(camera.boardNumber));

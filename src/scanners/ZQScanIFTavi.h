@@ -1,7 +1,7 @@
 #pragma once
 
 #include "scanners/ZQVendorScanner.h"
-#include "vendors/ZQTavi.h"
+#include "vendors/ZQTaviAdapter.h"
 
 namespace ZQAPI {
 

@@ -11,8 +11,7 @@ namespace ZQAPI {
 
 namespace {
 
-constexpr SVendorScannerNames kNames = {ZQDEV_SCANNER_NAME_ZQ_GIGE, ZQDEV_CCM_ZQ_GIGE, ZQDEV_IAM_ZQ_GIGE,
-                                        "CZQScanIFZQGigE::Scan", "CZQScanIFZQGigE::Update"};
+constexpr SScannerNames kNames = ZQ_SCANNER_NAMES(ZQ_GIGE, "CZQScanIFZQGigE");
 
 // The maker's cameras in the containers of both kinds. One that both see is the filter driver's, which its
 // description tells.
@@ -31,8 +30,7 @@ public:
 
 private:
     void FindCameras(std::int32_t kind) {
-        const SourceLocation here = ZQ_HERE("CZQScanIFZQGigE::FindCameras");
-        const CZQGigECameras seen(*m_library, kind, here);
+        const CZQGigECameras seen(*m_library, kind, ZQ_HERE("CZQScanIFZQGigE::FindCameras"));
         const std::uint32_t count = seen.GetCount();
         for (std::uint32_t i = 0; i < count; ++i) {
             const auto camera = seen.GetCamera(i);
@@ -48,19 +46,18 @@ private:
                      kind == ZQGIGE_KIND_FILTER ? CZQString::Formatted("%s *FT*", product->description)
                                                 : CZQString(product->description)});
             } catch (...) {
-                throw CZQException(CaughtWithCamera(here, i));
+                throw CZQException(CaughtWithCamera(ZQ_HERE("CZQScanIFZQGigE::FindCameras"), i));
             }
         }
     }
 
     // Empty, which is no model of the maker's, when it can't be read.
     static CZQString ReadModelName(const CZQGigECamera& camera, std::uint32_t index) {
-        const SourceLocation here = ZQ_HERE("CZQScanIFZQGigE::FindCameras");
         try {
             return camera.GetModelName();
         } catch (...) {
-            CZQException failure = CaughtWithCamera(here, index);
-            ReportRecovered(failure, here);
+            CZQException failure = CaughtWithCamera(ZQ_HERE("CZQScanIFZQGigE::FindCameras"), index);
+            ReportRecovered(failure, ZQ_HERE("CZQScanIFZQGigE::FindCameras"));
             return {};
         }
     }
@@ -68,11 +65,10 @@ private:
     // One without a MAC address could be any of the others.
     void Add(std::int32_t kind, std::uint32_t index, SGigECamera camera) {
         if (camera.macAddress.IsEmpty()) {
-            const SourceLocation here = ZQ_HERE("CZQScanIFZQGigE::FindCameras");
-            CZQException failure(here, ZQ_ERR_VENDOR_LIBRARY,
+            CZQException failure(ZQ_HERE("CZQScanIFZQGigE::FindCameras"), ZQ_ERR_VENDOR_LIBRARY,
                                  "MacAddress='' can't be kept; Camera=%u, Serial=%s, Address=%s", index,
                                  ShownText(camera.serialNumber).c_str(), ShownText(camera.ipAddress).c_str());
-            ReportRecovered(failure, here);
+            ReportRecovered(failure, ZQ_HERE("CZQScanIFZQGigE::FindCameras"));
             return;
         }
         const auto known = std::find_if(

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "scanners/ZQVendorScanner.h"
-#include "vendors/ZQGigE.h"
+#include "vendors/ZQGigEAdapter.h"
 
 namespace ZQAPI {
 

@@ -10,16 +10,14 @@ namespace ZQAPI {
 
 namespace {
 
-constexpr SSerialScannerNames kNames = {
-    ZQDEV_SCANNER_NAME_ZQ_IMAQ_RS232, ZQDEV_CCM_ZQ_IMAQ_RS232,        "ZQCCMImaqRs232API.dll",
-    "CZQScanIFZqImaqRS232::Scan",     "CZQScanIFZqImaqRS232::Update", ZQDEV_IAM_ZQ_FG_IMAQ,
-};
+constexpr SScannerNames kNames = ZQ_SCANNER_NAMES(ZQ_IMAQ_RS232, "CZQScanIFZqImaqRS232");
+constexpr const char* kCommandModule = "ZQCCMImaqRs232API.dll";
 constexpr std::uint32_t kByteTimeoutMs = 500;
 
 }  // namespace
 
 CZQScanIFZqImaqRS232::CZQScanIFZqImaqRS232(const CZQString& apiIniPath, const CZQString& section)
-    : CZQSerialLineScanner(kNames, kByteTimeoutMs) {
+    : CZQSerialLineScanner(kNames, kCommandModule, kByteTimeoutMs) {
     CZQIniFile ini(apiIniPath);
     ini.SetSection(section);
     if (ini.KeyExists("CameraFile")) {
@@ -43,7 +41,7 @@ std::unique_ptr<CZQComBase> CZQScanIFZqImaqRS232::OpenLine(const CZQString& line
 }
 
 void CZQScanIFZqImaqRS232::ChooseIAM(CZQDeviceInfo& device, const CZQString& line) const {
-    device.SetIAM(ZQDEV_IAM_ZQ_FG_IMAQ);
+    device.SetIAM(kNames.iam);
     device.SetIAMAddress(line);
 }
 

@@ -11,16 +11,14 @@ namespace ZQAPI {
 
 namespace {
 
-constexpr SSerialScannerNames kNames = {
-    ZQDEV_SCANNER_NAME_ZQ_RS232, ZQDEV_CCM_ZQ_RS232,         "ZQCCMRs232API.dll",
-    "CZQScanIFZqRS232::Scan",    "CZQScanIFZqRS232::Update", nullptr,
-};
+constexpr SScannerNames kNames = ZQ_SCANNER_NAMES(ZQ_RS232, "CZQScanIFZqRS232");
+constexpr const char* kCommandModule = "ZQCCMRs232API.dll";
 constexpr std::uint32_t kByteTimeoutMs = 500;
 
 }  // namespace
 
 CZQScanIFZqRS232::CZQScanIFZqRS232(const CZQString& apiIniPath, const CZQString& section)
-    : CZQSerialLineScanner(kNames, kByteTimeoutMs) {
+    : CZQSerialLineScanner(kNames, kCommandModule, kByteTimeoutMs) {
     CZQIniFile ini(apiIniPath);
     ini.SetSection(section);
     if (ini.KeyExists("ScanCOMPorts")) {
@@ -32,8 +30,7 @@ CZQScanIFZqRS232::CZQScanIFZqRS232(const CZQString& apiIniPath, const CZQString&
 std::unique_ptr<CZQComBase> CZQScanIFZqRS232::OpenLine(const CZQString& line) {
     const auto portNumber = ParseSerialPortNumber(line);
     if (!portNumber) {
-        throw CZQException(ZQ_HERE("CZQScanIFZqRS232::OpenLine"), ZQ_ERR_BAD_VALUE, "ScanCOMPorts=%s",
-                           line.c_str());
+        ZQ_THROW("CZQScanIFZqRS232::OpenLine", ZQ_ERR_BAD_VALUE, "ScanCOMPorts=%s", line.c_str());
     }
     m_config.SetPortNumber(*portNumber);
     auto channel = std::make_unique<CZQComRS232>();

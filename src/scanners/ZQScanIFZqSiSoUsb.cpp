@@ -11,8 +11,7 @@ namespace ZQAPI {
 
 namespace {
 
-constexpr SVendorScannerNames kNames = {ZQDEV_SCANNER_NAME_SISO_USB2, ZQDEV_CCM_SI_USB2, ZQDEV_IAM_SI_USB2,
-                                        "CZQScanIFZqSiSoUsb::Scan", "CZQScanIFZqSiSoUsb::Update"};
+constexpr SScannerNames kNames = ZQ_SCANNER_NAMES(SISO_USB2, "CZQScanIFZqSiSoUsb");
 
 struct SProduct {
     std::uint16_t type;
@@ -36,8 +35,7 @@ SVendorProduct ProductOf(const SUsb2Camera& camera) {
     const auto* const product = std::find_if(std::begin(kProducts), std::end(kProducts),
                                              [&](const SProduct& row) { return row.type == camera.type; });
     if (product == std::end(kProducts)) {
-        throw CZQException(ZQ_HERE("CZQScanIFZqSiSoUsb::ProductOf"), ZQ_ERR_UNKNOWN_MODEL, "CameraType=%04X",
-                           camera.type);
+        ZQ_THROW("CZQScanIFZqSiSoUsb::ProductOf", ZQ_ERR_UNKNOWN_MODEL, "CameraType=%04X", camera.type);
     }
     return {product->deviceType, product->description};
 }

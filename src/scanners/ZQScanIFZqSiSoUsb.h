@@ -1,7 +1,7 @@
 #pragma once
 
 #include "scanners/ZQVendorScanner.h"
-#include "vendors/ZQUsb2.h"
+#include "vendors/ZQUsb2Adapter.h"
 
 namespace ZQAPI {
 

@@ -13,7 +13,7 @@ namespace {
 // A little less than a scan takes at most: what has been found is handed over in time.
 constexpr std::chrono::milliseconds kTimeLimit{29000};
 
-UdpDiscoverySettings ReadSettings(const CZQString& apiIniPath, const CZQString& section) {
+SUdpDiscoverySettings ReadSettings(const CZQString& apiIniPath, const CZQString& section) {
     CZQIniFile ini(apiIniPath);
     ini.SetSection(section);
     return ReadUdpDiscoverySettings(ini);

@@ -8,7 +8,7 @@
 
 namespace ZQAPI {
 
-void ReportRecovered(CZQException& exception, const SourceLocation& caughtAt) noexcept {
+void ReportRecovered(CZQException& exception, const SSourceLocation& caughtAt) noexcept {
     exception.AddCatchLocation(caughtAt);
     exception.SetSeverity(kSeverityRecovered);
     LogException(kLogLevel, exception);
@@ -16,7 +16,7 @@ void ReportRecovered(CZQException& exception, const SourceLocation& caughtAt) no
 }
 
 void ReportRecovered(CZQException& exception, const CZQString& camera,
-                     const SourceLocation& caughtAt) noexcept {
+                     const SSourceLocation& caughtAt) noexcept {
     try {
         const CZQString text = exception.GetExtraText();
         exception.SetExtraText("%s%s%s", camera.c_str(), text.IsEmpty() ? "" : "; ", text.c_str());
@@ -26,7 +26,7 @@ void ReportRecovered(CZQException& exception, const CZQString& camera,
     ReportRecovered(exception, caughtAt);
 }
 
-CZQException DeviceGone(const SourceLocation& thrownAt, const CZQDeviceInfo& device) {
+CZQException DeviceGone(const SSourceLocation& thrownAt, const CZQDeviceInfo& device) {
     return CZQException(thrownAt, ZQ_ERR_DEVICE_NOT_FOUND, "Label=%s, Address=%s", device.GetName().c_str(),
                         device.GetCCMAddress().c_str());
 }

@@ -4,6 +4,8 @@
 #include <iterator>
 
 #include "foundation/ZQException.h"
+#include "scanners/ZQGigEAddressChange.h"
+#include "scanners/ZQPleoraAddressChange.h"
 #include "scanners/ZQScanAdimecCL.h"
 #include "scanners/ZQScanIFBoFX.h"
 #include "scanners/ZQScanIFICImagingSource.h"
@@ -17,6 +19,9 @@
 #include "scanners/ZQScanIFZqRS232.h"
 #include "scanners/ZQScanIFZqSiSoUsb.h"
 #include "scanners/ZQScanIFZqUDP.h"
+#include "scanners/ZQScannerNames.h"
+#include "scanners/ZQUdpAddressChange.h"
+#include "vendors/ZQGigEAdapter.h"
 
 namespace ZQAPI {
 
@@ -33,40 +38,73 @@ std::unique_ptr<CZQScanIFBase> MakeNone(const CZQString& /*apiIniPath*/, const C
     return nullptr;
 }
 
-enum class Network { kNo, kLocked };
+using ReleaseLibrary = std::shared_ptr<const void> (*)() noexcept;
 
-// The row's place is the scanner's number. Precedence: 0 is first; it differs from the numbers on purpose.
+void ChangeGigEAddressOfProcess(const CZQDeviceInfo& device, const CZQString& newAddress,
+                                const CZQString& subnetMask) {
+    ChangeGigEAddress(&CZQGigE::Shared, device, newAddress, subnetMask);
+}
+
+std::shared_ptr<const void> ReleaseGigE() noexcept {
+    return CZQGigE::ReleaseShared();
+}
+
+// What the library itself has to know of a scanner; the row's place is the scanner's number.
 struct Row {
     std::int32_t number;
-    const char* name;
-    std::uint32_t precedence;
-    Network network;
+    std::uint32_t precedence;  // 0 is first; differs from the numbers on purpose
     Factory make;
+    bool usesNetworkLock = false;
+    AddressChange changeAddress = nullptr;  // null: its cameras have no address on the network
+    ReleaseLibrary releaseLibrary = nullptr;
 };
 
 constexpr Row kRows[] = {
-    {ZQDEV_SCANNER_MANUAL, ZQDEV_SCANNER_NAME_MANUAL, 13, Network::kNo, MakeNone},
-    {ZQDEV_SCANNER_ZQ_UDP, ZQDEV_SCANNER_NAME_ZQ_UDP, 10, Network::kLocked, Make<CZQScanIFZqUDP>},
-    {ZQDEV_SCANNER_ZQ_RS232, ZQDEV_SCANNER_NAME_ZQ_RS232, 11, Network::kNo, Make<CZQScanIFZqRS232>},
-    {ZQDEV_SCANNER_ZQ_IMAQ_RS232, ZQDEV_SCANNER_NAME_ZQ_IMAQ_RS232, 9, Network::kNo,
-     Make<CZQScanIFZqImaqRS232>},
-    {ZQDEV_SCANNER_SISO_USB2, ZQDEV_SCANNER_NAME_SISO_USB2, 6, Network::kNo, Make<CZQScanIFZqSiSoUsb>},
-    {ZQDEV_SCANNER_PLEORA_IPORT, ZQDEV_SCANNER_NAME_PLEORA_IPORT, 7, Network::kLocked,
-     Make<CZQScanIFPleoraIport>},
-    {ZQDEV_SCANNER_BO_FX, ZQDEV_SCANNER_NAME_BO_FX, 2, Network::kNo, Make<CZQScanIFBoFX>},
-    {ZQDEV_SCANNER_PGR_FLY, ZQDEV_SCANNER_NAME_PGR_FLY, 3, Network::kNo, Make<CZQScanIFPGRFly>},
-    {ZQDEV_SCANNER_TAVI, ZQDEV_SCANNER_NAME_TAVI, 4, Network::kNo, Make<CZQScanIFTavi>},
-    {ZQDEV_SCANNER_IDS_UEYE, ZQDEV_SCANNER_NAME_IDS_UEYE, 5, Network::kNo, Make<CZQScanIFIDSUEye>},
-    {ZQDEV_SCANNER_ZQ_GIGE, ZQDEV_SCANNER_NAME_ZQ_GIGE, 8, Network::kNo, Make<CZQScanIFZQGigE>},
-    {ZQDEV_SCANNER_ZQ_IC, ZQDEV_SCANNER_NAME_ZQ_IC, 12, Network::kNo, Make<CZQScanIFICImagingSource>},
-    {ZQDEV_SCANNER_ADIMEC_CL, ZQDEV_SCANNER_NAME_ADIMEC_CL, 1, Network::kNo, Make<CZQScanAdimecCL>},
-    {ZQDEV_SCANNER_MV, ZQDEV_SCANNER_NAME_MV, 0, Network::kNo, Make<CZQScanIFMatrixVision>},
+    {.number = ZQDEV_SCANNER_MANUAL, .precedence = 13, .make = MakeNone},
+    {.number = ZQDEV_SCANNER_ZQ_UDP,
+     .precedence = 10,
+     .make = Make<CZQScanIFZqUDP>,
+     .usesNetworkLock = true,
+     .changeAddress = ChangeUdpAddress},
+    {.number = ZQDEV_SCANNER_ZQ_RS232, .precedence = 11, .make = Make<CZQScanIFZqRS232>},
+    {.number = ZQDEV_SCANNER_ZQ_IMAQ_RS232, .precedence = 9, .make = Make<CZQScanIFZqImaqRS232>},
+    {.number = ZQDEV_SCANNER_SISO_USB2, .precedence = 6, .make = Make<CZQScanIFZqSiSoUsb>},
+    {.number = ZQDEV_SCANNER_PLEORA_IPORT,
+     .precedence = 7,
+     .make = Make<CZQScanIFPleoraIport>,
+     .usesNetworkLock = true,
+     .changeAddress = ChangePleoraAddress},
+    {.number = ZQDEV_SCANNER_BO_FX, .precedence = 2, .make = Make<CZQScanIFBoFX>},
+    {.number = ZQDEV_SCANNER_PGR_FLY, .precedence = 3, .make = Make<CZQScanIFPGRFly>},
+    {.number = ZQDEV_SCANNER_TAVI, .precedence = 4, .make = Make<CZQScanIFTavi>},
+    {.number = ZQDEV_SCANNER_IDS_UEYE, .precedence = 5, .make = Make<CZQScanIFIDSUEye>},
+    {.number = ZQDEV_SCANNER_ZQ_GIGE,
+     .precedence = 8,
+     .make = Make<CZQScanIFZQGigE>,
+     .changeAddress = ChangeGigEAddressOfProcess,
+     .releaseLibrary = ReleaseGigE},
+    {.number = ZQDEV_SCANNER_ZQ_IC, .precedence = 12, .make = Make<CZQScanIFICImagingSource>},
+    {.number = ZQDEV_SCANNER_ADIMEC_CL, .precedence = 1, .make = Make<CZQScanAdimecCL>},
+    {.number = ZQDEV_SCANNER_MV, .precedence = 0, .make = Make<CZQScanIFMatrixVision>},
 };
-static_assert(std::size(kRows) == ZQDEV_NOF_SCANNERS);
+
+// Every number has its row, and every row a precedence of its own.
+constexpr bool IsComplete() {
+    std::uint64_t precedences = 0;
+    for (std::size_t i = 0; i < std::size(kRows); ++i) {
+        if (kRows[i].number != static_cast<std::int32_t>(i) || kRows[i].precedence >= std::size(kRows)) {
+            return false;
+        }
+        precedences |= std::uint64_t{1} << kRows[i].precedence;
+    }
+    return precedences == (std::uint64_t{1} << std::size(kRows)) - 1;
+}
+static_assert(std::size(kRows) == ZQDEV_NOF_SCANNERS && IsComplete());
 
 const Row* FindRow(const CZQString& name) {
-    const auto* row = std::find_if(std::begin(kRows), std::end(kRows),
-                                   [&](const Row& candidate) { return name == candidate.name; });
+    const auto* row = std::find_if(std::begin(kRows), std::end(kRows), [&](const Row& candidate) {
+        return name == kScannerNames[candidate.number].scanner;
+    });
     return row == std::end(kRows) ? nullptr : row;
 }
 
@@ -74,24 +112,41 @@ const Row* FindRow(const CZQString& name) {
 
 CZQString ScannerNameOfNumber(std::int32_t number) {
     if (number < 0 || number >= ZQDEV_NOF_SCANNERS) {
-        throw CZQException(ZQ_HERE("CZQDeviceAPI::ScanForDevices"), ZQ_ERR_NULL_INPUT, "Scanner=%ld",
-                           static_cast<long>(number));
+        ZQ_THROW("CZQDeviceAPI::ScanForDevices", ZQ_ERR_NULL_INPUT, "Scanner=%ld", static_cast<long>(number));
     }
-    return kRows[number].name;
+    return kScannerNames[number].scanner;
 }
 
 std::unique_ptr<CZQScanIFBase> CreateScanner(const CZQString& name, const CZQString& apiIniPath) {
     const Row* const row = FindRow(name);
     if (row == nullptr) {
-        throw CZQException(ZQ_HERE("CZQDeviceAPI::CreateScanner"), ZQ_ERR_BAD_VALUE,
-                           "Unknown scanner type: '%s'", name.c_str());
+        ZQ_THROW("CZQDeviceAPI::CreateScanner", ZQ_ERR_BAD_VALUE, "Unknown scanner type: '%s'", name.c_str());
     }
     return row->make(apiIniPath, "DeviceScanner." + name);
 }
 
 bool ScannerUsesNetworkLock(const CZQString& name) {
     const Row* const row = FindRow(name);
-    return row != nullptr && row->network == Network::kLocked;
+    return row != nullptr && row->usesNetworkLock;
+}
+
+bool ScannerFindsNetworkCameras(const CZQString& name) {
+    const Row* const row = FindRow(name);
+    return row != nullptr && row->changeAddress != nullptr;
+}
+
+AddressChange AddressChangeOf(const CZQString& name) {
+    return ScannerFindsNetworkCameras(name) ? FindRow(name)->changeAddress : ChangeUdpAddress;
+}
+
+std::vector<std::shared_ptr<const void>> ReleaseScannerLibraries() {
+    std::vector<std::shared_ptr<const void>> released;
+    for (const Row& row : kRows) {
+        if (row.releaseLibrary != nullptr) {
+            released.push_back(row.releaseLibrary());
+        }
+    }
+    return released;
 }
 
 CZQStringArray ScannerMergeOrder() {
@@ -101,7 +156,7 @@ CZQStringArray ScannerMergeOrder() {
     }
     CZQStringArray names;
     for (const Row* row : ordered) {
-        names.Add(row->name);
+        names.Add(kScannerNames[row->number].scanner);
     }
     return names;
 }

@@ -1,9 +1,11 @@
-// The one table of scanners: name, number, place in the order of precedence, and who makes it. A new scanner
-// is one row here and one pair of files.
+// The one table of scanners, beside the public one that gives them number, name and modules (ZQDEV_SCANNER_TABLE):
+// who makes them, their order of precedence, and how the addresses of their cameras are changed. A new scanner is
+// one row in each and one pair of files.
 #pragma once
 
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 #include "devices/ZQScanIFBase.h"
 #include "foundation/ZQStringArray.h"
@@ -19,6 +21,18 @@ std::unique_ptr<CZQScanIFBase> CreateScanner(const CZQString& name, const CZQStr
 
 // Whether the scanner uses the network's broadcast path, which is used by one at a time.
 bool ScannerUsesNetworkLock(const CZQString& name);
+
+// Whether its cameras have an address on the network that can be changed.
+bool ScannerFindsNetworkCameras(const CZQString& name);
+
+// How that is done; with the kit's text commands for a name that is none of those.
+using AddressChange = void (*)(const CZQDeviceInfo& device, const CZQString& newAddress,
+                               const CZQString& subnetMask);
+AddressChange AddressChangeOf(const CZQString& name);
+
+// With the last de-initialisation: the vendors' libraries that scanners keep for the process. Whoever lets go of
+// the result frees them, which runs their code.
+std::vector<std::shared_ptr<const void>> ReleaseScannerLibraries();
 
 // All names, the first takes precedence.
 CZQStringArray ScannerMergeOrder();

@@ -39,7 +39,7 @@ void CZQSerialLineScanner::Scan(CZQDeviceList& found) {
 
 void CZQSerialLineScanner::Update(CZQDeviceInfo& device) {
     UpdateByScan(*this, device, ZQ_HERE(m_names.updateMethod));
-    if (m_names.lineIAM != nullptr && device.GetIAM() == m_names.lineIAM) {
+    if (!device.GetIAM().IsEmpty() && device.GetIAM() == m_names.iam) {
         device.SetIAMAddress(device.GetUsedAddress());
     }
 }
@@ -93,13 +93,12 @@ void CZQSerialLineScanner::SkipRest(CZQComBase& channel) const {
         return;  // quiet without a line feed: nothing more will come
     }
     if (byte != '\n') {
-        throw CZQException(ZQ_HERE("CZQSerialLineScanner::SkipRest"), ZQ_ERR_COM_TIMEOUT,
-                           "The answer does not end");
+        ZQ_THROW("CZQSerialLineScanner::SkipRest", ZQ_ERR_COM_TIMEOUT, "The answer does not end");
     }
 }
 
 CZQDeviceInfo CZQSerialLineScanner::Identify(const CZQString& line, std::uint32_t index) const {
-    CZQTextCommandCamera camera(m_names.commandModule, line);
+    CZQTextCommandCamera camera(m_commandModule, line);
     CZQDeviceInfo device;
     device.SetName(CZQString::Formatted("_%s.%u", m_names.scanner, index));
     camera.ReadIdentity(device);

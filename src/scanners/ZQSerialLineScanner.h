@@ -7,34 +7,26 @@
 #include "communication/ZQComBase.h"
 #include "devices/ZQScanIFBase.h"
 #include "foundation/ZQStringArray.h"
+#include "scanners/ZQScannerNames.h"
 
 namespace ZQAPI {
-
-// The names of one kind of serial line.
-struct SSerialScannerNames {
-    const char* scanner;
-    const char* ccm;
-    const char* commandModule;  // its file in the kit's module folder
-    const char* scanMethod;     // "CZQScanIFZqRS232::Scan"
-    const char* updateMethod;
-    const char* lineIAM;  // the image module whose address is the line, too; null: none
-};
 
 // Finds the maker's cameras on serial lines: asks each line for its identification in turn, takes those whose
 // answer names the maker, and identifies the camera through the line's command module.
 class CZQSerialLineScanner : public CZQScanIFBase {
 public:
     // A line that can't be opened or stays silent is passed over without a word; a camera that can't be
-    // identified, or whose answer does not end, is logged with its line, handed to the error reporter and left
-    // out.
+    // identified, or whose answer does not end, is logged with its line, handed to the error reporter
+    // and left out.
     void Scan(CZQDeviceList& found) final;
-    // As UpdateByScan; IAMAddress follows the line where it is one.
+    // As UpdateByScan; the IAMAddress of the scanner's own image module follows the line.
     void Update(CZQDeviceInfo& device) final;
 
 protected:
-    // `byteTimeoutMs`: how long each byte of a line's answer may take.
-    CZQSerialLineScanner(const SSerialScannerNames& names, std::uint32_t byteTimeoutMs)
-        : m_names(names), m_byteTimeoutMs(byteTimeoutMs) {}
+    // The module is named by its file in the kit's module folder; `byteTimeoutMs`: how long each byte of a line's
+    // answer may take.
+    CZQSerialLineScanner(const SScannerNames& names, const char* commandModule, std::uint32_t byteTimeoutMs)
+        : m_names(names), m_commandModule(commandModule), m_byteTimeoutMs(byteTimeoutMs) {}
 
     void SetByteTimeout(std::uint32_t byteTimeoutMs) noexcept { m_byteTimeoutMs = byteTimeoutMs; }
 
@@ -51,7 +43,8 @@ private:
     void SkipRest(CZQComBase& channel) const;
     CZQDeviceInfo Identify(const CZQString& line, std::uint32_t index) const;
 
-    const SSerialScannerNames m_names;
+    const SScannerNames m_names;
+    const char* const m_commandModule;
     std::uint32_t m_byteTimeoutMs;
 };
 

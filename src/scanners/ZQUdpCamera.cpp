@@ -7,12 +7,13 @@
 #include "devices/ZQSdkPaths.h"
 #include "foundation/Io/ZQFile.h"
 #include "foundation/ZQException.h"
+#include "scanners/ZQScannerNames.h"
 
 namespace ZQAPI {
 
 namespace {
 
-constexpr const char* kScanner = ZQDEV_SCANNER_NAME_ZQ_UDP;
+constexpr SScannerNames kNames = ZQ_SCANNER_NAMES(ZQ_UDP, "CZQScanIFZqUDP");
 
 // Whether this machine may have lacked the means for the moment: a socket, memory, a free file handle for the
 // module or for the camera configuration file, which is then there all the same.
@@ -130,14 +131,14 @@ CZQUdpCamera::EEnd CZQUdpCamera::Identify(CZQTextCommandCamera& camera) {
 void CZQUdpCamera::ReadDevice(CZQTextCommandCamera& camera, CZQDeviceInfo& device) {
     camera.Open("ZQCCMUdpAPI.dll", CommandAddress(m_answer));
     camera.ReadIdentity(device);
-    device.SetUsedScanner(kScanner);
+    device.SetUsedScanner(kNames.scanner);
     device.SetUsedAddress(m_answer.ipAddress);
-    device.SetCCM(ZQDEV_CCM_ZQ_TCPIP);
+    device.SetCCM(kNames.ccm);
     device.SetCCMAddress(m_answer.ipAddress);
     m_imagePaths->Choose(device, m_answer.ipAddress);
     camera.ReadFirmwareVersion(device);
     // A name to go by until the list gives it its own.
-    const CZQString name = CZQString::Formatted("_%s.%s", kScanner, device.GetDeviceID().c_str());
+    const CZQString name = CZQString::Formatted("_%s.%s", kNames.scanner, device.GetDeviceID().c_str());
     device.SetName(name.view().substr(0, CZQDeviceInfo::kMaxTextLength));
     camera.Close();
 }

@@ -47,7 +47,7 @@ std::optional<std::string_view> ReceiveAnswer(CZQComUDP& channel, AnswerBuffer& 
 // One search over all its sockets.
 class Discovery {
 public:
-    Discovery(const UdpDiscoverySettings& settings, const UdpHeardCallback& onHeard,
+    Discovery(const SUdpDiscoverySettings& settings, const UdpHeardCallback& onHeard,
               const UdpGoesOnCallback& goesOn)
         : m_settings(settings), m_onHeard(onHeard), m_goesOn(goesOn) {}
 
@@ -131,7 +131,7 @@ private:
         }
     }
 
-    const UdpDiscoverySettings& m_settings;
+    const SUdpDiscoverySettings& m_settings;
     const UdpHeardCallback& m_onHeard;
     const UdpGoesOnCallback& m_goesOn;
     CZQIgnoredDatagrams m_ignored;
@@ -152,16 +152,15 @@ void ReadPort(CZQIniFile& ini, std::uint16_t& port) {
     std::int32_t number = 0;
     ini.ReadLong("IPPort", number);
     if (!std::in_range<std::uint16_t>(number)) {
-        throw CZQException(ZQ_HERE("CZQScanIFZqUDP::CZQScanIFZqUDP"), ZQ_ERR_BAD_VALUE, "IPPort=%ld",
-                           static_cast<long>(number));
+        ZQ_THROW("CZQScanIFZqUDP::CZQScanIFZqUDP", ZQ_ERR_BAD_VALUE, "IPPort=%ld", static_cast<long>(number));
     }
     port = static_cast<std::uint16_t>(number);
 }
 
 }  // namespace
 
-UdpDiscoverySettings ReadUdpDiscoverySettings(CZQIniFile& ini) {
-    UdpDiscoverySettings settings;
+SUdpDiscoverySettings ReadUdpDiscoverySettings(CZQIniFile& ini) {
+    SUdpDiscoverySettings settings;
     ReadPort(ini, settings.port);
     ReadCount(ini, "NofScanCycles", settings.nofCycles);
     ReadCount(ini, "ScanTimeMs", settings.scanTimeMs);
@@ -171,12 +170,12 @@ UdpDiscoverySettings ReadUdpDiscoverySettings(CZQIniFile& ini) {
     return settings;
 }
 
-void ListenForUdpDevices(const UdpDiscoverySettings& settings, const UdpHeardCallback& onHeard,
+void ListenForUdpDevices(const SUdpDiscoverySettings& settings, const UdpHeardCallback& onHeard,
                          const UdpGoesOnCallback& goesOn) {
     Discovery(settings, onHeard, goesOn).Run();
 }
 
-std::vector<SUdpDeviceConnInfo> DiscoverUdpDevices(const UdpDiscoverySettings& settings) {
+std::vector<SUdpDeviceConnInfo> DiscoverUdpDevices(const SUdpDiscoverySettings& settings) {
     CZQUdpCameras cameras;
     ListenForUdpDevices(
         settings,

@@ -12,7 +12,7 @@ namespace ZQAPI {
 
 class CZQIniFile;
 
-struct UdpDiscoverySettings {
+struct SUdpDiscoverySettings {
     std::uint16_t port = 19380;
     std::uint32_t nofCycles = 5;       // how often the request is sent; 0: nothing is sent, nothing found
     std::uint32_t scanTimeMs = 10000;  // listening time, shared equally by the cycles
@@ -21,7 +21,7 @@ struct UdpDiscoverySettings {
 
 // "IPPort", "NofScanCycles", "ScanTimeMs" and "BindToNetworkCard" of the file's section; a missing key keeps
 // its default. A port outside 0 to 65535: ZQ_ERR_BAD_VALUE, "IPPort=%ld". Counts below 0 are 0.
-UdpDiscoverySettings ReadUdpDiscoverySettings(CZQIniFile& ini);
+SUdpDiscoverySettings ReadUdpDiscoverySettings(CZQIniFile& ini);
 
 // Told of each answer that counts, repeats too, at the moment it is heard; `card` as CZQUdpCameras::Add takes
 // it. Called on the listening threads, several at once: it must be quick, or answers are lost.
@@ -33,10 +33,10 @@ using UdpGoesOnCallback = std::function<bool()>;
 // Broadcasts and listens for `scanTimeMs`. Without bindToNetworkCard the channel's errors are thrown; with it
 // they end the search on their interface, one thread each, and go to the debug output. What comes in and
 // counts for nothing is told there too.
-void ListenForUdpDevices(const UdpDiscoverySettings& settings, const UdpHeardCallback& onHeard,
+void ListenForUdpDevices(const SUdpDiscoverySettings& settings, const UdpHeardCallback& onHeard,
                          const UdpGoesOnCallback& goesOn);
 
 // The same, and what was heard in all, as CZQUdpCameras has it.
-std::vector<SUdpDeviceConnInfo> DiscoverUdpDevices(const UdpDiscoverySettings& settings);
+std::vector<SUdpDeviceConnInfo> DiscoverUdpDevices(const SUdpDiscoverySettings& settings);
 
 }  // namespace ZQAPI

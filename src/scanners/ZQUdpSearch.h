@@ -21,7 +21,7 @@ public:
     using Cameras = std::vector<std::shared_ptr<CZQUdpCamera>>;
 
     // Nothing is sent after the deadline.
-    CZQUdpSearch(const UdpDiscoverySettings& settings, Clock::time_point deadline)
+    CZQUdpSearch(const SUdpDiscoverySettings& settings, Clock::time_point deadline)
         : m_settings(settings), m_deadline(deadline) {}
 
     // What was heard, in the order of discovery, identified as far as there was time. Ends when the listening
@@ -39,7 +39,7 @@ private:
     std::shared_ptr<CZQUdpCamera> Keep(std::size_t card, const SUdpDeviceConnInfo& answer);
     void Check(const CZQDeviceInfo& device) noexcept;
 
-    const UdpDiscoverySettings m_settings;
+    const SUdpDiscoverySettings m_settings;
     const Clock::time_point m_deadline;
     CZQString m_wantedId;
     const std::shared_ptr<CZQUdpImagePaths> m_imagePaths = std::make_shared<CZQUdpImagePaths>();

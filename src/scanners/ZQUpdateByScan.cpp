@@ -4,7 +4,7 @@
 
 namespace ZQAPI {
 
-void UpdateByScan(CZQScanIFBase& scanner, CZQDeviceInfo& device, const SourceLocation& here) {
+void UpdateByScan(CZQScanIFBase& scanner, CZQDeviceInfo& device, const SSourceLocation& here) {
     CZQDeviceList list;
     scanner.Scan(list);
     const std::int32_t index = list.FindDeviceByID(device.GetDeviceID());

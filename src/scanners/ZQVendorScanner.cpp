@@ -6,7 +6,7 @@ namespace ZQAPI {
 
 namespace {
 
-CZQException Caught(const SourceLocation& here) {
+CZQException Caught(const SSourceLocation& here) {
     try {
         throw;
     } catch (const CZQException& exception) {
@@ -27,7 +27,7 @@ void Append(CZQString& text, const char* label, const CZQString& value) {
 }  // namespace
 
 SVendorIdentity FitForRecord(SVendorIdentity identity, std::int32_t badTextError,
-                             const SourceLocation& here) {
+                             const SSourceLocation& here) {
     identity.kind.Trim(" ");
     identity.serialNumber = IdentityText(identity.serialNumber, "SerialNumber", badTextError, here);
     identity.address = IdentityText(identity.address, "Address", badTextError, here);
@@ -39,7 +39,7 @@ SVendorIdentity FitForRecord(SVendorIdentity identity, std::int32_t badTextError
     return identity;
 }
 
-CZQDeviceInfo MakeVendorRecord(const SVendorScannerNames& names, std::uint32_t index,
+CZQDeviceInfo MakeVendorRecord(const SScannerNames& names, std::uint32_t index,
                                const SVendorIdentity& identity, const SVendorProduct& product) {
     CZQDeviceInfo device;
     device.SetName(CZQString::Formatted("_%s.%u", names.scanner, index));
@@ -60,7 +60,7 @@ void SetVendorLocation(CZQDeviceInfo& device, const SVendorIdentity& identity) {
     device.SetFirmwareVersion(identity.firmwareVersion);
 }
 
-CZQException CaughtWithCamera(const SourceLocation& here, std::uint32_t index,
+CZQException CaughtWithCamera(const SSourceLocation& here, std::uint32_t index,
                               const SVendorIdentity& identity) {
     CZQException failure = Caught(here);
     CZQString camera = CZQString::Formatted("Camera=%u", index);

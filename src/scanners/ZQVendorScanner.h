@@ -9,19 +9,11 @@
 #include "devices/ZQScanIFBase.h"
 #include "foundation/ZQException.h"
 #include "scanners/ZQScannerErrors.h"
+#include "scanners/ZQScannerNames.h"
 #include "vendors/ZQICameraSource.h"
 #include "vendors/ZQVendorGuard.h"
 
 namespace ZQAPI {
-
-// The names that a scanner writes into every record, and the methods under which its failures are reported.
-struct SVendorScannerNames {
-    const char* scanner;
-    const char* ccm;
-    const char* iam;
-    const char* scanMethod;    // "CZQScanIFIDSUEye::Scan"
-    const char* updateMethod;  // "CZQScanIFIDSUEye::Update"
-};
 
 // Which camera it is and where, as its library or the camera itself has it.
 struct SVendorIdentity {
@@ -49,7 +41,7 @@ template <class Info>
 struct SVendorScannerKind {
     using MakeSource = std::function<std::unique_ptr<CZQICameraSource<Info>>()>;
 
-    SVendorScannerNames names = {};
+    SScannerNames names = {};
     MakeSource makeSource;  // loads the library; called for each scan and update
     SVendorIdentity (*identify)(const Info& camera) = nullptr;
     // A camera that is none of the maker's: ZQ_ERR_UNKNOWN_MODEL.
@@ -60,14 +52,15 @@ struct SVendorScannerKind {
 };
 
 // The identity as a record can keep it; else `badTextError`, or ZQ_ERR_TEXT_TOO_LONG.
-SVendorIdentity FitForRecord(SVendorIdentity identity, std::int32_t badTextError, const SourceLocation& here);
-CZQDeviceInfo MakeVendorRecord(const SVendorScannerNames& names, std::uint32_t index,
+SVendorIdentity FitForRecord(SVendorIdentity identity, std::int32_t badTextError,
+                             const SSourceLocation& here);
+CZQDeviceInfo MakeVendorRecord(const SScannerNames& names, std::uint32_t index,
                                const SVendorIdentity& identity, const SVendorProduct& product);
 void SetVendorLocation(CZQDeviceInfo& device, const SVendorIdentity& identity);
 
 // Within a handler: what is being handled, of whatever kind, as the library's exception, its text followed by
 // the camera's number and what is known of it. What is none of the library's becomes ZQ_ERR_UNEXPECTED.
-CZQException CaughtWithCamera(const SourceLocation& here, std::uint32_t index,
+CZQException CaughtWithCamera(const SSourceLocation& here, std::uint32_t index,
                               const SVendorIdentity& identity = {});
 
 // The library is loaded for each scan and update, in its turn (CZQVendorGuard), and freed at its end.

@@ -7,7 +7,7 @@ namespace ZQAPI {
 namespace {
 
 // For the steps that have a text of their own, with the library's status in it.
-void CheckStep(const SourceLocation& here, const char* step, std::int32_t status) {
+void CheckStep(const SSourceLocation& here, const char* step, std::int32_t status) {
     if (status != ZQVENDOR_OK) {
         throw CZQException(here, ZQ_ERR_VENDOR_LIBRARY, "GigE API: %s failed (%d)", step,
                            static_cast<int>(status));
@@ -17,13 +17,13 @@ void CheckStep(const SourceLocation& here, const char* step, std::int32_t status
 // A connection that is open while the object lives.
 class CConnection {
 public:
-    CConnection(const SGigEFunctions& functions, ZQGIGE_CAMERA camera, const SourceLocation& here)
+    CConnection(const SGigEFunctions& functions, ZQGIGE_CAMERA camera, const SSourceLocation& here)
         : m_functions(functions), m_camera(camera) {
         CheckStep(here, "open connection", m_functions.Camera_open(m_camera));
     }
     CConnection(const CConnection&) = delete;
     CConnection& operator=(const CConnection&) = delete;
-    ~CConnection() { CZQGigE::CheckRelease("Camera_close", m_functions.Camera_close(m_camera)); }
+    ~CConnection() { CZQGigE::Release(m_functions.Camera_close, m_camera); }
 
 private:
     const SGigEFunctions& m_functions;
@@ -32,36 +32,34 @@ private:
 
 }  // namespace
 
-CZQString CZQGigECamera::Text(const char* function, ReadText read, std::uint32_t size) const {
+CZQString CZQGigECamera::Text(const ReadText& read, std::uint32_t size) const {
     std::vector<char> text(size);
-    CZQGigE::Check(ZQ_HERE("CZQGigECamera::Text"), function, read(m_camera, text.data(), size));
+    CZQGigE::Call(ZQ_HERE("CZQGigECamera::Text"), read, m_camera, text.data(), size);
     return CZQGigE::FieldText(text);
 }
 
 CZQString CZQGigECamera::GetModelName() const {
-    return Text("Camera_getModelName", m_library.Functions().Camera_getModelName, ZQVENDOR_MODEL_SIZE);
+    return Text(m_library.Functions().Camera_getModelName, ZQVENDOR_MODEL_SIZE);
 }
 
 CZQString CZQGigECamera::GetSerialNumber() const {
-    return Text("Camera_getSerialNumber", m_library.Functions().Camera_getSerialNumber,
-                ZQVENDOR_SERIAL_NUMBER_SIZE);
+    return Text(m_library.Functions().Camera_getSerialNumber, ZQVENDOR_SERIAL_NUMBER_SIZE);
 }
 
 CZQString CZQGigECamera::GetMacAddress() const {
-    return Text("Camera_getMacAddress", m_library.Functions().Camera_getMacAddress, ZQVENDOR_ADDRESS_SIZE);
+    return Text(m_library.Functions().Camera_getMacAddress, ZQVENDOR_ADDRESS_SIZE);
 }
 
 CZQString CZQGigECamera::GetIPAddress() const {
-    return Text("Camera_getIPAddress", m_library.Functions().Camera_getIPAddress, ZQVENDOR_ADDRESS_SIZE);
+    return Text(m_library.Functions().Camera_getIPAddress, ZQVENDOR_ADDRESS_SIZE);
 }
 
 CZQString CZQGigECamera::GetDeviceVersion() const {
-    return Text("Camera_getDeviceVersion", m_library.Functions().Camera_getDeviceVersion,
-                ZQVENDOR_ADDRESS_SIZE);
+    return Text(m_library.Functions().Camera_getDeviceVersion, ZQVENDOR_ADDRESS_SIZE);
 }
 
 void CZQGigECamera::ChangeAddress(const CZQString& ipAddress, const CZQString& subnetMask,
-                                  const SourceLocation& here) const {
+                                  const SSourceLocation& here) const {
     const SGigEFunctions& functions = m_library.Functions();
     CheckStep(here, "force valid network address", functions.Camera_forceValidNetworkAddress(m_camera));
     const CConnection connection(functions, m_camera, here);
@@ -69,10 +67,10 @@ void CZQGigECamera::ChangeAddress(const CZQString& ipAddress, const CZQString& s
               functions.Camera_setIPAddress(m_camera, ipAddress.c_str(), subnetMask.c_str()));
 }
 
-CZQGigECameras::CZQGigECameras(const CZQGigE& library, std::int32_t kind, const SourceLocation& here)
+CZQGigECameras::CZQGigECameras(const CZQGigE& library, std::int32_t kind, const SSourceLocation& here)
     : m_library(library),
       m_container(library.Functions().CameraContainer_create(kind),
-                  library.Functions().CameraContainer_delete) {
+                  library.Functions().CameraContainer_delete.Get()) {
     if (m_container == nullptr) {
         throw CZQException(here, ZQ_ERR_VENDOR_LIBRARY, "CameraContainer could not be opened");
     }
@@ -82,12 +80,10 @@ CZQGigECameras::CZQGigECameras(const CZQGigE& library, std::int32_t kind, const 
 }
 
 std::uint32_t CZQGigECameras::GetCount() const {
-    constexpr const char* kFunction = "CameraContainer_getNumberOfCameras";
-    const SourceLocation here = ZQ_HERE("CZQGigECameras::GetCount");
+    const auto& getNumber = m_library.Functions().CameraContainer_getNumberOfCameras;
     std::uint32_t count = 0;
-    CZQGigE::Check(here, kFunction,
-                   m_library.Functions().CameraContainer_getNumberOfCameras(m_container.get(), &count));
-    return CZQGigE::CheckCount(here, kFunction, count);
+    CZQGigE::Call(ZQ_HERE("CZQGigECameras::GetCount"), getNumber, m_container.get(), &count);
+    return CZQGigE::CheckCount(ZQ_HERE("CZQGigECameras::GetCount"), getNumber, count);
 }
 
 std::optional<CZQGigECamera> CZQGigECameras::GetCamera(std::uint32_t index) const {

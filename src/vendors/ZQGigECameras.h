@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "vendors/ZQGigE.h"
+#include "vendors/ZQGigEAdapter.h"
 
 namespace ZQAPI {
 
@@ -21,13 +21,13 @@ public:
     // Gives the camera a new address and subnet mask. Each step that fails is ZQ_ERR_VENDOR_LIBRARY with a
     // text of its own, thrown at `here`; the connection is closed in any case.
     void ChangeAddress(const CZQString& ipAddress, const CZQString& subnetMask,
-                       const SourceLocation& here) const;
+                       const SSourceLocation& here) const;
 
 private:
-    using ReadText = decltype(&Camera_getModelName);
+    using ReadText = CZQEntryPoint<decltype(Camera_getModelName)>;
 
     // A text of at most `size` characters.
-    CZQString Text(const char* function, ReadText read, std::uint32_t size) const;
+    CZQString Text(const ReadText& read, std::uint32_t size) const;
 
     const CZQGigE& m_library;
     ZQGIGE_CAMERA m_camera;
@@ -37,17 +37,16 @@ private:
 // library must outlive it.
 class CZQGigECameras {
 public:
-    // ZQGIGE_KIND_...; a container that can't be made, a failed discovery: ZQ_ERR_VENDOR_LIBRARY, thrown at
-    // `here`.
-    CZQGigECameras(const CZQGigE& library, std::int32_t kind, const SourceLocation& here);
+    // ZQGIGE_KIND_...; a container that can't be made, a failed discovery: ZQ_ERR_VENDOR_LIBRARY,
+    // thrown at `here`.
+    CZQGigECameras(const CZQGigE& library, std::int32_t kind, const SSourceLocation& here);
 
     std::uint32_t GetCount() const;
     // Nothing for a camera that has gone.
     std::optional<CZQGigECamera> GetCamera(std::uint32_t index) const;
 
 private:
-    using Container =
-        std::unique_ptr<ZQGIGE_CONTAINER_STATE, decltype(SGigEFunctions::CameraContainer_delete)>;
+    using Container = std::unique_ptr<ZQGIGE_CONTAINER_STATE, decltype(&CameraContainer_delete)>;
 
     const CZQGigE& m_library;
     const Container m_container;

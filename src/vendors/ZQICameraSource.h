@@ -4,9 +4,9 @@
 
 namespace ZQAPI {
 
-// The cameras that one vendor's library lists, and nothing else of that library: what a scanner sees of an
-// adapter, and what a test puts in its place. `Info` is what the library tells of one camera. Bound to one
-// thread.
+// The cameras that one vendor's library lists, and nothing else of that library: what a scanner sees of
+// an adapter, and what a test puts in its place. `Info` is what the library tells of one camera. Bound
+// to one thread.
 template <class Info>
 class CZQICameraSource {
 public:

@@ -5,8 +5,8 @@
 
 namespace ZQAPI {
 
-// What a USB camera is, by the registers behind its SPI bus: the map in ZQAPI/vendors/ZQUsb2.h. Bound to one
-// thread.
+// What a USB camera is, by the registers behind its SPI bus: the map in ZQAPI/vendors/ZQUsb2.h. Bound
+// to one thread.
 class CZQSpiRegisters {
 public:
     using ReadRegister = std::function<std::uint16_t(std::uint16_t address)>;

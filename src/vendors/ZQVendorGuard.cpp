@@ -27,7 +27,7 @@ struct Turns {
     }
 };
 
-CZQException StillBusy(const SourceLocation& here, const CZQString& library, std::uint32_t waitedMs) {
+CZQException StillBusy(const SSourceLocation& here, const CZQString& library, std::uint32_t waitedMs) {
     return CZQException(here, ZQ_ERR_WAIT_FAILED, "Library=%s; it was still in use after %lu ms",
                         library.c_str(), static_cast<unsigned long>(waitedMs));
 }

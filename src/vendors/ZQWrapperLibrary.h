@@ -1,10 +1,9 @@
 #pragma once
 
-#include <array>
 #include <cstring>
 #include <type_traits>
 
-#include "vendors/ZQVendorLibrary.h"
+#include "vendors/ZQVendorAdapter.h"
 
 namespace ZQAPI {
 
@@ -36,8 +35,7 @@ protected:
         static_assert(std::is_trivially_copyable_v<Record> && std::is_standard_layout_v<Record>);
         Record record{};
         record.size = sizeof record;
-        const auto read = reinterpret_cast<std::int32_t (*)(std::uint32_t, Record*)>(m_slots[kGetCameraInfo]);
-        const std::int32_t status = read(index, &record);
+        const std::int32_t status = m_getCameraInfo(index, &record);
         CheckFilled(status, record.size, sizeof record);
         Record complete{};
         std::memcpy(&complete, &record, record.size);
@@ -45,12 +43,12 @@ protected:
     }
 
 private:
-    enum Slot { kInit, kGetNofCameras, kGetCameraInfo, kDeInit, kNofSlots };
-
     void CheckFilled(std::int32_t status, std::size_t filled, std::size_t room) const;
 
-    const SWrapperFunctions m_functions;
-    std::array<void*, kNofSlots> m_slots{};
+    CZQEntryPoint<std::int32_t()> m_init;
+    CZQEntryPoint<std::int32_t(std::uint32_t* count)> m_getNofCameras;
+    CZQEntryPoint<std::int32_t(std::uint32_t index, void* record)> m_getCameraInfo;
+    CZQEntryPoint<std::int32_t()> m_deInit;
 };
 
 }  // namespace ZQAPI

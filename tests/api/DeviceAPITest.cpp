@@ -1,6 +1,6 @@
 // The device interface over a folder of its own and scripted scanners; the exports themselves are tested on
 // the kit.
-#include "api/ZQDeviceAPI.h"
+#include "api/ZQDeviceAPIImpl.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -45,8 +45,8 @@ class DeviceAPI : public ::testing::Test {
 protected:
     DeviceAPI() : m_api(Environment()) { SampleList(2).SaveToFile(m_folder.File("Devices.ini")); }
 
-    CZQDeviceAPIEnvironment Environment() {
-        CZQDeviceAPIEnvironment environment;
+    SDeviceAPIEnvironment Environment() {
+        SDeviceAPIEnvironment environment;
         environment.getApiIniPath = [this] { return m_folder.File("ZQAPI.ini"); };
         environment.getDevicesIniPath = [this] { return m_folder.File("Devices.ini"); };
         environment.getCameraConfigFile = [this](const CZQString& type) {

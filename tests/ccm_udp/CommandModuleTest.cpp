@@ -27,20 +27,11 @@ using std::chrono::milliseconds;
 
 class Module : public CZQDynamicDLL {
 public:
-    Module() { OpenLibrary(ZQ_MODULE_FILE, kNames, m_slots); }
-    std::int32_t Open(const char* parameter, const char* address, ZQCCM_HANDLE* handle) const {
-        return reinterpret_cast<ZQCCM_OpenCCM_Function>(m_slots[0])(parameter, address, handle);
-    }
-    std::int32_t Close(ZQCCM_HANDLE handle) const {
-        return reinterpret_cast<ZQCCM_CloseCCM_Function>(m_slots[1])(handle);
-    }
-    std::int32_t Send(ZQCCM_HANDLE handle, const char* command, char* answer, std::uint32_t size) const {
-        return reinterpret_cast<ZQCCM_SendCmd_Function>(m_slots[2])(handle, command, answer, size);
-    }
+    Module() { OpenLibrary(ZQ_MODULE_FILE); }
 
-private:
-    static constexpr const char* kNames[] = {"ZQCCM_OpenCCM", "ZQCCM_CloseCCM", "ZQCCM_SendCmd", ""};
-    void* m_slots[3] = {};
+    const CZQEntryPoint<decltype(ZQCCM_OpenCCM)> Open{*this, "ZQCCM_OpenCCM"};
+    const CZQEntryPoint<decltype(ZQCCM_CloseCCM)> Close{*this, "ZQCCM_CloseCCM"};
+    const CZQEntryPoint<decltype(ZQCCM_SendCmd)> Send{*this, "ZQCCM_SendCmd"};
 };
 
 std::unique_ptr<Module> g_module;

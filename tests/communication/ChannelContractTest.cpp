@@ -87,19 +87,17 @@ public:
             play += "[imaq." + std::to_string(i) + "]\nModel=wire\n";
         }
         m_standIns.Play(play);
-        static const char* const kNames[] = {"imgPlayRead", "imgPlayWrite", ""};
-        m_library.OpenLibrary(StandIns::Folder() + "imaq.dll", kNames, m_functions);
+        m_library.OpenLibrary(StandIns::Folder() + "imaq.dll");
     }
     const CZQComConfigBase& Config() const override { return m_config; }
     std::string Read(std::size_t size) override {
         std::string text(size, '\0');
-        text.resize(reinterpret_cast<std::uint32_t (*)(const char*, char*, std::uint32_t)>(m_functions[0])(
-            m_config.GetInterfaceName().c_str(), text.data(), static_cast<std::uint32_t>(size)));
+        text.resize(
+            m_read(m_config.GetInterfaceName().c_str(), text.data(), static_cast<std::uint32_t>(size)));
         return text;
     }
     void Write(std::string_view text) override {
-        reinterpret_cast<void (*)(const char*, const char*, std::uint32_t)>(m_functions[1])(
-            m_config.GetInterfaceName().c_str(), text.data(), static_cast<std::uint32_t>(text.size()));
+        m_write(m_config.GetInterfaceName().c_str(), text.data(), static_cast<std::uint32_t>(text.size()));
     }
 
 private:
@@ -109,7 +107,8 @@ private:
     StandInPath m_path;
     CZQComImaqRS232Config m_config;
     CZQDynamicDLL m_library;
-    void* m_functions[2] = {};
+    CZQEntryPoint<std::uint32_t(const char*, char*, std::uint32_t)> m_read{m_library, "imgPlayRead"};
+    CZQEntryPoint<void(const char*, const char*, std::uint32_t)> m_write{m_library, "imgPlayWrite"};
 };
 
 template <class Made, class Base>

@@ -25,33 +25,29 @@ namespace fs = std::filesystem;
 constexpr const char* kLibrary = ZQ_TEST_LIBRARY;
 constexpr const char* kOtherBuild = ZQ_TEST_LIBRARY_OTHER_BUILD;
 constexpr const char* kThreadLibrary = ZQ_TEST_THREAD_LIBRARY;
-constexpr const char* kNone[] = {""};
-constexpr const char* kOneName[] = {"First", ""};
 
 std::string FileName(const std::string& path) {
     return std::filesystem::path(path).filename().string();
 }
 
-template <class Function>
-Function* Symbol(CZQDynamicDLL& library, const char* name) {
-    const char* const names[] = {name, ""};
-    void* slot = nullptr;
-    library.GetProcAddresses(names, &slot);
-    return reinterpret_cast<Function*>(slot);
-}
-
-TEST(DynamicDLL, ResolvesNamesUpToTheEmptyOne) {
-    void* slots[] = {nullptr, nullptr, nullptr};
-    static const char* const kNames[] = {"Fourth", "First", "", "Second"};
-    CZQDynamicDLL library(kLibrary, kNames, slots);
-    EXPECT_EQ(reinterpret_cast<int (*)()>(slots[0])(), 4);
-    EXPECT_EQ(reinterpret_cast<int (*)()>(slots[1])(), 1);
-    EXPECT_EQ(slots[2], nullptr);
+TEST(DynamicDLL, BindsItsEntryPointsWhileItIsOpen) {
+    CZQDynamicDLL library;
+    const CZQEntryPoint<int()> fourth(library, "Fourth");
+    const CZQEntryPoint<int()> first(library, "First");
+    library.OpenLibrary(kLibrary);
+    EXPECT_EQ(fourth(), 4);
+    EXPECT_EQ(first(), 1);
     EXPECT_EQ(library.GetLibraryName(), kLibrary);
-    library.OpenLibrary(kOtherBuild, kNone, nullptr);
-    EXPECT_EQ(Symbol<int()>(library, "First")(), 2);
+    {
+        const CZQEntryPoint<int()> second(library, "Second");
+        library.GetProcAddresses();
+        EXPECT_EQ(second(), 2);
+    }
+    library.OpenLibrary(kOtherBuild);
+    EXPECT_EQ(first(), 2);
     library.CloseLibrary();
     library.CloseLibrary();
+    EXPECT_FALSE(first.IsBound());
     EXPECT_FALSE(library.IsLibraryOpen());
     EXPECT_EQ(library.GetLibraryName(), "");
 }
@@ -60,7 +56,6 @@ TEST(DynamicDLL, HoldsNothingAfterAFailure) {
     const TempFolder folder;
     const std::string broken = folder.File(FileName(kLibrary));
     std::ofstream(broken) << "no library";
-    static const char* const kMissingThird[] = {"First", "Second", "Third", "Fourth", ""};
     const struct {
         std::string file;
         std::int32_t error;
@@ -74,17 +69,15 @@ TEST(DynamicDLL, HoldsNothingAfterAFailure) {
         {"", ZQ_ERR_LIBRARY_NOT_LOADED, "DLLName=; SysError ("},
     };
     for (const auto& test : cases) {
-        CZQDynamicDLL library(kOtherBuild, kNone, nullptr);
-        int untouched = 0;
-        void* slots[4] = {nullptr, nullptr, &untouched, &untouched};
-        EXPECT_THAT(FailureOf([&] { library.OpenLibrary(test.file, kMissingThird, slots); }),
+        CZQDynamicDLL library(kOtherBuild);
+        const CZQEntryPoint<int()> first(library, "First");
+        const CZQEntryPoint<int()> third(library, "Third");
+        const CZQEntryPoint<int()> fifth(library, "Fifth");
+        EXPECT_THAT(FailureOf([&] { library.OpenLibrary(test.file); }),
                     Pair(test.error, HasSubstr(test.text)));
         EXPECT_FALSE(library.IsLibraryOpen());
         EXPECT_EQ(library.GetLibraryName(), "");
-        if (test.error == ZQ_ERR_ENTRY_POINT_MISSING) {
-            EXPECT_TRUE(slots[0] != nullptr && slots[1] != nullptr && slots[2] == nullptr);
-            EXPECT_EQ(slots[3], &untouched);
-        }
+        EXPECT_FALSE(first.IsBound());
     }
 }
 
@@ -96,15 +89,15 @@ TEST(DynamicDLL, IsLookedForBesideThisProgramThenInPath) {
     fs::copy_file(kOtherBuild, folder.File(FileName(kLibrary)));
     const std::string onlyInPath = "zq_only_in_path";
     fs::copy_file(kOtherBuild, folder.File(onlyInPath + extension));
-    EXPECT_ZQ_ERROR(CZQDynamicDLL(onlyInPath + ".dll", kNone, nullptr), ZQ_ERR_LIBRARY_NOT_LOADED);
+    EXPECT_ZQ_ERROR(CZQDynamicDLL(onlyInPath + ".dll"), ZQ_ERR_LIBRARY_NOT_LOADED);
 
     CZQDllSearchPath::AddSearchPath(folder.Path().string());
-    CZQDynamicDLL library(onlyInPath + ".dll", kNone, nullptr);
-    EXPECT_EQ(Symbol<int()>(library, "First")(), 2);
+    CZQDynamicDLL library(onlyInPath + ".dll");
+    EXPECT_EQ(library.Find<int()>("First")(), 2);
     EXPECT_EQ(library.GetLibraryName(), "zq_only_in_path.dll");
-    library.OpenLibrary(fs::path(kLibrary).stem().string() + ".dll", kNone, nullptr);
-    EXPECT_EQ(Symbol<int()>(library, "First")(), 1);
-    EXPECT_ZQ_ERROR(library.OpenLibrary(onlyInPath + ".dll", kNone, nullptr, ELibraryPlace::kSystem),
+    library.OpenLibrary(fs::path(kLibrary).stem().string() + ".dll");
+    EXPECT_EQ(library.Find<int()>("First")(), 1);
+    EXPECT_ZQ_ERROR(library.OpenLibrary(onlyInPath + ".dll", ELibraryPlace::kSystem),
                     ZQ_ERR_LIBRARY_NOT_LOADED);
 }
 
@@ -126,8 +119,8 @@ TEST(DynamicDLL, PassesOverWhatIsNoLibrary) {
     fs::create_symlink(folder.Path() / "nowhere", folder.Path() / "link" / name, ignored);
     fs::copy_file(kOtherBuild, folder.Path() / "library" / name);
     SearchPath::Set(folders);
-    CZQDynamicDLL library("zq_wanted.dll", kNone, nullptr);
-    EXPECT_EQ(Symbol<int()>(library, "First")(), 2);
+    CZQDynamicDLL library("zq_wanted.dll");
+    EXPECT_EQ(library.Find<int()>("First")(), 2);
     library.CloseLibrary();
 
     // The same one in the current folder counts nowhere.
@@ -135,13 +128,12 @@ TEST(DynamicDLL, PassesOverWhatIsNoLibrary) {
     fs::current_path(folder.Path() / "library");
     SearchPath::Set(folders.substr(0, folders.rfind(separator)));
     const CZQString names[] = {"zq_first.dll", "zq_wanted.dll", "zq_third.dll"};
-    const Failure failure = FailureOf([&] { library.OpenFirstLibrary(names, kNone, nullptr); });
+    const Failure failure = FailureOf([&] { library.OpenFirstLibrary(names); });
     fs::current_path(before);
     EXPECT_THAT(failure, Pair(ZQ_ERR_LIBRARY_NOT_LOADED, HasSubstr("DLLName=zq_wanted.dll; SysError (")));
 
-    void* slot = &library;
-    EXPECT_ZQ_ERROR(CZQDynamicDLL().GetProcAddresses(kOneName, &slot), ZQ_ERR_ENTRY_POINT_MISSING);
-    EXPECT_EQ(slot, nullptr);
+    const CZQEntryPoint<int()> first(library, "First");
+    EXPECT_ZQ_ERROR(library.GetProcAddresses(), ZQ_ERR_ENTRY_POINT_MISSING);
 }
 
 TEST(DynamicDLL, StaysWhenItIsKept) {
@@ -149,11 +141,11 @@ TEST(DynamicDLL, StaysWhenItIsKept) {
     const std::string file = folder.File(FileName(kThreadLibrary));
     fs::copy_file(kThreadLibrary, file);
     const auto countCalls = [&](bool keep) {
-        CZQDynamicDLL library(file, kNone, nullptr);
+        CZQDynamicDLL library(file);
         if (keep) {
             library.KeepLibrary();
         }
-        return Symbol<int()>(library, "CountCalls")();
+        return library.Find<int()>("CountCalls")();
     };
     EXPECT_EQ(countCalls(false), 1);
     EXPECT_EQ(countCalls(true), 1);
@@ -174,10 +166,10 @@ TEST(DynamicDLL, ALibraryDeepDownKnowsItsPath) {
     fs::copy_file(kLibrary, place / "CCMs" / wanted);
     const std::string file = (place / "CCMs" / FileName(kThreadLibrary)).string();
     fs::copy_file(kThreadLibrary, file);
-    CZQDynamicDLL library(file, kNone, nullptr);
-    const std::string told = Symbol<const char*()>(library, "OwnPath")();
+    CZQDynamicDLL library(file);
+    const std::string told = library.Find<const char*()>("OwnPath")();
     EXPECT_TRUE(!told.empty() && file.ends_with(told)) << told;  // the system may leave the prefix out
-    EXPECT_EQ(Symbol<int(const char*)>(library, "FirstOf")("zq_beside.dll"), 2);
+    EXPECT_EQ(library.Find<int(const char*)>("FirstOf")("zq_beside.dll"), 2);
 }
 
 TEST(DllSearchPath, AppendsWhatExists) {
@@ -211,15 +203,15 @@ std::promise<void> g_release;
 std::promise<void> g_ended;
 
 TEST(ModuleThread, KeepsItsLibraryUntilItEnds) {
-    CZQDynamicDLL library(kThreadLibrary, kNone, nullptr);
-    EXPECT_EQ(Symbol<int()>(library, "CountCalls")(), 1);
-    ASSERT_TRUE(Symbol<bool(void (*)())>(library, "StartThread")([] {
+    CZQDynamicDLL library(kThreadLibrary);
+    EXPECT_EQ(library.Find<int()>("CountCalls")(), 1);
+    ASSERT_TRUE(library.Find<bool(void (*)())>("StartThread")([] {
         g_release.get_future().wait();
         g_ended.set_value();
     }));
     library.CloseLibrary();
-    library.OpenLibrary(kThreadLibrary, kNone, nullptr);
-    EXPECT_EQ(Symbol<int()>(library, "CountCalls")(), 2);
+    library.OpenLibrary(kThreadLibrary);
+    EXPECT_EQ(library.Find<int()>("CountCalls")(), 2);
     library.CloseLibrary();
     g_release.set_value();
     ASSERT_EQ(g_ended.get_future().wait_for(10s), std::future_status::ready);
@@ -228,8 +220,8 @@ TEST(ModuleThread, KeepsItsLibraryUntilItEnds) {
     const auto deadline = std::chrono::steady_clock::now() + 10s;
     int calls = 0;
     while (calls != 1 && std::chrono::steady_clock::now() < deadline) {
-        library.OpenLibrary(kThreadLibrary, kNone, nullptr);
-        calls = Symbol<int()>(library, "CountCalls")();
+        library.OpenLibrary(kThreadLibrary);
+        calls = library.Find<int()>("CountCalls")();
         library.CloseLibrary();
         std::this_thread::yield();
     }

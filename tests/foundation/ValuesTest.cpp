@@ -106,7 +106,7 @@ TEST(Registry, MissingKeyAndNullOutput) {
     EXPECT_ZQ_ERROR(registry.ReadKey("Value", platform::kRegistryText, nullptr), ZQ_ERR_NULL_OUTPUT);
 }
 
-SourceLocation Somewhere(const char* file, const char* method) {
+SSourceLocation Somewhere(const char* file, const char* method) {
     return {file, 42, "Tue Feb 22 08:40:12 2011", method};
 }
 

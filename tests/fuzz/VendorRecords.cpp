@@ -35,18 +35,15 @@ public:
         for (const Vendor& vendor : kVendors) {
             std::filesystem::create_symlink(ZQ_FUZZ_VENDOR_LIBRARIES, m_folder.Path() / vendor.file);
         }
-        static const char* const kNames[] = {"FuzzPlay", ""};
-        m_library.OpenLibrary(CZQString(ZQ_FUZZ_VENDOR_LIBRARIES), kNames, &m_play);
+        m_library.OpenLibrary(ZQ_FUZZ_VENDOR_LIBRARIES);
     }
-    void Play(std::string_view bytes) const {
-        reinterpret_cast<void (*)(const char*, std::size_t)>(m_play)(bytes.data(), bytes.size());
-    }
+    void Play(std::string_view bytes) const { m_play(bytes.data(), bytes.size()); }
     CZQString Folder() const { return m_folder.File(""); }
 
 private:
     test::TempFolder m_folder;
     CZQDynamicDLL m_library;
-    void* m_play = nullptr;
+    CZQEntryPoint<void(const char* bytes, std::size_t size)> m_play{m_library, "FuzzPlay"};
 };
 
 }  // namespace

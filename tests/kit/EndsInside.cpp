@@ -18,14 +18,6 @@ namespace {
 
 using namespace ZQAPI;
 
-template <class Function>
-Function* Find(CZQDynamicDLL& library, const char* name) {
-    const char* const names[] = {name, ""};
-    void* slot = nullptr;
-    library.GetProcAddresses(names, &slot);
-    return reinterpret_cast<Function*>(slot);
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -36,9 +28,8 @@ int main(int argc, char** argv) {
                   standIns.TraceFile() + "\n");
 
     // Never unloaded: only the end of the process ends it.
-    static const char* const kNone[] = {""};
-    static CZQNoDestructor<CZQDynamicDLL> library(ZQ_TEST_KIT "/" ZQ_TEST_LIBRARY, kNone, nullptr);
-    if (Find<decltype(ZQDEV_InitLibrary)>(library.Get(), "ZQDEV_InitLibrary")() != ZQ_OK) {
+    static CZQNoDestructor<CZQDynamicDLL> library(ZQ_TEST_KIT "/" ZQ_TEST_LIBRARY);
+    if (library.Get().Find<decltype(ZQDEV_InitLibrary)>("ZQDEV_InitLibrary")() != ZQ_OK) {
         std::fputs("the library can't be initialised\n", stderr);
         return 1;
     }
@@ -46,10 +37,10 @@ int main(int argc, char** argv) {
         if (isRescan) {
             ZQDEVICEINFO device{};
             std::strcpy(device.UsedScanner, ZQDEV_SCANNER_NAME_IDS_UEYE);
-            Find<decltype(ZQDEV_RescanDevice)>(library.Get(), "ZQDEV_RescanDevice")(&device);
+            library.Get().Find<decltype(ZQDEV_RescanDevice)>("ZQDEV_RescanDevice")(&device);
         } else {
-            Find<decltype(ZQDEV_ScanForDevicesWithScanner)>(
-                library.Get(), "ZQDEV_ScanForDevicesWithScanner")(ZQDEV_SCANNER_IDS_UEYE);
+            library.Get().Find<decltype(ZQDEV_ScanForDevicesWithScanner)>("ZQDEV_ScanForDevicesWithScanner")(
+                ZQDEV_SCANNER_IDS_UEYE);
         }
     }).detach();
     while (standIns.Traced().find("is_GetNumberOfCameras") == std::string::npos) {

@@ -30,16 +30,10 @@ public:
     // Calls an exported function: Call(&ZQDEV_GetNofDevices, "ZQDEV_GetNofDevices", &count). See ZQ_CALL.
     template <class... Parameters, class... Arguments>
     int Call(int (*)(Parameters...), const char* name, Arguments... arguments) {
-        const char* const names[] = {name, ""};
-        void* slot = nullptr;
-        m_library.GetProcAddresses(names, &slot);
-        return reinterpret_cast<int (*)(Parameters...)>(slot)(arguments...);
+        return m_library.Find<int(Parameters...)>(name)(arguments...);
     }
 
-    void Load() {
-        static const char* const kNone[] = {""};
-        m_library.OpenLibrary(File(ZQ_TEST_LIBRARY), kNone, nullptr);
-    }
+    void Load() { m_library.OpenLibrary(File(ZQ_TEST_LIBRARY)); }
     // Unloads the library, as an application does at its end.
     void Unload() { m_library.CloseLibrary(); }
 

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <mutex>
 #include <set>
 #include <string>
 
@@ -90,8 +91,12 @@ TEST(SimulatedCameras, ACameraTakesOnlyFreeAddressesOfItsSubnet) {
     machine.AddAddress(kFirst + 9);
     CZQSimUdpSettings settings;
     settings.interfaceName = "lo";
+    std::mutex mutex;  // guards the next one
     std::string trouble;
-    settings.onTrouble = [&](const std::string& text) { trouble = text; };
+    settings.onTrouble = [&](const std::string& text) {
+        const std::lock_guard lock(mutex);
+        trouble = text;
+    };
     CZQSimUdpServer server(MakeCameras(2, kFirst, 0xFFFFFF00), settings);
     UdpPeer client("0.0.0.0");
     const auto ask = [&](std::uint32_t camera, const std::string& request) {
@@ -113,6 +118,7 @@ TEST(SimulatedCameras, ACameraTakesOnlyFreeAddressesOfItsSubnet) {
         // That answer was sent before the camera moved, the next one after that.
         ask(kFirst + 1, "FFFFFFFFFFFF:SYST:NET:IP?");
         EXPECT_EQ(server.GetCamera(0).GetAddress(), test.taken);
+        const std::lock_guard lock(mutex);
         EXPECT_NE(trouble.find(test.trouble), std::string::npos) << trouble;
     }
 }

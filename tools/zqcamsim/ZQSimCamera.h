@@ -28,8 +28,8 @@ public:
     std::uint32_t GetAddress() const noexcept { return m_address; }
     std::uint32_t GetMask() const noexcept { return m_mask; }
 
-    // Whether a request with this address field is for this camera: its hardware address, or twelve F for
-    // everyone.
+    // Whether a request with this address field is for this camera: its hardware address, or twelve
+    // F for everyone.
     bool IsAddressedBy(std::string_view addressField) const noexcept;
 
     // Executes one command; command and answer without their line feed. New network settings hold from

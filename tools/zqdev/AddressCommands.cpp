@@ -5,6 +5,7 @@
 #include "foundation/ZQException.h"
 #include "scanners/ZQAddressConflict.h"
 #include "scanners/ZQNetAddressChange.h"
+#include "scanners/ZQScannerTable.h"
 
 namespace ZQAPI::zqdev {
 
@@ -42,19 +43,21 @@ bool Answers(Session& session, const std::string& address) {
     return answers;
 }
 
-// Whether the scanner's cameras have an address on the network that the library can change.
-bool HasNetworkAddress(std::string_view scanner) {
-    for (const char* const name :
-         {ZQDEV_SCANNER_NAME_ZQ_UDP, ZQDEV_SCANNER_NAME_ZQ_GIGE, ZQDEV_SCANNER_NAME_PLEORA_IPORT}) {
-        if (scanner == name) {
-            return true;
-        }
-    }
-    return false;
-}
-
 bool IsAbout(const SAddressConflict& conflict, std::string_view address) {
     return conflict.ipAddress.view() == address || conflict.otherIpAddress.view() == address;
+}
+
+// A re-check ends with the first that claims to be the camera: a scan hears the others too.
+void Find(device::Library& library, ZQDEVICEINFO& camera, std::error_code& error) {
+    if (device::Text(camera.UsedScanner) == ZQDEV_SCANNER_NAME_ZQ_UDP) {
+        library.Scan(device::Scanner::kZqUdp, error);
+        if (!error) {
+            library.Load(error);  // the scan has replaced the list
+        }
+    }
+    if (!error) {
+        library.Rescan(camera, error);
+    }
 }
 
 // The camera as it is now. Throws Failure when it is not found, or when what is found may be somebody else.
@@ -71,7 +74,7 @@ void FindBeforehand(Session& session, const SetIpOptions& options, ZQDEVICEINFO&
         },
         [&] {
             WithProgress(session.GetConsole(), "Looking for " + id,
-                         [&] { session.GetLibrary().Rescan(camera, error); });
+                         [&] { Find(session.GetLibrary(), camera, error); });
         });
     session.Check(error, "nothing was changed: can't find '" + options.id + "'", Subject::kRescan, {},
                   error == ZQ_ERR_DEVICE_NOT_FOUND ? ExitStatus::kNothingFound : ExitStatus::kFailed);
@@ -94,7 +97,7 @@ void FindBeforehand(Session& session, const SetIpOptions& options, ZQDEVICEINFO&
 void CheckAndConfirm(Session& session, const SetIpOptions& options, ZQDEVICEINFO& camera) {
     const std::string id = Printable(options.id);
     const std::string scanner(device::Text(camera.UsedScanner));
-    if (!HasNetworkAddress(scanner)) {
+    if (!ScannerFindsNetworkCameras(scanner)) {
         throw Failure("'" + id + "' was found by " + Printable(scanner) + " and has no network address");
     }
     const std::string mask = MaskOf(session, options.address);

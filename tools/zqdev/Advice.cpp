@@ -1,8 +1,8 @@
 #include "Advice.h"
 
+#include <ZQAPI/ZQErrors.h>
 #include "ConfigFiles.h"
 #include "Text.h"
-#include "foundation/ZQErrorNumbers.h"
 
 namespace ZQAPI::zqdev {
 

@@ -12,8 +12,8 @@ namespace ZQAPI::zqdev {
 // the next update.
 class Console {
 public:
-    // Where everything but results goes: standard error, or what stands for it while debug output is
-    // captured.
+    // Where everything but results goes: standard error, or what stands for it while debug
+    // output is captured.
     void SetErrorStream(std::FILE* stream);
 
     // Printable but for its line ends.

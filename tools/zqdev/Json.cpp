@@ -4,22 +4,17 @@
 
 namespace ZQAPI::zqdev {
 
-namespace {
+Json::Json(Value&& value) : m_value(std::make_shared<Value>(std::move(value))) {}
 
-// In quotes and ASCII.
-std::string Escaped(const std::string& text) {
-    return nlohmann::json(text).dump(-1, ' ', true);
-}
+Json::Json(std::nullptr_t) : Json(Value()) {}
 
-}  // namespace
+Json::Json(bool value) : Json(Value(value)) {}
 
-Json::Json(std::nullptr_t) : m_text("null") {}
+Json::Json(const char* text) : Json(Value(text)) {}
 
-Json::Json(bool value) : m_text(value ? "true" : "false") {}
+Json::Json(const std::string& text) : Json(Value(text)) {}
 
-Json::Json(const char* text) : m_text(Escaped(text)) {}
-
-Json::Json(const std::string& text) : m_text(Escaped(text)) {}
+Json::Json(Integer number) : Json(Value(number.value)) {}
 
 Json::Json(std::initializer_list<std::pair<const char*, Json>> members) : Json(Object()) {
     for (const auto& [name, value] : members) {
@@ -27,34 +22,36 @@ Json::Json(std::initializer_list<std::pair<const char*, Json>> members) : Json(O
     }
 }
 
-Json Json::Container(const char* brackets) {
-    Json container;
-    container.m_text = brackets;
-    return container;
+Json Json::Array() {
+    return Json(Value::array());
+}
+
+Json Json::Object() {
+    return Json(Value::object());
+}
+
+Json::Value& Json::Own() {
+    if (m_value.use_count() > 1) {
+        m_value = std::make_shared<Value>(*m_value);
+    }
+    return *m_value;
 }
 
 void Json::Add(const Json& element) {
-    m_values.push_back(element);
+    Own().push_back(*element.m_value);
 }
 
 void Json::Set(const std::string& name, const Json& value) {
-    m_names.push_back(Escaped(name) + ": ");
-    m_values.push_back(value);
+    Own()[name] = *value.m_value;
 }
 
-std::string Json::ToText(std::size_t indentation) const {
-    if (m_values.empty()) {
-        return m_text;
-    }
-    constexpr std::size_t kStep = 2;
-    const std::string outer = "\n" + std::string(indentation, ' ');
-    const std::string inner = "\n" + std::string(indentation + kStep, ' ');
-    std::string text(1, m_text.front());
-    for (std::size_t i = 0; i < m_values.size(); ++i) {
-        text += (i == 0 ? "" : ",") + inner + (m_names.empty() ? "" : m_names[i]) +
-                m_values[i].ToText(indentation + kStep);
-    }
-    return text + outer + m_text.back();
+bool Json::IsEmpty() const {
+    return m_value->empty();
+}
+
+std::string Json::ToText() const {
+    constexpr int kIndentation = 2;
+    return m_value->dump(kIndentation, ' ', true);
 }
 
 }  // namespace ZQAPI::zqdev

@@ -1,12 +1,14 @@
-// Results for programs.
+// Results for programs. Json.cpp alone knows the library behind it, which takes long to compile.
 #pragma once
 
 #include <concepts>
 #include <cstddef>
+#include <cstdint>
 #include <initializer_list>
+#include <memory>
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <utility>
-#include <vector>
 
 namespace ZQAPI::zqdev {
 
@@ -18,27 +20,31 @@ public:
     Json(const char* text);
     Json(const std::string& text);
     template <std::integral Number>
-    Json(Number value) : m_text(std::to_string(value)) {}
+    Json(Number value) : Json(Integer{static_cast<std::int64_t>(value)}) {}
     // An object.
     Json(std::initializer_list<std::pair<const char*, Json>> members);
 
-    static Json Array() { return Container("[]"); }
-    static Json Object() { return Container("{}"); }
+    static Json Array();
+    static Json Object();
 
     void Add(const Json& element);                         // to an array
-    void Set(const std::string& name, const Json& value);  // in an object, which has no such member yet
+    void Set(const std::string& name, const Json& value);  // in an object
+    bool IsEmpty() const;
 
-    bool IsEmpty() const { return m_values.empty(); }
-
-    // In ASCII, one value per line. Lines but for the first are indented by so many columns.
-    std::string ToText(std::size_t indentation = 0) const;
+    // In ASCII, one value per line.
+    std::string ToText() const;
 
 private:
-    static Json Container(const char* brackets);
+    using Value = nlohmann::ordered_json;
+    struct Integer {
+        std::int64_t value;
+    };
 
-    std::string m_text;  // a container's are its brackets
-    std::vector<std::string> m_names;
-    std::vector<Json> m_values;
+    explicit Json(Integer number);
+    explicit Json(Value&& value);
+    Value& Own();
+
+    std::shared_ptr<Value> m_value;  // shared by copies until one of them changes
 };
 
 }  // namespace ZQAPI::zqdev

@@ -7,8 +7,8 @@
 
 namespace ZQAPI::zqdev {
 
-// Where a kit's library and files lie; paths are texts as the library takes them (platform/SystemText.h). A
-// value.
+// Where a kit's library and files lie; paths are texts as the library takes them
+// (platform/SystemText.h). A value.
 class Kit {
 public:
     // The kit in the folder, or the one that this program lies in when `folder` is empty. Throws Failure when

@@ -2,8 +2,7 @@
 
 #include <ZQAPI/ZQDeviceAPI.h>
 
-#include <algorithm>
-#include <iterator>
+#include <memory>
 
 #include "Failure.h"
 #include "foundation/ZQException.h"
@@ -37,26 +36,26 @@
 
 namespace {
 
-#define ZQDEV_SLOT(function, parameters, arguments) kSlot_##function,
-enum Slot { ZQDEV_FUNCTIONS(ZQDEV_SLOT) kNofSlots };
-#undef ZQDEV_SLOT
+// The library's functions, by their names.
+struct Functions {
+    ZQAPI::CZQDynamicDLL& library;
 
-#define ZQDEV_NAME(function, parameters, arguments) #function,
-const char* const kNames[] = {ZQDEV_FUNCTIONS(ZQDEV_NAME) ""};
-#undef ZQDEV_NAME
-static_assert(std::size(kNames) == 21 + 1);
+#define ZQDEV_ENTRY_POINT(function, parameters, arguments) \
+    ZQAPI::CZQEntryPoint<decltype(::function)> function{library, #function};
+    ZQDEV_FUNCTIONS(ZQDEV_ENTRY_POINT)
+#undef ZQDEV_ENTRY_POINT
+};
 
-// The loaded library's functions; null while there is none.
-void* g_slots[kNofSlots] = {};
+// Null while no library is loaded.
+std::unique_ptr<Functions> g_functions;
 
 }  // namespace
 
 // NOLINTBEGIN(bugprone-macro-parentheses): parameter lists can't be put into parentheses of their own
-#define ZQDEV_FORWARDER(function, parameters, arguments)                                    \
-    int function parameters {                                                               \
-        void* const target = g_slots[kSlot_##function];                                     \
-        return target == nullptr ? static_cast<int>(ZQ_ERR_LIBRARY_NOT_LOADED)              \
-                                 : reinterpret_cast<decltype(&function)>(target) arguments; \
+#define ZQDEV_FORWARDER(function, parameters, arguments)                            \
+    int function parameters {                                                       \
+        return g_functions == nullptr ? static_cast<int>(ZQ_ERR_LIBRARY_NOT_LOADED) \
+                                      : g_functions->function arguments;            \
     }
 // NOLINTEND(bugprone-macro-parentheses)
 extern "C" {
@@ -67,17 +66,18 @@ ZQDEV_FUNCTIONS(ZQDEV_FORWARDER)
 namespace ZQAPI::zqdev {
 
 KitLibrary::KitLibrary(const std::string& file) {
+    g_functions = std::make_unique<Functions>(m_library);
     try {
-        m_library.OpenLibrary(file, kNames, g_slots);
+        m_library.OpenLibrary(file);
     } catch (const CZQException& exception) {
-        std::fill(std::begin(g_slots), std::end(g_slots), nullptr);
+        g_functions.reset();
         throw Failure(FailureLine("can't use the library " + file, exception.GetErrorNumber(),
                                   "it says: " + exception.GetExtraText().str()));
     }
 }
 
 KitLibrary::~KitLibrary() {
-    std::fill(std::begin(g_slots), std::end(g_slots), nullptr);
+    g_functions.reset();
 }
 
 }  // namespace ZQAPI::zqdev

@@ -40,8 +40,8 @@ public:
     // One cell per column.
     void AddRow(const std::vector<std::string>& cells);
 
-    // Not wider than `width` columns where breaking the cells of breakable columns over several lines can do
-    // it.
+    // Not wider than `width` columns where breaking the cells of breakable columns over several lines
+    // can do it.
     std::string ToText(std::size_t width = 100) const;
 
 private:

@@ -95,15 +95,13 @@ std::string CZQConfigFile::ReadContent() const {
     try {
         std::string content = CZQFile::ReadWhole(GetFileName());
         if (content.size() < kLineLength) {
-            throw CZQException(ZQ_HERE("CZQConfigFile::ReadFileChecksum"), ZQ_ERR_STREAM_SEEK,
-                               "SeekOrigin=%d, llOffset=%d", static_cast<int>(CZQStream::kFromEnd),
-                               -static_cast<int>(kLineLength));
+            ZQ_THROW("CZQConfigFile::ReadFileChecksum", ZQ_ERR_STREAM_SEEK, "SeekOrigin=%d, llOffset=%d",
+                     static_cast<int>(CZQStream::kFromEnd), -static_cast<int>(kLineLength));
         }
         return content;
     } catch (CZQException& exception) {
         exception.AddCatchLocation(ZQ_HERE("CZQConfigFile::ReadFileChecksum"));
-        throw CZQException(ZQ_HERE("CZQConfigFile::ReadFileChecksum"), ZQ_ERR_SEAL_READ, "FileName='%s'",
-                           GetFileName().c_str())
+        ZQ_THROW("CZQConfigFile::ReadFileChecksum", ZQ_ERR_SEAL_READ, "FileName='%s'", GetFileName().c_str())
             .CausedBy(exception);
     }
 }
@@ -111,8 +109,8 @@ std::string CZQConfigFile::ReadContent() const {
 std::uint32_t CZQConfigFile::StoredChecksum(std::string_view content) const {
     const std::string line(content.substr(content.size() - kLineLength));
     if (!IsSealed(content)) {
-        throw CZQException(ZQ_HERE("CZQConfigFile::ReadFileChecksum"), ZQ_ERR_SEAL_MISSING,
-                           "FileName='%s', Checksum='%s'", GetFileName().c_str(), line.c_str());
+        ZQ_THROW("CZQConfigFile::ReadFileChecksum", ZQ_ERR_SEAL_MISSING, "FileName='%s', Checksum='%s'",
+                 GetFileName().c_str(), line.c_str());
     }
     return static_cast<std::uint32_t>(std::strtoll(line.c_str() + kLinePrefix.size(), nullptr, 10));
 }
@@ -121,9 +119,9 @@ void CZQConfigFile::Verify(std::string_view content) const {
     const std::uint32_t reference = StoredChecksum(content);
     const std::uint32_t current = ChecksumOf(Covered(content));
     if (reference != current) {
-        throw CZQException(ZQ_HERE("CZQConfigFile::VerifyFileChecksum"), ZQ_ERR_SEAL_MISMATCH,
-                           "FileName='%s', RefCRC=%010" PRIu32 ", CurFileCRC=%010" PRIu32,
-                           GetFileName().c_str(), reference, current);
+        ZQ_THROW("CZQConfigFile::VerifyFileChecksum", ZQ_ERR_SEAL_MISMATCH,
+                 "FileName='%s', RefCRC=%010" PRIu32 ", CurFileCRC=%010" PRIu32, GetFileName().c_str(),
+                 reference, current);
     }
 }
 
@@ -150,8 +148,8 @@ std::uint32_t CZQConfigFile::CreateFileChecksum() {
         content = CZQFile::ReadWhole(GetFileName());
     } catch (CZQException& exception) {
         exception.AddCatchLocation(ZQ_HERE("CZQConfigFile::CreateFileChecksum"));
-        throw CZQException(ZQ_HERE("CZQConfigFile::CreateFileChecksum"), ZQ_ERR_SEAL_COMPUTE, "FileName='%s'",
-                           GetFileName().c_str())
+        ZQ_THROW("CZQConfigFile::CreateFileChecksum", ZQ_ERR_SEAL_COMPUTE, "FileName='%s'",
+                 GetFileName().c_str())
             .CausedBy(exception);
     }
     CZQFile::Replace(GetFileName(), Sealed(content));

@@ -13,21 +13,20 @@ namespace {
 void WriteBeside(platform::FileReplacement& replacement, const CZQString& path, std::string_view content) {
     platform::SystemErrorCode error = 0;
     if (!replacement.Create(error)) {
-        throw CZQException(ZQ_HERE("CZQFile::Replace"), ZQ_ERR_STREAM_OPEN, "FileName=%s; %s", path.c_str(),
-                           FormatSystemError(error).c_str());
+        ZQ_THROW("CZQFile::Replace", ZQ_ERR_STREAM_OPEN, "FileName=%s; %s", path.c_str(),
+                 FormatSystemError(error).c_str());
     }
     if (!replacement.Write(content, error)) {
-        throw CZQException(ZQ_HERE("CZQFile::Replace"), ZQ_ERR_STREAM_WRITE, "FileName=%s; %s", path.c_str(),
-                           FormatSystemError(error).c_str());
+        ZQ_THROW("CZQFile::Replace", ZQ_ERR_STREAM_WRITE, "FileName=%s; %s", path.c_str(),
+                 FormatSystemError(error).c_str());
     }
 }
 
 void MoveOver(platform::FileReplacement& replacement, const CZQString& path) {
     platform::SystemErrorCode error = 0;
     if (!replacement.MoveOver(error)) {
-        throw CZQException(ZQ_HERE("CZQFile::Replace"), ZQ_ERR_FILE_MOVE, "strDstFile=%s; strSrcFile=%s; %s",
-                           path.c_str(), replacement.TemporaryPath().c_str(),
-                           FormatSystemError(error).c_str());
+        ZQ_THROW("CZQFile::Replace", ZQ_ERR_FILE_MOVE, "strDstFile=%s; strSrcFile=%s; %s", path.c_str(),
+                 replacement.TemporaryPath().c_str(), FormatSystemError(error).c_str());
     }
 }
 
@@ -40,8 +39,8 @@ bool CZQFile::Exists(const CZQString& path) {
 void CZQFile::Move(const CZQString& destination, const CZQString& source, bool replace) {
     platform::SystemErrorCode error = 0;
     if (!platform::MoveFileTo(source.str(), destination.str(), replace, error)) {
-        throw CZQException(ZQ_HERE("CZQFile::Move"), ZQ_ERR_FILE_MOVE, "strDstFile=%s; strSrcFile=%s; %s",
-                           destination.c_str(), source.c_str(), FormatSystemError(error).c_str());
+        ZQ_THROW("CZQFile::Move", ZQ_ERR_FILE_MOVE, "strDstFile=%s; strSrcFile=%s; %s", destination.c_str(),
+                 source.c_str(), FormatSystemError(error).c_str());
     }
 }
 
@@ -49,8 +48,8 @@ std::string CZQFile::ReadWhole(const CZQString& path) {
     std::string content;
     platform::SystemErrorCode error = 0;
     if (!platform::ReadWholeFile(path.str(), content, error)) {
-        throw CZQException(ZQ_HERE("CZQFile::ReadWhole"), ZQ_ERR_STREAM_OPEN, "FileName=%s; %s", path.c_str(),
-                           FormatSystemError(error).c_str());
+        ZQ_THROW("CZQFile::ReadWhole", ZQ_ERR_STREAM_OPEN, "FileName=%s; %s", path.c_str(),
+                 FormatSystemError(error).c_str());
     }
     return content;
 }
@@ -80,17 +79,16 @@ void CZQFile::Copy(const CZQString& destination, const CZQString& source) {
 void CZQFile::Delete(const CZQString& path) {
     platform::SystemErrorCode error = 0;
     if (!platform::RemoveFile(path.str(), error)) {
-        throw CZQException(ZQ_HERE("CZQFile::Delete"), ZQ_ERR_FILE_DELETE, "strFile=%s; %s", path.c_str(),
-                           FormatSystemError(error).c_str());
+        ZQ_THROW("CZQFile::Delete", ZQ_ERR_FILE_DELETE, "strFile=%s; %s", path.c_str(),
+                 FormatSystemError(error).c_str());
     }
 }
 
 void CZQFile::SetAttributes(const CZQString& path, std::uint32_t attributes) {
     platform::SystemErrorCode error = 0;
     if (!platform::SetFileAttributeBits(path.str(), attributes, error)) {
-        throw CZQException(ZQ_HERE("CZQFile::SetAttributes"), ZQ_ERR_FILE_ATTRIBUTES,
-                           "strFile=%s; dwNewAttrib=%ld; %s", path.c_str(), static_cast<long>(attributes),
-                           FormatSystemError(error).c_str());
+        ZQ_THROW("CZQFile::SetAttributes", ZQ_ERR_FILE_ATTRIBUTES, "strFile=%s; dwNewAttrib=%ld; %s",
+                 path.c_str(), static_cast<long>(attributes), FormatSystemError(error).c_str());
     }
 }
 

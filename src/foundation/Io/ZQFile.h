@@ -25,8 +25,8 @@ public:
     static void Replace(const CZQString& path, std::string_view content);
     // The same, when the file holds `expected` until just before; whether it did.
     static bool ReplaceIf(const CZQString& path, std::string_view content, std::string_view expected);
-    // Replaces the destination by the source's content, with the source's rights. What ReadWhole and Replace
-    // throw.
+    // Replaces the destination by the source's content, with the source's rights. What ReadWhole
+    // and Replace throw.
     static void Copy(const CZQString& destination, const CZQString& source);
     // ZQ_ERR_FILE_DELETE
     static void Delete(const CZQString& path);

@@ -60,21 +60,20 @@ void CZQFileStream::Open(const CZQString& fileName, std::uint32_t access, std::u
         m_file.reset(std::fopen(fileName.c_str(), OpenMode(access, disposition)));
     }
     if (!m_file) {
-        throw CZQException(ZQ_HERE("CZQFileStream::Open"), ZQ_ERR_STREAM_OPEN, "FileName=%s",
-                           fileName.c_str());
+        ZQ_THROW("CZQFileStream::Open", ZQ_ERR_STREAM_OPEN, "FileName=%s", fileName.c_str());
     }
 }
 
 void CZQFileStream::CheckOpen(const char* method) const {
     if (!m_file) {
-        throw CZQException(ZQ_HERE(method), ZQ_ERR_STREAM_CLOSED);
+        ZQ_THROW(method, ZQ_ERR_STREAM_CLOSED);
     }
 }
 
 void CZQFileStream::BeginReading(const char* method) {
     CheckOpen(method);
     if (!CanRead()) {
-        throw CZQException(ZQ_HERE(method), ZQ_ERR_STREAM_NOT_READABLE);
+        ZQ_THROW(method, ZQ_ERR_STREAM_NOT_READABLE);
     }
     std::clearerr(m_file.get());
 }
@@ -82,7 +81,7 @@ void CZQFileStream::BeginReading(const char* method) {
 void CZQFileStream::CheckWritable(const char* method) const {
     CheckOpen(method);
     if (!CanWrite()) {
-        throw CZQException(ZQ_HERE(method), ZQ_ERR_STREAM_NOT_WRITABLE);
+        ZQ_THROW(method, ZQ_ERR_STREAM_NOT_WRITABLE);
     }
 }
 
@@ -90,7 +89,7 @@ std::int64_t CZQFileStream::GetCurPosition() {
     CheckOpen("CZQFileStream::GetCurPosition");
     const long position = std::ftell(m_file.get());
     if (position == -1) {
-        throw CZQException(ZQ_HERE("CZQFileStream::GetCurPosition"), ZQ_ERR_STREAM_POSITION);
+        ZQ_THROW("CZQFileStream::GetCurPosition", ZQ_ERR_STREAM_POSITION);
     }
     return position;
 }
@@ -100,8 +99,8 @@ std::int64_t CZQFileStream::Seek(std::int64_t offset, std::uint32_t origin) {
     CheckOpen("CZQFileStream::Seek");
     if (offset < Limits::min() || offset > Limits::max() ||
         std::fseek(m_file.get(), static_cast<long>(offset), ToWhence(origin)) != 0) {
-        throw CZQException(ZQ_HERE("CZQFileStream::Seek"), ZQ_ERR_STREAM_SEEK,
-                           "SeekOrigin=%d, llOffset=%" PRId64, static_cast<int>(origin), offset);
+        ZQ_THROW("CZQFileStream::Seek", ZQ_ERR_STREAM_SEEK, "SeekOrigin=%d, llOffset=%" PRId64,
+                 static_cast<int>(origin), offset);
     }
     return GetCurPosition();
 }
@@ -115,7 +114,7 @@ std::int64_t CZQFileStream::GetLength() {
         return length;
     } catch (CZQException& exception) {
         exception.AddCatchLocation(ZQ_HERE("CZQFileStream::GetLength"));
-        throw CZQException(ZQ_HERE("CZQFileStream::GetLength"), ZQ_ERR_STREAM_LENGTH).CausedBy(exception);
+        ZQ_THROW("CZQFileStream::GetLength", ZQ_ERR_STREAM_LENGTH).CausedBy(exception);
     }
 }
 
@@ -126,7 +125,7 @@ void CZQFileStream::Read(void* buffer, std::size_t count) {
     }
     BeginReading(kMethod);
     if (buffer == nullptr) {
-        throw CZQException(ZQ_HERE(kMethod), ZQ_ERR_NULL_OUTPUT);
+        ZQ_THROW(kMethod, ZQ_ERR_NULL_OUTPUT);
     }
     const std::size_t got =
         m_isBinary ? std::fread(buffer, 1, count, m_file.get()) : ReadText(static_cast<char*>(buffer), count);
@@ -149,7 +148,7 @@ void CZQFileStream::Write(const void* buffer, std::size_t count) {
     }
     CheckWritable(kMethod);
     if (buffer == nullptr) {
-        throw CZQException(ZQ_HERE(kMethod), ZQ_ERR_NULL_INPUT);
+        ZQ_THROW(kMethod, ZQ_ERR_NULL_INPUT);
     }
     const std::string_view bytes(static_cast<const char*>(buffer), count);
     if (m_isBinary) {
@@ -167,7 +166,7 @@ void CZQFileStream::WriteByte(std::uint8_t value) {
 void CZQFileStream::Flush() {
     CheckWritable("CZQFileStream::Flush");
     if (std::fflush(m_file.get()) == EOF) {
-        throw CZQException(ZQ_HERE("CZQFileStream::Flush"), ZQ_ERR_STREAM_FLUSH);
+        ZQ_THROW("CZQFileStream::Flush", ZQ_ERR_STREAM_FLUSH);
     }
 }
 
@@ -197,8 +196,7 @@ std::size_t CZQFileStream::ReadText(char* buffer, std::size_t count) noexcept {
 }
 
 void CZQFileStream::ThrowReadFailure(const char* method) const {
-    throw CZQException(ZQ_HERE(method),
-                       std::ferror(m_file.get()) != 0 ? ZQ_ERR_STREAM_READ : ZQ_ERR_STREAM_END);
+    ZQ_THROW(method, std::ferror(m_file.get()) != 0 ? ZQ_ERR_STREAM_READ : ZQ_ERR_STREAM_END);
 }
 
 void CZQFileStream::WriteText(std::string_view text) {
@@ -215,7 +213,7 @@ void CZQFileStream::WriteText(std::string_view text) {
 
 void CZQFileStream::WriteBytes(std::string_view bytes) {
     if (std::fwrite(bytes.data(), 1, bytes.size(), m_file.get()) != bytes.size()) {
-        throw CZQException(ZQ_HERE("CZQFileStream::Write"), ZQ_ERR_STREAM_WRITE);
+        ZQ_THROW("CZQFileStream::Write", ZQ_ERR_STREAM_WRITE);
     }
 }
 

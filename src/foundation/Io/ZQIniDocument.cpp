@@ -172,7 +172,7 @@ CZQIniDocument::Section& CZQIniDocument::AddSection(Line& header) {
 }
 
 CZQIniDocument::Section* CZQIniDocument::FindSection(std::string_view name) const {
-    if (m_recentSection == nullptr || !IniNameEqual()(m_recentSection->header->Name(), name)) {
+    if (m_recentSection == nullptr || !SIniNameEqual()(m_recentSection->header->Name(), name)) {
         const auto found = m_sections.find(name);
         m_recentSection = found == m_sections.end() ? nullptr : &found->second;
     }
@@ -186,7 +186,7 @@ CZQIniDocument::Line* CZQIniDocument::FindEntry(Section& section, std::string_vi
     int passed = 0;
     for (Line* line = section.header->next; line != nullptr && line->kind != LineKind::kHeader;
          line = line->next) {
-        if (line->kind == LineKind::kEntry && IniNameEqual()(line->Name(), key)) {
+        if (line->kind == LineKind::kEntry && SIniNameEqual()(line->Name(), key)) {
             return line;
         }
         if (++passed > kMaxUnindexedLines) {
@@ -203,7 +203,7 @@ void CZQIniDocument::MakeIndex(Section& section) {
     for (Line* line = section.header->next; line != nullptr && line->kind != LineKind::kHeader;
          line = line->next) {
         if (line->kind == LineKind::kEntry) {
-            index.push_back({IniNameHash()(line->Name()), line});
+            index.push_back({SIniNameHash()(line->Name()), line});
         }
     }
     std::stable_sort(index.begin(), index.end(),
@@ -211,12 +211,12 @@ void CZQIniDocument::MakeIndex(Section& section) {
 }
 
 CZQIniDocument::Line* CZQIniDocument::FindIndexed(Section& section, std::string_view key) {
-    const std::size_t hash = IniNameHash()(key);
+    const std::size_t hash = SIniNameHash()(key);
     const std::vector<IndexedEntry>& index = *section.index;
     auto entry =
         std::lower_bound(index.begin(), index.end(), hash,
                          [](const IndexedEntry& one, std::size_t wanted) { return one.hash < wanted; });
-    while (entry != index.end() && entry->hash == hash && !IniNameEqual()(entry->line->Name(), key)) {
+    while (entry != index.end() && entry->hash == hash && !SIniNameEqual()(entry->line->Name(), key)) {
         ++entry;
     }
     return entry != index.end() && entry->hash == hash ? entry->line : nullptr;
@@ -362,8 +362,8 @@ bool CZQIniDocument::DeleteKey(std::string_view section, std::string_view key) {
     bool isInSection = false;
     for (Line* line = m_front.next; line != nullptr; line = line->next) {
         if (line->kind == LineKind::kHeader) {
-            isInSection = IniNameEqual()(line->Name(), section);
-        } else if (isInSection && line->kind == LineKind::kEntry && IniNameEqual()(line->Name(), key)) {
+            isInSection = SIniNameEqual()(line->Name(), section);
+        } else if (isInSection && line->kind == LineKind::kEntry && SIniNameEqual()(line->Name(), key)) {
             line->SetBytes({});
             Reparse();
             return true;

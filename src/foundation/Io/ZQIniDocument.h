@@ -121,7 +121,7 @@ private:
     // The last one looked for: the next call is mostly about it again.
     mutable Section* m_recentSection = nullptr;
     // Looking something up makes indexes, so it is mutable.
-    mutable std::unordered_map<std::string_view, Section, IniNameHash, IniNameEqual> m_sections;
+    mutable std::unordered_map<std::string_view, Section, SIniNameHash, SIniNameEqual> m_sections;
 };
 
 }  // namespace ZQAPI

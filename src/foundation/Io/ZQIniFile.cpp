@@ -54,8 +54,8 @@ void CZQIniFile::Hold(std::string content) {
 
 void CZQIniFile::CheckRead(platform::SystemErrorCode error) const {
     if (error != 0 && !m_profile->IsMissing()) {
-        throw CZQException(ZQ_HERE("CZQIniFile::ReadFromFile"), ZQ_ERR_STREAM_OPEN, "FileName=%s; %s",
-                           m_fileName.c_str(), FormatSystemError(error).c_str());
+        ZQ_THROW("CZQIniFile::ReadFromFile", ZQ_ERR_STREAM_OPEN, "FileName=%s; %s", m_fileName.c_str(),
+                 FormatSystemError(error).c_str());
     }
 }
 
@@ -66,14 +66,12 @@ CZQString CZQIniFile::ReadFromFile(const CZQString& key, const CZQString* defaul
         m_profile->Get(m_section.c_str(), key.c_str(), "", buffer.data(), buffer.size(), error);
     CheckRead(error);
     if (count == kBufferSize - 1) {
-        throw CZQException(ZQ_HERE("CZQIniFile::ReadFromFile"), ZQ_ERR_INI_VALUE_TOO_LONG, "%s",
-                           Where(key).c_str());
+        ZQ_THROW("CZQIniFile::ReadFromFile", ZQ_ERR_INI_VALUE_TOO_LONG, "%s", Where(key).c_str());
     }
     std::string_view value(buffer.data(), count);
     if (value.empty()) {
         if (defaultValue == nullptr) {
-            throw CZQException(ZQ_HERE("CZQIniFile::ReadFromFile"), ZQ_ERR_INI_KEY_MISSING, "%s",
-                               Where(key).c_str());
+            ZQ_THROW("CZQIniFile::ReadFromFile", ZQ_ERR_INI_KEY_MISSING, "%s", Where(key).c_str());
         }
         value = defaultValue->view().substr(0, kBufferSize - 1);
         if (!noWriteBack) {
@@ -81,8 +79,7 @@ CZQString CZQIniFile::ReadFromFile(const CZQString& key, const CZQString* defaul
                 WriteToFile(key, *defaultValue);
             } catch (CZQException& exception) {
                 exception.AddCatchLocation(ZQ_HERE("CZQIniFile::ReadFromFile"));
-                throw CZQException(ZQ_HERE("CZQIniFile::ReadFromFile"), ZQ_ERR_INI_DEFAULT_WRITE, "%s",
-                                   Where(key).c_str())
+                ZQ_THROW("CZQIniFile::ReadFromFile", ZQ_ERR_INI_DEFAULT_WRITE, "%s", Where(key).c_str())
                     .CausedBy(exception);
             }
         }
@@ -98,8 +95,8 @@ void CZQIniFile::WriteToFile(const CZQString& key, CZQString value) {
 void CZQIniFile::WriteVerbatim(const CZQString& key, const CZQString& value) {
     platform::SystemErrorCode error = 0;
     if (!m_profile->Set(m_section.c_str(), key.c_str(), value.c_str(), error)) {
-        throw CZQException(ZQ_HERE("CZQIniFile::WriteToFile"), ZQ_ERR_INI_WRITE, "%s; %s", Where(key).c_str(),
-                           FormatSystemError(error).c_str());
+        ZQ_THROW("CZQIniFile::WriteToFile", ZQ_ERR_INI_WRITE, "%s; %s", Where(key).c_str(),
+                 FormatSystemError(error).c_str());
     }
 }
 
@@ -110,8 +107,8 @@ void CZQIniFile::ReadString(const CZQString& key, CZQString& value) {
 void CZQIniFile::Read(const CZQString& key, char* buffer, std::uint32_t size) {
     const CZQString value = ReadFromFile(key, nullptr, false);
     if (value.GetLength() > size) {
-        throw CZQException(ZQ_HERE("CZQIniFile::Read"), ZQ_ERR_TEXT_TOO_LONG, "%s; strlen=%ld",
-                           Where(key).c_str(), static_cast<long>(value.GetLength()));
+        ZQ_THROW("CZQIniFile::Read", ZQ_ERR_TEXT_TOO_LONG, "%s; strlen=%ld", Where(key).c_str(),
+                 static_cast<long>(value.GetLength()));
     }
     std::copy_n(value.c_str(), value.GetLength() + 1, buffer);
 }
@@ -141,8 +138,7 @@ void CZQIniFile::ReadLongStringArray(const CZQString& key, CZQStringArray& value
     const std::string value = m_profile->GetWhole(m_section.c_str(), key.c_str(), error);
     CheckRead(error);
     if (value.empty()) {
-        throw CZQException(ZQ_HERE("CZQIniFile::ReadFromFile"), ZQ_ERR_INI_KEY_MISSING, "%s",
-                           Where(key).c_str());
+        ZQ_THROW("CZQIniFile::ReadFromFile", ZQ_ERR_INI_KEY_MISSING, "%s", Where(key).c_str());
     }
     values.Split(WithoutSentinel(value), static_cast<std::uint8_t>(separator), true);
 }
@@ -175,9 +171,8 @@ bool CZQIniFile::String2Bool(const CZQString& text, const CZQString& key) const 
     if (text.EqualsNoCase("true") || text == "1") {
         return true;
     }
-    throw CZQException(ZQ_HERE("CZQIniFile::String2Bool"), ZQ_ERR_INI_BAD_BOOL,
-                       "Section=%s; Key=%s; Value=%s; File=%s", m_section.c_str(), key.c_str(), text.c_str(),
-                       m_fileName.c_str());
+    ZQ_THROW("CZQIniFile::String2Bool", ZQ_ERR_INI_BAD_BOOL, "Section=%s; Key=%s; Value=%s; File=%s",
+             m_section.c_str(), key.c_str(), text.c_str(), m_fileName.c_str());
 }
 
 CZQIniBatch::CZQIniBatch(CZQIniFile& file) : m_file(file) {
@@ -195,8 +190,8 @@ CZQIniBatch::~CZQIniBatch() {
 void CZQIniBatch::Commit() {
     platform::SystemErrorCode error = 0;
     if (!m_file.m_profile->Commit(error)) {
-        throw CZQException(ZQ_HERE("CZQIniBatch::Commit"), ZQ_ERR_INI_WRITE, "%s; %s",
-                           m_file.Where({}).c_str(), FormatSystemError(error).c_str());
+        ZQ_THROW("CZQIniBatch::Commit", ZQ_ERR_INI_WRITE, "%s; %s", m_file.Where({}).c_str(),
+                 FormatSystemError(error).c_str());
     }
 }
 

@@ -24,7 +24,7 @@ std::string_view Trim(std::string_view text, std::string_view characters) {
 
 }  // namespace
 
-std::size_t IniNameHash::operator()(std::string_view name) const {
+std::size_t SIniNameHash::operator()(std::string_view name) const {
     std::uint64_t hash = 14695981039346656037U;  // FNV-1a
     for (const char c : name) {
         hash = (hash ^ static_cast<unsigned char>(LowerAscii(c))) * 1099511628211U;
@@ -32,7 +32,7 @@ std::size_t IniNameHash::operator()(std::string_view name) const {
     return static_cast<std::size_t>(hash);
 }
 
-bool IniNameEqual::operator()(std::string_view left, std::string_view right) const {
+bool SIniNameEqual::operator()(std::string_view left, std::string_view right) const {
     return std::equal(left.begin(), left.end(), right.begin(), right.end(),
                       [](char a, char b) { return LowerAscii(a) == LowerAscii(b); });
 }

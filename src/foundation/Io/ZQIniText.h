@@ -8,10 +8,10 @@
 namespace ZQAPI {
 
 // Names compare without regard to the case of ASCII letters.
-struct IniNameHash {
+struct SIniNameHash {
     std::size_t operator()(std::string_view name) const;
 };
-struct IniNameEqual {
+struct SIniNameEqual {
     bool operator()(std::string_view left, std::string_view right) const;
 };
 

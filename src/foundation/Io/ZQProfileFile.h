@@ -23,8 +23,8 @@ public:
     // This text was read from the file already: reads don't look at the disk any more.
     void Hold(std::string content);
 
-    // See CZQIniDocument::GetProfileString. A file that can't be read counts as empty; `error` says why, else
-    // 0.
+    // See CZQIniDocument::GetProfileString. A file that can't be read counts as empty; `error` says
+    // why, else 0.
     std::size_t Get(const char* section, const char* key, const char* defaultValue, char* buffer,
                     std::size_t size, platform::SystemErrorCode& error);
 

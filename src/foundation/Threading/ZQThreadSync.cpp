@@ -13,7 +13,7 @@ void Acquire(Lock& lock, std::uint32_t timeoutMs) {
     if (timeoutMs == CZQThreadSync::kInfinite) {
         lock.lock();
     } else if (!lock.try_lock_for(std::chrono::milliseconds(timeoutMs))) {
-        throw CZQException(ZQ_HERE("CZQThreadSync::CZQThreadSync"), ZQ_ERR_WAIT_FAILED);
+        ZQ_THROW("CZQThreadSync::CZQThreadSync", ZQ_ERR_WAIT_FAILED);
     }
 }
 

@@ -117,12 +117,11 @@ bool IsReply(std::span<const std::byte> message, const icmphdr& request, bool ow
 
 }  // namespace
 
-EchoLibrary GetEchoLibrary() noexcept {
-    static constexpr const char* kNone[] = {""};
-    return {"", kNone};
+const char* GetEchoLibrary() noexcept {
+    return "";
 }
 
-EchoResult SendEchoRequest(std::span<void* const> /*functions*/, std::uint32_t addressBe,
+EchoResult SendEchoRequest(const EchoFunctions& /*functions*/, std::uint32_t addressBe,
                            std::span<const std::byte> data, std::uint32_t timeoutMs,
                            std::uint32_t& roundTripMs, SystemErrorCode& error) {
     const IcmpSocket icmp(error);

@@ -31,8 +31,8 @@ thread_local KeepLoaded t_keepLoaded;
 
 bool StartModuleThread(std::function<void()> body, SystemErrorCode& error) {
     try {
-        // Only a thread that has touched its object keeps the library: until then the caller does, by waiting
-        // here.
+        // Only a thread that has touched its object keeps the library: until then the caller does,
+        // by waiting here.
         std::promise<void> keptLoaded;
         std::future<void> isKeptLoaded = keptLoaded.get_future();
         std::thread([body = std::move(body), kept = std::move(keptLoaded)]() mutable {

@@ -1,7 +1,7 @@
 #include "platform/SerialPort.h"
 
-// The kernel's own terminal interface rather than <termios.h>, which knows no baud rates but the classic
-// ones.
+// The kernel's own terminal interface rather than <termios.h>, which knows no baud rates but
+// the classic ones.
 #include <asm/termbits.h>
 #include <fcntl.h>
 #include <poll.h>

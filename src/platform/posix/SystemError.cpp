@@ -9,10 +9,6 @@ SystemErrorCode LastSystemError() noexcept {
     return static_cast<SystemErrorCode>(errno);
 }
 
-void SetLastSystemError(SystemErrorCode code) noexcept {
-    errno = static_cast<int>(code);
-}
-
 std::string SystemErrorText(SystemErrorCode code) {
     if (const char* const text = OwnErrorText(code)) {
         return text;

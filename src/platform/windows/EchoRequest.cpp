@@ -10,13 +10,6 @@ namespace ZQAPI::platform {
 
 namespace {
 
-enum Function { kCreateFile, kCloseHandle, kSendEcho };
-
-using CreateFileFunction = HANDLE(WINAPI*)();
-using CloseHandleFunction = BOOL(WINAPI*)(HANDLE);
-using SendEchoFunction = DWORD(WINAPI*)(HANDLE, std::uint32_t address, void* data, std::uint16_t size,
-                                        void* options, void* reply, DWORD replySize, DWORD timeoutMs);
-
 // ICMP_ECHO_REPLY as 64-bit Windows lays it out.
 struct EchoReply {
     std::uint32_t address;
@@ -36,9 +29,8 @@ struct GlobalFreer {
 // An ICMP handle, closed with the library's own function.
 class IcmpHandle {
 public:
-    explicit IcmpHandle(std::span<void* const> functions) noexcept
-        : m_close(reinterpret_cast<CloseHandleFunction>(functions[kCloseHandle])),
-          m_handle(reinterpret_cast<CreateFileFunction>(functions[kCreateFile])()) {}
+    explicit IcmpHandle(const EchoFunctions& functions) noexcept
+        : m_close(functions.closeHandle), m_handle(functions.createHandle()) {}
     IcmpHandle(const IcmpHandle&) = delete;
     IcmpHandle& operator=(const IcmpHandle&) = delete;
     ~IcmpHandle() {
@@ -51,18 +43,17 @@ public:
     HANDLE Value() const noexcept { return m_handle; }
 
 private:
-    CloseHandleFunction m_close;
+    EchoFunctions::CloseHandle* m_close;
     HANDLE m_handle;
 };
 
 }  // namespace
 
-EchoLibrary GetEchoLibrary() noexcept {
-    static constexpr const char* kFunctions[] = {"IcmpCreateFile", "IcmpCloseHandle", "IcmpSendEcho", ""};
-    return {"ICMP.dll", kFunctions};
+const char* GetEchoLibrary() noexcept {
+    return "ICMP.dll";
 }
 
-EchoResult SendEchoRequest(std::span<void* const> functions, std::uint32_t addressBe,
+EchoResult SendEchoRequest(const EchoFunctions& functions, std::uint32_t addressBe,
                            std::span<const std::byte> data, std::uint32_t timeoutMs,
                            std::uint32_t& roundTripMs, SystemErrorCode& error) {
     const IcmpHandle icmp(functions);
@@ -78,9 +69,9 @@ EchoResult SendEchoRequest(std::span<void* const> functions, std::uint32_t addre
         return EchoResult::kOutOfMemory;
     }
     auto* const reply = static_cast<EchoReply*>(buffer.get());
-    const DWORD replies = reinterpret_cast<SendEchoFunction>(functions[kSendEcho])(
-        icmp.Value(), addressBe, const_cast<std::byte*>(data.data()), static_cast<std::uint16_t>(data.size()),
-        nullptr, reply, static_cast<DWORD>(replySize), timeoutMs);
+    const DWORD replies = functions.sendEcho(icmp.Value(), addressBe, const_cast<std::byte*>(data.data()),
+                                             static_cast<std::uint16_t>(data.size()), nullptr, reply,
+                                             static_cast<DWORD>(replySize), timeoutMs);
     // A "reply" may also say that the host can't be reached.
     if (replies == 0 || reply->status != 0) {
         error = replies == 0 ? LastSystemError() : reply->status;

@@ -8,8 +8,8 @@ namespace ZQAPI::platform {
 
 namespace {
 
-// A service, or a process started without a desktop, has nobody who could answer a box and would wait for
-// ever.
+// A service, or a process started without a desktop, has nobody who could answer a box and would
+// wait for ever.
 bool IsDesktopInteractive() noexcept {
     USEROBJECTFLAGS flags{};
     return GetUserObjectInformationA(GetProcessWindowStation(), UOI_FLAGS, &flags, sizeof flags, nullptr) !=

@@ -18,10 +18,6 @@ SystemErrorCode LastSystemError() noexcept {
     return GetLastError();
 }
 
-void SetLastSystemError(SystemErrorCode code) noexcept {
-    SetLastError(code);
-}
-
 std::string SystemErrorText(SystemErrorCode code) {
     if (const char* const text = OwnErrorText(code)) {
         return text;

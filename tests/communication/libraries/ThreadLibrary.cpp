@@ -31,10 +31,7 @@ const char* OwnPath() {
 // What the named library's function "First" returns; 0 without it.
 int FirstOf(const char* libraryName) {
     try {
-        static const char* const kNames[] = {"First", ""};
-        void* first = nullptr;
-        const ZQAPI::CZQDynamicDLL library(libraryName, kNames, &first);
-        return reinterpret_cast<int (*)()>(first)();
+        return ZQAPI::CZQDynamicDLL(libraryName).Find<int()>("First")();
     } catch (const ZQAPI::CZQException&) {
         return 0;
     }

@@ -16,7 +16,7 @@
 namespace ZQAPI {
 
 // What the device interface takes from around it: the kit's files and scanners, or others in a test.
-struct CZQDeviceAPIEnvironment {
+struct SDeviceAPIEnvironment {
     std::function<CZQString()> getApiIniPath;
     std::function<CZQString()> getDevicesIniPath;
     std::function<CZQString(const CZQString& deviceType)> getCameraConfigFile;
@@ -25,7 +25,7 @@ struct CZQDeviceAPIEnvironment {
     std::uint32_t scanTimeLimitMs = CZQDeviceScan::kTimeLimitMs;
 
     // The kit that the library lies in.
-    static CZQDeviceAPIEnvironment OfOwnKit();
+    static SDeviceAPIEnvironment OfOwnKit();
 };
 
 // What lies behind the exported functions: the one device list, its lock and the count of initialisations.
@@ -33,7 +33,7 @@ struct CZQDeviceAPIEnvironment {
 // throws: it logs a failure and returns its number. Thread-safe.
 class CZQDeviceAPI {
 public:
-    explicit CZQDeviceAPI(CZQDeviceAPIEnvironment environment);
+    explicit CZQDeviceAPI(SDeviceAPIEnvironment environment);
 
     int InitCameraLibrary() noexcept;
     int DeInitCameraLibrary() noexcept;
@@ -65,20 +65,20 @@ public:
 
 private:
     template <class Body>
-    int Initialised(const SourceLocation& here, Body&& body) noexcept;
+    int Initialised(const SSourceLocation& here, Body&& body) noexcept;
     template <class Query>
-    int QueryText(const SourceLocation& here, const char* deviceType, char* buffer, unsigned int size,
+    int QueryText(const SSourceLocation& here, const char* deviceType, char* buffer, unsigned int size,
                   Query&& query) noexcept;
     template <class Query>
-    int QueryCount(const SourceLocation& here, const char* deviceType, unsigned int* count,
+    int QueryCount(const SSourceLocation& here, const char* deviceType, unsigned int* count,
                    Query&& query) noexcept;
 
-    void CheckInitialised(const SourceLocation& here) const;
+    void CheckInitialised(const SSourceLocation& here) const;
     void LoadList();
     std::unique_ptr<CZQScanIFBase> CreateScanner(const CZQString& name) const;
     CZQStringArray SelectScanners(std::span<const std::int32_t> scannerNumbers) const;
 
-    CZQDeviceAPIEnvironment m_environment;
+    SDeviceAPIEnvironment m_environment;
     CZQCriticalSection m_lock;
     CZQDeviceList m_devices;
     std::atomic<std::int32_t> m_initCount{0};  // written under the lock; a scan reads it without

@@ -1,4 +1,4 @@
-#include "vendors/ZQTavi.h"
+#include "vendors/ZQTaviAdapter.h"
 
 #include <ZQAPI/vendors/ZQTavi.h>
 

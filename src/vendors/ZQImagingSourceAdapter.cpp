@@ -1,4 +1,4 @@
-#include "vendors/ZQImagingSource.h"
+#include "vendors/ZQImagingSourceAdapter.h"
 
 #include <ZQAPI/vendors/ZQImagingSource.h>
 

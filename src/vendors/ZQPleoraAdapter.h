@@ -1,5 +1,7 @@
 #pragma once
 
+#include <ZQAPI/vendors/ZQPleora.h>
+
 #include "vendors/ZQICameraSource.h"
 #include "vendors/ZQWrapperLibrary.h"
 
@@ -23,7 +25,7 @@ public:
     void SetIpAddress(const CZQString& deviceId, const CZQString& ipAddress);
 
 private:
-    std::array<void*, 1> m_slots{};
+    CZQEntryPoint<decltype(ZQPLEORA_SetIpAddress)> m_setIpAddress{*this, "ZQPLEORA_SetIpAddress"};
 };
 
 }  // namespace ZQAPI

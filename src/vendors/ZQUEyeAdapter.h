@@ -1,10 +1,8 @@
 #pragma once
 
-#include <array>
-
 #include "vendors/ZQForeignRecord.h"
 #include "vendors/ZQICameraSource.h"
-#include "vendors/ZQVendorLibrary.h"
+#include "vendors/ZQVendorAdapter.h"
 
 namespace ZQAPI {
 
@@ -24,9 +22,8 @@ public:
     SUEyeCamera GetCamera(std::uint32_t index) override;
 
 private:
-    enum Slot { kGetNumberOfCameras, kGetCameraList, kNofSlots };
-
-    std::array<void*, kNofSlots> m_slots{};
+    CZQEntryPoint<std::int32_t(std::int32_t* count)> m_getNumberOfCameras{*this, "is_GetNumberOfCameras"};
+    CZQEntryPoint<std::int32_t(void* list)> m_getCameraList{*this, "is_GetCameraList"};
     CZQForeignRecord m_list{0};
     std::uint32_t m_count = 0;
 };

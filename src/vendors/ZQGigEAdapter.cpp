@@ -1,6 +1,5 @@
-#include "vendors/ZQGigE.h"
+#include "vendors/ZQGigEAdapter.h"
 
-#include <iterator>
 #include <mutex>
 #include <utility>
 
@@ -10,10 +9,6 @@
 namespace ZQAPI {
 
 namespace {
-
-#define ZQ_GIGE_NAME(name) #name,
-constexpr const char* kNames[] = {ZQ_GIGE_FUNCTIONS(ZQ_GIGE_NAME) ""};
-#undef ZQ_GIGE_NAME
 
 // The mutex is never held while the library's code runs.
 struct SharedSlot {
@@ -30,16 +25,10 @@ SharedSlot& GetSharedSlot() {
 }  // namespace
 
 CZQGigE::CZQGigE(const CZQString& folder) {
-    void* slots[std::size(kNames) - 1] = {};
-    OpenFirst(folder, {"ZQGigE.x64.dll"}, kNames, slots);
-    void** slot = slots;
-#define ZQ_GIGE_RESOLVE(name) m_functions.name = reinterpret_cast<decltype(&::name)>(*slot++);
-    ZQ_GIGE_FUNCTIONS(ZQ_GIGE_RESOLVE)
-#undef ZQ_GIGE_RESOLVE
-
+    OpenFirst(folder, {"ZQGigE.x64.dll"});
     if (m_functions.isVersionCompliantDLL(ZQGIGE_INTERFACE_VERSION) == 0) {
-        throw CZQException(ZQ_HERE("CZQGigE::CZQGigE"), ZQ_ERR_VENDOR_LIBRARY,
-                           "GigE API: library has not interface version %d", ZQGIGE_INTERFACE_VERSION);
+        ZQ_THROW("CZQGigE::CZQGigE", ZQ_ERR_VENDOR_LIBRARY, "GigE API: library has not interface version %d",
+                 ZQGIGE_INTERFACE_VERSION);
     }
 }
 
@@ -67,7 +56,7 @@ std::shared_ptr<const CZQGigE> CZQGigE::ReleaseShared() noexcept {
     return std::exchange(slot.library, nullptr);
 }
 
-void CZQGigE::CheckDriver(const SourceLocation& here) const {
+void CZQGigE::CheckDriver(const SSourceLocation& here) const {
     if (m_functions.isDriverAvailable() == 0) {
         throw CZQException(here, ZQ_ERR_VENDOR_LIBRARY, "GigE API: driver is not available");
     }

@@ -1,5 +1,5 @@
-// A command module's three functions: they check, find the connection, call it and turn exceptions into
-// numbers.
+// A command module's three functions: they check, find the connection, call it and turn
+// exceptions into numbers.
 #include <cstring>
 #include <map>
 #include <memory>
@@ -28,7 +28,7 @@ public:
         const std::lock_guard lock(m_mutex);
         const auto found = m_connections.find(handle);
         if (found == m_connections.end()) {
-            throw CZQException(ZQ_HERE("Connections::Find"), ZQ_ERR_CONNECTION_NOT_OPEN);
+            ZQ_THROW("Connections::Find", ZQ_ERR_CONNECTION_NOT_OPEN);
         }
         return found->second;
     }
@@ -37,7 +37,7 @@ public:
         const std::lock_guard lock(m_mutex);
         auto removed = m_connections.extract(handle);
         if (removed.empty()) {
-            throw CZQException(ZQ_HERE("Connections::Remove"), ZQ_ERR_CONNECTION_NOT_OPEN);
+            ZQ_THROW("Connections::Remove", ZQ_ERR_CONNECTION_NOT_OPEN);
         }
         return std::move(removed.mapped());
     }
@@ -57,21 +57,21 @@ Connections& OpenConnections() {
 
 void RequireInput(const void* input) {
     if (input == nullptr) {
-        throw CZQException(ZQ_HERE("RequireInput"), ZQ_ERR_NULL_INPUT);
+        ZQ_THROW("RequireInput", ZQ_ERR_NULL_INPUT);
     }
 }
 
 void RequireOutput(const void* output) {
     if (output == nullptr) {
-        throw CZQException(ZQ_HERE("RequireOutput"), ZQ_ERR_NULL_OUTPUT);
+        ZQ_THROW("RequireOutput", ZQ_ERR_NULL_OUTPUT);
     }
 }
 
 // A module takes one line at a time: what follows a line feed would be a command of its own to the camera.
 void RequireOneLine(std::string_view command) {
     if (command.size() < 2 || command.find('\n') != command.size() - 1) {
-        throw CZQException(ZQ_HERE("RequireOneLine"), ZQ_ERR_BAD_VALUE,
-                           "The command is not one line with a line feed at its end");
+        ZQ_THROW("RequireOneLine", ZQ_ERR_BAD_VALUE,
+                 "The command is not one line with a line feed at its end");
     }
 }
 
@@ -118,8 +118,8 @@ std::int32_t ZQCCM_SendCmd(ZQCCM_HANDLE handle, const char* command, char* answe
         ZQAPI::RequireOneLine(command);
         const std::string text = connection->SendCommand(command);
         if (text.size() >= answerSize) {
-            throw ZQAPI::CZQException(ZQ_HERE("ZQCCM_SendCmd"), ZQ_ERR_BUFFER_TOO_SMALL,
-                                      "NeededBytes=%zu, BufferSize=%u", text.size() + 1, answerSize);
+            ZQ_THROW("ZQCCM_SendCmd", ZQ_ERR_BUFFER_TOO_SMALL, "NeededBytes=%zu, BufferSize=%u",
+                     text.size() + 1, answerSize);
         }
         std::memcpy(answer, text.c_str(), text.size() + 1);
     });

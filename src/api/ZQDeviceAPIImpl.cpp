@@ -1,4 +1,4 @@
-#include "api/ZQDeviceAPI.h"
+#include "api/ZQDeviceAPIImpl.h"
 
 #include <algorithm>
 #include <limits>
@@ -10,19 +10,18 @@
 #include "foundation/ZQException.h"
 #include "scanners/ZQNetAddressChange.h"
 #include "scanners/ZQScannerTable.h"
-#include "vendors/ZQGigE.h"
 
 namespace ZQAPI {
 
 namespace {
 
-void CheckInput(const void* input, const SourceLocation& here) {
+void CheckInput(const void* input, const SSourceLocation& here) {
     if (input == nullptr) {
         throw CZQException(here, ZQ_ERR_NULL_INPUT);
     }
 }
 
-void CheckOutput(const void* output, const SourceLocation& here) {
+void CheckOutput(const void* output, const SSourceLocation& here) {
     if (output == nullptr) {
         throw CZQException(here, ZQ_ERR_NULL_OUTPUT);
     }
@@ -37,8 +36,8 @@ CZQDeviceInfo CheckedDevice(const ZQDEVICEINFO& record) {
 
 }  // namespace
 
-CZQDeviceAPIEnvironment CZQDeviceAPIEnvironment::OfOwnKit() {
-    CZQDeviceAPIEnvironment environment;
+SDeviceAPIEnvironment SDeviceAPIEnvironment::OfOwnKit() {
+    SDeviceAPIEnvironment environment;
     environment.getApiIniPath = GetApiIniPath;
     environment.getDevicesIniPath = GetDevicesIniPath;
     environment.getCameraConfigFile = GetCameraConfigFile;
@@ -46,9 +45,9 @@ CZQDeviceAPIEnvironment CZQDeviceAPIEnvironment::OfOwnKit() {
     return environment;
 }
 
-CZQDeviceAPI::CZQDeviceAPI(CZQDeviceAPIEnvironment environment) : m_environment(std::move(environment)) {}
+CZQDeviceAPI::CZQDeviceAPI(SDeviceAPIEnvironment environment) : m_environment(std::move(environment)) {}
 
-void CZQDeviceAPI::CheckInitialised(const SourceLocation& here) const {
+void CZQDeviceAPI::CheckInitialised(const SSourceLocation& here) const {
     if (m_initCount.load() <= 0) {
         throw CZQException(here, ZQ_ERR_NOT_INITIALISED);
     }
@@ -57,7 +56,7 @@ void CZQDeviceAPI::CheckInitialised(const SourceLocation& here) const {
 // The frame of every method but a few: under the lock, which is released before a failure is reported, and
 // only when the library is initialised.
 template <class Body>
-int CZQDeviceAPI::Initialised(const SourceLocation& here, Body&& body) noexcept {
+int CZQDeviceAPI::Initialised(const SSourceLocation& here, Body&& body) noexcept {
     return RunReported(here, [&] {
         const CZQThreadSync lock(m_lock, CZQThreadSync::kInfinite);
         CheckInitialised(here);
@@ -65,8 +64,7 @@ int CZQDeviceAPI::Initialised(const SourceLocation& here, Body&& body) noexcept 
     });
 }
 
-// ----------------------------------------------------------------------------------------------------
-// lifecycle
+// ---- lifecycle ----------------------------------------------------------------------------------
 
 int CZQDeviceAPI::InitCameraLibrary() noexcept {
     return RunReported(ZQ_HERE("CZQDeviceAPI::InitCameraLibrary"), [&] {
@@ -80,11 +78,11 @@ int CZQDeviceAPI::InitCameraLibrary() noexcept {
 
 int CZQDeviceAPI::DeInitCameraLibrary() noexcept {
     // Freed behind the lock: its code may take its time.
-    std::shared_ptr<const CZQGigE> released;
+    std::vector<std::shared_ptr<const void>> released;
     return RunReported(ZQ_HERE("CZQDeviceAPI::DeInitCameraLibrary"), [&] {
         const CZQThreadSync lock(m_lock, CZQThreadSync::kInfinite);
         if (m_initCount.load() == 1) {
-            released = CZQGigE::ReleaseShared();
+            released = ReleaseScannerLibraries();
         }
         m_initCount = std::max(m_initCount.load() - 1, 0);
     });
@@ -95,11 +93,10 @@ void CZQDeviceAPI::Reset() noexcept {
     DeInitCameraLibrary();
 }
 
-// -------------------------------------------------------------------------------------------------- device
-// list
+// ---- device list --------------------------------------------------------------------------------
 
 int CZQDeviceAPI::GetNofDevices(unsigned int* count) noexcept {
-    const SourceLocation here = ZQ_HERE("CZQDeviceAPI::GetNofDevices");
+    const SSourceLocation here = ZQ_HERE("CZQDeviceAPI::GetNofDevices");
     return Initialised(here, [&] {
         CheckOutput(count, here);
         *count = m_devices.GetCount();
@@ -107,7 +104,7 @@ int CZQDeviceAPI::GetNofDevices(unsigned int* count) noexcept {
 }
 
 int CZQDeviceAPI::GetDevice(unsigned int index, ZQDEVICEINFO* record) noexcept {
-    const SourceLocation here = ZQ_HERE("CZQDeviceAPI::GetDevice");
+    const SSourceLocation here = ZQ_HERE("CZQDeviceAPI::GetDevice");
     return Initialised(here, [&] {
         CheckOutput(record, here);
         *record = m_devices.GetDevice(index).GetRecord();
@@ -123,7 +120,7 @@ int CZQDeviceAPI::AddDevice(const ZQDEVICEINFO& record) noexcept {
 }
 
 int CZQDeviceAPI::RemoveDevice(const char* deviceId) noexcept {
-    const SourceLocation here = ZQ_HERE("CZQDeviceAPI::RemoveDevice");
+    const SSourceLocation here = ZQ_HERE("CZQDeviceAPI::RemoveDevice");
     return Initialised(here, [&] {
         CheckInput(deviceId, here);
         m_devices.RemoveDevice(deviceId);
@@ -155,11 +152,10 @@ void CZQDeviceAPI::LoadList() {
     m_devices = std::move(loaded);
 }
 
-// ------------------------------------------------------------------------------------- modules of a device
-// type
+// ---- modules of a device type -------------------------------------------------------------------
 
 template <class Query>
-int CZQDeviceAPI::QueryText(const SourceLocation& here, const char* deviceType, char* buffer,
+int CZQDeviceAPI::QueryText(const SSourceLocation& here, const char* deviceType, char* buffer,
                             unsigned int size, Query&& query) noexcept {
     return Initialised(here, [&] {
         CheckInput(deviceType, here);
@@ -171,7 +167,7 @@ int CZQDeviceAPI::QueryText(const SourceLocation& here, const char* deviceType, 
 }
 
 template <class Query>
-int CZQDeviceAPI::QueryCount(const SourceLocation& here, const char* deviceType, unsigned int* count,
+int CZQDeviceAPI::QueryCount(const SSourceLocation& here, const char* deviceType, unsigned int* count,
                              Query&& query) noexcept {
     return Initialised(here, [&] {
         CheckInput(deviceType, here);
@@ -222,8 +218,7 @@ int CZQDeviceAPI::GetSupportedDevice(unsigned int /*index*/, char* /*buffer*/,
     return ZQ_OK;
 }
 
-// -----------------------------------------------------------------------------------------------------
-// scanning
+// ---- scanning -----------------------------------------------------------------------------------
 
 std::unique_ptr<CZQScanIFBase> CZQDeviceAPI::CreateScanner(const CZQString& name) const {
     return m_environment.createScanner(name, m_environment.getApiIniPath());
@@ -243,7 +238,7 @@ CZQStringArray CZQDeviceAPI::SelectScanners(std::span<const std::int32_t> scanne
 }
 
 int CZQDeviceAPI::ScanForDevices(std::span<const std::int32_t> scannerNumbers) noexcept {
-    const SourceLocation here = ZQ_HERE("CZQDeviceAPI::ScanForDevices");
+    const SSourceLocation here = ZQ_HERE("CZQDeviceAPI::ScanForDevices");
     return RunReported(here, [&] {
         CheckInitialised(here);
         const CZQStringArray names = SelectScanners(scannerNumbers);
@@ -258,7 +253,7 @@ int CZQDeviceAPI::ScanForDevices(std::span<const std::int32_t> scannerNumbers) n
 }
 
 int CZQDeviceAPI::RescanDevice(ZQDEVICEINFO* record) noexcept {
-    const SourceLocation here = ZQ_HERE("CZQDeviceAPI::RescanDevice");
+    const SSourceLocation here = ZQ_HERE("CZQDeviceAPI::RescanDevice");
     return Initialised(here, [&] {
         CheckOutput(record, here);
         CZQDeviceInfo device = CheckedDevice(*record);
@@ -270,7 +265,7 @@ int CZQDeviceAPI::RescanDevice(ZQDEVICEINFO* record) noexcept {
 }
 
 int CZQDeviceAPI::ChangeDeviceNetAddr(const ZQDEVICEINFO& record, const char* newAddress) noexcept {
-    const SourceLocation here = ZQ_HERE("CZQDeviceAPI::ChangeDeviceNetAddr");
+    const SSourceLocation here = ZQ_HERE("CZQDeviceAPI::ChangeDeviceNetAddr");
     return Initialised(here, [&] {
         CheckInput(newAddress, here);
         ChangeNetAddress(CheckedDevice(record), newAddress);

@@ -1,4 +1,4 @@
-#include "vendors/ZQFx.h"
+#include "vendors/ZQFxAdapter.h"
 
 #include <ZQAPI/vendors/ZQFx.h>
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <ZQAPI/vendors/ZQUsb2.h>
+
 #include "vendors/ZQICameraSource.h"
 #include "vendors/ZQWrapperLibrary.h"
 
@@ -23,9 +25,10 @@ public:
 
 private:
     class COpenCamera;
-    enum Slot { kOpen, kClose, kRead, kNofSlots };
 
-    std::array<void*, kNofSlots> m_slots{};
+    CZQEntryPoint<decltype(ZQUSB2_OpenCamera)> m_open{*this, "ZQUSB2_OpenCamera"};
+    CZQEntryPoint<decltype(ZQUSB2_CloseCamera)> m_close{*this, "ZQUSB2_CloseCamera"};
+    CZQEntryPoint<decltype(ZQUSB2_ReadSpiRegister)> m_readSpiRegister{*this, "ZQUSB2_ReadSpiRegister"};
 };
 
 }  // namespace ZQAPI
