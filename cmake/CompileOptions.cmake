@@ -18,8 +18,11 @@ target_compile_options(zq_options INTERFACE
 # of what is shipped. Checked copies need an optimised build, and keep the sanitizers from seeing the calls themselves.
 target_compile_options(zq_options INTERFACE -fstack-protector-strong)
 if(NOT ZQ_SANITIZE)
-  target_compile_options(zq_options INTERFACE "$<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>")
+  set(optimised "$<NOT:$<OR:$<CONFIG:Debug>,$<BOOL:$<TARGET_PROPERTY:ZQ_FAST_BUILD>>>>")
+  target_compile_options(zq_options INTERFACE "$<${optimised}:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>")
 endif()
+# What is built to be run once (tests): unoptimised, which takes half the time.
+target_compile_options(zq_options INTERFACE "$<$<BOOL:$<TARGET_PROPERTY:ZQ_FAST_BUILD>>:-O0;-g1>")
 if(WIN32)
   # Named to the linker too, for the library of the checks.
   target_link_options(zq_options INTERFACE -fstack-protector-strong -Wl,--nxcompat,--dynamicbase,--high-entropy-va)
@@ -39,8 +42,8 @@ if(WIN32)
 endif()
 
 # zq_precompile(<target> <header>...): the large headers that the target's sources have in common are read once. For the
-# sanitizers' builds alone: the others notice a header that is used without being included, the linter goes by them, and
-# GCC's optimiser warns of sound code in precompiled headers.
+# sanitizers' builds alone: the others notice a header that is used without being included, and GCC's optimiser warns of
+# sound code in precompiled headers. (Test programs always have theirs, see ZQTest.cmake; the linter does without.)
 option(ZQ_PRECOMPILE_HEADERS "Build with precompiled headers" OFF)
 function(zq_precompile target)
   if(ZQ_PRECOMPILE_HEADERS)

@@ -16,30 +16,38 @@ endif()
 # Holds the precompiled headers of the test programs: an executable like them.
 add_executable(zq_test_headers EXCLUDE_FROM_ALL "${PROJECT_SOURCE_DIR}/tests/support/TestMain.cpp")
 target_link_libraries(zq_test_headers PRIVATE zq_test_support)
-zq_precompile(zq_test_headers
+set_target_properties(zq_test_headers PROPERTIES ZQ_FAST_BUILD ON)
+target_precompile_headers(zq_test_headers PRIVATE
   <gmock/gmock.h> <gtest/gtest.h> <algorithm> <array> <chrono> <filesystem> <fstream> <functional> <memory> <optional>
   <span> <string> <thread> <vector>)
 
 #
 # zq_test_program(<name> SOURCES... [LIBRARIES...]): a test program over the inner classes.
-# zq_test(<name> <program> [NETWORK] [TIMEOUT <seconds>] [ARGS...]): one CTest entry for it; NETWORK runs it in a
-# network namespace of its own, the only place where anything may broadcast.
+# zq_test(<name> <program> [NETWORK] [TIMEOUT <seconds>] [CASES <cases>] [NOT_WITH_TSAN <cases>] [ARGS...]): one CTest
+# entry for it; NETWORK runs it in a network namespace of its own, the only place where anything may broadcast. CASES are
+# patterns of GoogleTest's, with colons between them; so are those of NOT_WITH_TSAN, which ThreadSanitizer can't judge, or
+# slows down until their time limits end them.
 include(CMakeParseArguments)
 function(zq_test_program name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LIBRARIES" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE zq_test_support ${ARG_LIBRARIES})
-  if(ZQ_PRECOMPILE_HEADERS)
-    target_precompile_headers(${name} REUSE_FROM zq_test_headers)
-  endif()
-  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/tests")
+  target_precompile_headers(${name} REUSE_FROM zq_test_headers)
+  set_target_properties(${name} PROPERTIES ZQ_FAST_BUILD ON RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/tests")
 endfunction()
 
 function(zq_test name program)
-  cmake_parse_arguments(ARG "NETWORK" "TIMEOUT" "ARGS" ${ARGN})
+  cmake_parse_arguments(ARG "NETWORK" "TIMEOUT;CASES;NOT_WITH_TSAN" "ARGS" ${ARGN})
   set(launcher "")
   if(ARG_NETWORK)
     set(launcher "${PROJECT_SOURCE_DIR}/scripts/netns")
+  endif()
+  set(cases "${ARG_CASES}")
+  if(ARG_NOT_WITH_TSAN AND ZQ_SANITIZE MATCHES "thread")
+    string(APPEND cases "-${ARG_NOT_WITH_TSAN}")
+  endif()
+  if(cases)
+    list(APPEND ARG_ARGS "--gtest_filter=${cases}")
   endif()
   if(NOT ARG_TIMEOUT)
     set(ARG_TIMEOUT 120)
