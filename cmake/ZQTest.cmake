@@ -23,10 +23,11 @@ target_precompile_headers(zq_test_headers PRIVATE
 
 #
 # zq_test_program(<name> SOURCES... [LIBRARIES...]): a test program over the inner classes.
-# zq_test(<name> <program> [NETWORK] [TIMEOUT <seconds>] [CASES <cases>] [NOT_WITH_TSAN <cases>] [ARGS...]): one CTest
-# entry for it; NETWORK runs it in a network namespace of its own, the only place where anything may broadcast. CASES are
-# patterns of GoogleTest's, with colons between them; so are those of NOT_WITH_TSAN, which ThreadSanitizer can't judge, or
-# slows down until their time limits end them.
+# zq_test(<name> <program> [NETWORK] [SERIAL_LINES] [TIMEOUT <seconds>] [CASES <cases>] [NOT_WITH_TSAN <cases>] [ARGS...]):
+# one CTest entry for it; NETWORK runs it in a network namespace of its own, the only place where anything may broadcast.
+# SERIAL_LINES says that it plays cameras whose every byte has 500 ms to arrive: it gets two processors. CASES are patterns
+# of GoogleTest's, with colons between them; so are those of NOT_WITH_TSAN, which ThreadSanitizer can't judge, or slows
+# down until their time limits end them.
 include(CMakeParseArguments)
 function(zq_test_program name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LIBRARIES" ${ARGN})
@@ -37,7 +38,7 @@ function(zq_test_program name)
 endfunction()
 
 function(zq_test name program)
-  cmake_parse_arguments(ARG "NETWORK" "TIMEOUT;CASES;NOT_WITH_TSAN" "ARGS" ${ARGN})
+  cmake_parse_arguments(ARG "NETWORK;SERIAL_LINES" "TIMEOUT;CASES;NOT_WITH_TSAN" "ARGS" ${ARGN})
   set(launcher "")
   if(ARG_NETWORK)
     set(launcher "${PROJECT_SOURCE_DIR}/scripts/netns")
@@ -55,6 +56,9 @@ function(zq_test name program)
   add_test(NAME "${ZQ_TEST_PREFIX}${name}"
     COMMAND ${launcher} ${CMAKE_CROSSCOMPILING_EMULATOR} $<TARGET_FILE:${program}> ${ARG_ARGS})
   set_tests_properties("${ZQ_TEST_PREFIX}${name}" PROPERTIES TIMEOUT ${ARG_TIMEOUT})
+  if(ARG_SERIAL_LINES)
+    set_tests_properties("${ZQ_TEST_PREFIX}${name}" PROPERTIES PROCESSORS 2)
+  endif()
   if(ARG_NETWORK AND CMAKE_CROSSCOMPILING)
     # One at a time: see scripts/wine-run.
     set_tests_properties("${ZQ_TEST_PREFIX}${name}" PROPERTIES RESOURCE_LOCK wine_netns)

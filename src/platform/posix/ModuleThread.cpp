@@ -1,6 +1,7 @@
 #include "platform/ModuleThread.h"
 
 #include <cerrno>
+#include <cstddef>
 #include <future>
 #include <new>
 #include <system_error>
@@ -11,8 +12,9 @@ namespace ZQAPI::platform {
 namespace {
 
 // A thread-local object of this library with a destructor: the run-time keeps the library mapped until the
-// destructors of the thread have run.
-class KeepLoaded {
+// destructors of the thread have run. Aligned as memory is allocated: the leak checker of the sanitizers asks the
+// allocator about the block of a library's thread-local objects.
+class alignas(std::max_align_t) KeepLoaded {
 public:
     KeepLoaded() noexcept = default;
     KeepLoaded(const KeepLoaded&) = delete;
