@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "foundation/Io/ZQConfigFile.h"
+#include "foundation/ZQDynamicDLL.h"
 #include "platform/Process.h"
 #include "support/DebugLines.h"
 #include "support/KitScan.h"
@@ -84,6 +85,8 @@ protected:
 
     StandIns standIns;
     StandInPath path;
+    // The stand-in has its own copy of the C++ run-time on Windows, which gives no index back: it is unloaded once.
+    CZQDynamicDLL heldStandIn{StandIns::Folder() + "imaq.dll"};
     KitScan scan;
 };
 
