@@ -127,8 +127,7 @@ void CheckInput(std::string_view input) {
     }
     static Camera& camera = *new Camera;
     // Held: libFuzzer goes on reading the module's counters when it has been unloaded.
-    static const char* const kNoNames[] = {""};
-    static const CZQDynamicDLL module(GetCcmPath() + "ZQCCMUdpAPI.dll", kNoNames, nullptr);
+    static const CZQDynamicDLL module(GetCcmPath() + "ZQCCMUdpAPI.dll");
     static const InputFile settings;
     settings.Write("[" + std::string(kSection) + kSettings);
     camera.Play(ScriptOf(input));
