@@ -7,9 +7,9 @@ namespace ZQAPI {
 // What a scanner writes into every record, as ZQDEV_SCANNER_TABLE has it, and the methods under which its failures
 // are reported.
 struct SScannerNames {
-    const char* scanner;
-    const char* ccm;  // empty: the camera's type decides
-    const char* iam;  // empty: the camera's type decides
+    const char* scanner = "";
+    const char* ccm = "";  // empty: the camera's type decides
+    const char* iam = "";  // empty: the camera's type decides
     const char* scanMethod = "";
     const char* updateMethod = "";
 };

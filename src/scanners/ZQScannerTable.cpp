@@ -51,9 +51,9 @@ std::shared_ptr<const void> ReleaseGigE() noexcept {
 
 // What the library itself has to know of a scanner; the row's place is the scanner's number.
 struct Row {
-    std::int32_t number;
-    std::uint32_t precedence;  // 0 is first; differs from the numbers on purpose
-    Factory make;
+    std::int32_t number = 0;
+    std::uint32_t precedence = 0;  // 0 is first; differs from the numbers on purpose
+    Factory make = MakeNone;
     bool usesNetworkLock = false;
     AddressChange changeAddress = nullptr;  // null: its cameras have no address on the network
     ReleaseLibrary releaseLibrary = nullptr;

@@ -34,10 +34,14 @@
     X(ZQDEV_RescanDevice, (ZQDEVICEINFO * device), (device))                                          \
     X(ZQDEV_ChangeDeviceNetAddr, (ZQDEVICEINFO device, const char* newAddress), (device, newAddress))
 
+// NOLINTBEGIN(bugprone-macro-parentheses): names and parameter lists can't be put into parentheses of their own
+
 namespace {
 
 // The library's functions, by their names.
 struct Functions {
+    explicit Functions(ZQAPI::CZQDynamicDLL& kit) : library(kit) {}
+
     ZQAPI::CZQDynamicDLL& library;
 
 #define ZQDEV_ENTRY_POINT(function, parameters, arguments) \
@@ -51,17 +55,17 @@ std::unique_ptr<Functions> g_functions;
 
 }  // namespace
 
-// NOLINTBEGIN(bugprone-macro-parentheses): parameter lists can't be put into parentheses of their own
 #define ZQDEV_FORWARDER(function, parameters, arguments)                            \
     int function parameters {                                                       \
         return g_functions == nullptr ? static_cast<int>(ZQ_ERR_LIBRARY_NOT_LOADED) \
                                       : g_functions->function arguments;            \
     }
-// NOLINTEND(bugprone-macro-parentheses)
 extern "C" {
 ZQDEV_FUNCTIONS(ZQDEV_FORWARDER)
 }
 #undef ZQDEV_FORWARDER
+
+// NOLINTEND(bugprone-macro-parentheses)
 
 namespace ZQAPI::zqdev {
 

@@ -54,7 +54,7 @@ std::wstring LongPath(const std::string& path) {
     if (length == 0 || length >= size) {
         return {};
     }
-    const std::wstring full(buffer.data(), length);
+    std::wstring full(buffer.data(), length);
     if (full.starts_with(LR"(\\?\)") || full.starts_with(LR"(\\.\)")) {
         return full;
     }

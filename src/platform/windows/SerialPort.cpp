@@ -81,7 +81,7 @@ bool ParseModeText(const std::string& text, SerialControl& control, SystemErrorC
 }
 
 std::vector<SerialPortName> ListSerialPorts() {
-    std::vector<char> names(64 * 1024);
+    std::vector<char> names(std::size_t{64} * 1024);
     DWORD length = QueryDosDeviceA(nullptr, names.data(), static_cast<DWORD>(names.size()));
     while (length == 0 && GetLastError() == ERROR_INSUFFICIENT_BUFFER && names.size() < 4U << 20U) {
         names.resize(names.size() * 2);
