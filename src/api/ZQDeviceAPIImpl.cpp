@@ -231,8 +231,8 @@ CZQStringArray CZQDeviceAPI::SelectScanners(std::span<const std::int32_t> scanne
     }
     if (scannerNumbers.empty()) {
         CZQConfigFile config(m_environment.getApiIniPath(), CZQConfigFile::Mode::kRead, true);
-        config.SetSection("DeviceScanner");
-        config.ReadStringArray("ActiveScanners", names, ';');
+        config.SetSection(kScannerSection);
+        config.ReadStringArray(kActiveScanners, names, ';');
     }
     return names;
 }

@@ -11,10 +11,6 @@ namespace ZQAPI {
 
 namespace {
 
-// The words for a setting's values in a file; each stands at the value's own index.
-constexpr const char* kParities[] = {"NO", "ODD", "EVEN"};
-constexpr const char* kHandshakes[] = {"NO", "HW", "XON/XOFF"};
-
 template <class Value, std::size_t kCount>
 bool ParseWord(const CZQString& word, const char* const (&words)[kCount], Value& value) {
     const auto* const found = std::find_if(std::begin(words), std::end(words),

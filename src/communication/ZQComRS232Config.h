@@ -40,6 +40,9 @@ public:
     const char* GetTypeName() const noexcept override { return kTypeName; }
 
     static constexpr const char* kTypeName = "CZQComRS232Config";
+    // The words for a setting's values in a file; each stands at the value's own index.
+    static constexpr const char* kParities[] = {"NO", "ODD", "EVEN"};
+    static constexpr const char* kHandshakes[] = {"NO", "HW", "XON/XOFF"};
     static constexpr const char* kDefaultModeText = "baud=9600 parity=N data=8 stop=1 xon=off";
 
 private:

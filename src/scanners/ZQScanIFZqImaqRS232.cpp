@@ -1,10 +1,7 @@
 #include "scanners/ZQScanIFZqImaqRS232.h"
 
-#include <algorithm>
-
 #include "communication/ZQComImaqRS232.h"
 #include "devices/ZQSdkPaths.h"
-#include "foundation/Io/ZQIniFile.h"
 
 namespace ZQAPI {
 
@@ -12,22 +9,25 @@ namespace {
 
 constexpr SScannerNames kNames = ZQ_SCANNER_NAMES(ZQ_IMAQ_RS232, "CZQScanIFZqImaqRS232");
 constexpr const char* kCommandModule = "ZQCCMImaqRs232API.dll";
-constexpr std::uint32_t kByteTimeoutMs = 500;
+
+using S = SImaqScanSettings;
+constexpr SSettingRow kSettings[] = {
+    Setting<&S::cameraFile>("CameraFile",
+                            "the camera file that the grabbers are set up with, for the record"),
+    Setting<&S::commandTimeoutMs>("CommandTimeoutMs", "time for each byte of an answer in ms"),
+};
 
 }  // namespace
 
 CZQScanIFZqImaqRS232::CZQScanIFZqImaqRS232(const CZQString& apiIniPath, const CZQString& section)
-    : CZQSerialLineScanner(kNames, kCommandModule, kByteTimeoutMs) {
-    CZQIniFile ini(apiIniPath);
-    ini.SetSection(section);
-    if (ini.KeyExists("CameraFile")) {
-        ini.ReadString("CameraFile", m_cameraFile);
-    }
-    if (ini.KeyExists("CommandTimeoutMs")) {
-        std::int32_t timeoutMs = 0;
-        ini.ReadLong("CommandTimeoutMs", timeoutMs);
-        SetByteTimeout(static_cast<std::uint32_t>(std::max(timeoutMs, 0)));
-    }
+    : CZQScanIFZqImaqRS232(ReadSettings<SImaqScanSettings>(apiIniPath, section, kSettings)) {}
+
+CZQScanIFZqImaqRS232::CZQScanIFZqImaqRS232(SImaqScanSettings settings)
+    : CZQSerialLineScanner(kNames, kCommandModule, settings.commandTimeoutMs),
+      m_settings(std::move(settings)) {}
+
+std::span<const SSettingRow> CZQScanIFZqImaqRS232::GetSettings() {
+    return kSettings;
 }
 
 CZQStringArray CZQScanIFZqImaqRS232::ListLines() {
@@ -36,7 +36,7 @@ CZQStringArray CZQScanIFZqImaqRS232::ListLines() {
 
 std::unique_ptr<CZQComBase> CZQScanIFZqImaqRS232::OpenLine(const CZQString& line) {
     auto channel = std::make_unique<CZQComImaqRS232>(GetBinPath());
-    channel->Open(CZQComImaqRS232Config(line, m_cameraFile));
+    channel->Open(CZQComImaqRS232Config(line, m_settings.cameraFile));
     return channel;
 }
 

@@ -1,16 +1,21 @@
 #pragma once
 
 #include "scanners/ZQSerialLineScanner.h"
+#include "scanners/ZQSettings.h"
 
 namespace ZQAPI {
+
+struct SImaqScanSettings {
+    CZQString cameraFile;
+    std::uint32_t commandTimeoutMs = 500;
+};
 
 // Finds the maker's cameras on the serial lines of NI-IMAQ frame grabbers. Without the NI-IMAQ library a scan
 // fails with ZQ_ERR_LIBRARY_NOT_LOADED.
 class CZQScanIFZqImaqRS232 : public CZQSerialLineScanner {
 public:
-    // Reads "CameraFile" (default: none) and "CommandTimeoutMs" (how long each byte of an answer may take;
-    // default: 500).
     CZQScanIFZqImaqRS232(const CZQString& apiIniPath, const CZQString& section);
+    static std::span<const SSettingRow> GetSettings();
 
 protected:
     CZQStringArray ListLines() override;
@@ -18,7 +23,9 @@ protected:
     void ChooseIAM(CZQDeviceInfo& device, const CZQString& line) const override;
 
 private:
-    CZQString m_cameraFile;
+    explicit CZQScanIFZqImaqRS232(SImaqScanSettings settings);
+
+    const SImaqScanSettings m_settings;
 };
 
 }  // namespace ZQAPI

@@ -4,7 +4,6 @@
 #include "communication/ZQSerialPortNumber.h"
 #include "devices/ZQCamConfigFile.h"
 #include "devices/ZQSdkPaths.h"
-#include "foundation/Io/ZQIniFile.h"
 #include "foundation/ZQException.h"
 
 namespace ZQAPI {
@@ -15,16 +14,30 @@ constexpr SScannerNames kNames = ZQ_SCANNER_NAMES(ZQ_RS232, "CZQScanIFZqRS232");
 constexpr const char* kCommandModule = "ZQCCMRs232API.dll";
 constexpr std::uint32_t kByteTimeoutMs = 500;
 
+// CZQComRS232Config reads the line's own settings.
+constexpr SSettingRow kSettings[] = {
+    Setting<&SRs232ScanSettings::ports>(
+        "ScanCOMPorts", "numbers of the ports to try, separated by `;`; what is no number is passed over"),
+    {"COMPort", "a number; the scan sets its own", SettingKind::kNumber, {.minimum = 1}},
+    {"Baudrate", "bits a second", SettingKind::kNumber, {.minimum = 1}},
+    {"Databits", "5 to 8", SettingKind::kNumber, {.minimum = 5, .maximum = 8}},
+    {"StopBits", "1, or anything else for two", SettingKind::kNumber, {.minimum = 0, .maximum = 255}},
+    {"Parity",
+     "`NO`, `ODD` or `EVEN`, in any case",
+     SettingKind::kText,
+     {.words = CZQComRS232Config::kParities, .areWordsInAnyCase = true}},
+    {"Handshake", "`NO`, `HW` or `XON/XOFF`", SettingKind::kText, {.words = CZQComRS232Config::kHandshakes}},
+};
+
 }  // namespace
 
 CZQScanIFZqRS232::CZQScanIFZqRS232(const CZQString& apiIniPath, const CZQString& section)
-    : CZQSerialLineScanner(kNames, kCommandModule, kByteTimeoutMs) {
-    CZQIniFile ini(apiIniPath);
-    ini.SetSection(section);
-    if (ini.KeyExists("ScanCOMPorts")) {
-        ini.ReadStringArray("ScanCOMPorts", m_ports, ';');
-    }
-    m_config.LoadFromFile(apiIniPath, section);
+    : CZQSerialLineScanner(kNames, kCommandModule, kByteTimeoutMs),
+      m_settings(ReadSettings<SRs232ScanSettings>(apiIniPath, section, kSettings)),
+      m_config(apiIniPath, section) {}
+
+std::span<const SSettingRow> CZQScanIFZqRS232::GetSettings() {
+    return kSettings;
 }
 
 std::unique_ptr<CZQComBase> CZQScanIFZqRS232::OpenLine(const CZQString& line) {

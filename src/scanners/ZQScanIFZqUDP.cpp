@@ -1,6 +1,5 @@
 #include "scanners/ZQScanIFZqUDP.h"
 
-#include "foundation/Io/ZQIniFile.h"
 #include "foundation/ZQException.h"
 #include "foundation/ZQSystem.h"
 #include "scanners/ZQScannerErrors.h"
@@ -13,17 +12,25 @@ namespace {
 // A little less than a scan takes at most: what has been found is handed over in time.
 constexpr std::chrono::milliseconds kTimeLimit{29000};
 
-SUdpDiscoverySettings ReadSettings(const CZQString& apiIniPath, const CZQString& section) {
-    CZQIniFile ini(apiIniPath);
-    ini.SetSection(section);
-    return ReadUdpDiscoverySettings(ini);
-}
+using S = SUdpDiscoverySettings;
+constexpr SSettingRow kSettings[] = {
+    Setting<&S::port>("IPPort", "port that the discovery request goes to; outside 0 to 65535 the scan fails",
+                      {.refusedBy = "CZQScanIFZqUDP::CZQScanIFZqUDP"}),
+    Setting<&S::nofCycles>("NofScanCycles", "how often it is sent; 0: never, nothing is found"),
+    Setting<&S::scanTimeMs>("ScanTimeMs", "listening time in ms, shared equally by the cycles"),
+    Setting<&S::bindToNetworkCard>(
+        "BindToNetworkCard", "true: one broadcast on each suitable network card, from a socket bound to it"),
+};
 
 }  // namespace
 
 CZQScanIFZqUDP::CZQScanIFZqUDP(const CZQString& apiIniPath, const CZQString& section)
-    : m_search(std::make_shared<CZQUdpSearch>(ReadSettings(apiIniPath, section),
+    : m_search(std::make_shared<CZQUdpSearch>(ReadSettings<S>(apiIniPath, section, kSettings),
                                               CZQUdpSearch::Clock::now() + kTimeLimit)) {}
+
+std::span<const SSettingRow> CZQScanIFZqUDP::GetSettings() {
+    return kSettings;
+}
 
 void CZQScanIFZqUDP::Scan(CZQDeviceList& found) {
     DebugOutput("ZQSDK: Start scan with UDP");

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "devices/ZQScanIFBase.h"
+#include "scanners/ZQSettings.h"
 #include "scanners/ZQUdpSearch.h"
 
 namespace ZQAPI {
@@ -10,9 +11,9 @@ namespace ZQAPI {
 // Finds the maker's network cameras by UDP broadcast and identifies each through the UDP command module.
 class CZQScanIFZqUDP : public CZQScanIFBase {
 public:
-    // The section's settings as ReadUdpDiscoverySettings reads them. The time that a scan or re-check takes
-    // at most begins here.
+    // The time that a scan or re-check takes at most begins here.
     CZQScanIFZqUDP(const CZQString& apiIniPath, const CZQString& section);
+    static std::span<const SSettingRow> GetSettings();
 
     // A camera that can't be identified is logged, handed to the error reporter and left out.
     void Scan(CZQDeviceList& found) override;

@@ -57,6 +57,7 @@ struct Row {
     bool usesNetworkLock = false;
     AddressChange changeAddress = nullptr;  // null: its cameras have no address on the network
     ReleaseLibrary releaseLibrary = nullptr;
+    std::span<const SSettingRow> (*getSettings)() = nullptr;  // null: it has none
 };
 
 constexpr Row kRows[] = {
@@ -65,9 +66,16 @@ constexpr Row kRows[] = {
      .precedence = 10,
      .make = Make<CZQScanIFZqUDP>,
      .usesNetworkLock = true,
-     .changeAddress = ChangeUdpAddress},
-    {.number = ZQDEV_SCANNER_ZQ_RS232, .precedence = 11, .make = Make<CZQScanIFZqRS232>},
-    {.number = ZQDEV_SCANNER_ZQ_IMAQ_RS232, .precedence = 9, .make = Make<CZQScanIFZqImaqRS232>},
+     .changeAddress = ChangeUdpAddress,
+     .getSettings = CZQScanIFZqUDP::GetSettings},
+    {.number = ZQDEV_SCANNER_ZQ_RS232,
+     .precedence = 11,
+     .make = Make<CZQScanIFZqRS232>,
+     .getSettings = CZQScanIFZqRS232::GetSettings},
+    {.number = ZQDEV_SCANNER_ZQ_IMAQ_RS232,
+     .precedence = 9,
+     .make = Make<CZQScanIFZqImaqRS232>,
+     .getSettings = CZQScanIFZqImaqRS232::GetSettings},
     {.number = ZQDEV_SCANNER_SISO_USB2, .precedence = 6, .make = Make<CZQScanIFZqSiSoUsb>},
     {.number = ZQDEV_SCANNER_PLEORA_IPORT,
      .precedence = 7,
@@ -101,6 +109,23 @@ constexpr bool IsComplete() {
 }
 static_assert(std::size(kRows) == ZQDEV_NOF_SCANNERS && IsComplete());
 
+constexpr const char* kNames[] = {
+#define ZQ_SCANNER_ROW(scanner, number, cppName, ccm, iam) ZQDEV_SCANNER_NAME_##scanner,
+    ZQDEV_SCANNER_TABLE(ZQ_SCANNER_ROW)
+#undef ZQ_SCANNER_ROW
+};
+
+constexpr SSettingRow kSettingsOfAll[] = {
+    {kActiveScanners,
+     "names of the scanners of `ZQDEV_ScanForDevices`, separated by `;`",
+     SettingKind::kList,
+     {.words = kNames}},
+};
+
+CZQString SectionOf(const CZQString& name) {
+    return CZQString(kScannerSection) + "." + name;
+}
+
 const Row* FindRow(const CZQString& name) {
     const auto* row = std::find_if(std::begin(kRows), std::end(kRows), [&](const Row& candidate) {
         return name == kScannerNames[candidate.number].scanner;
@@ -122,7 +147,7 @@ std::unique_ptr<CZQScanIFBase> CreateScanner(const CZQString& name, const CZQStr
     if (row == nullptr) {
         ZQ_THROW("CZQDeviceAPI::CreateScanner", ZQ_ERR_BAD_VALUE, "Unknown scanner type: '%s'", name.c_str());
     }
-    return row->make(apiIniPath, "DeviceScanner." + name);
+    return row->make(apiIniPath, SectionOf(name));
 }
 
 bool ScannerUsesNetworkLock(const CZQString& name) {
@@ -137,6 +162,16 @@ bool ScannerFindsNetworkCameras(const CZQString& name) {
 
 AddressChange AddressChangeOf(const CZQString& name) {
     return ScannerFindsNetworkCameras(name) ? FindRow(name)->changeAddress : ChangeUdpAddress;
+}
+
+std::vector<SSettingSection> ScannerSettings() {
+    std::vector<SSettingSection> sections = {{kScannerSection, kSettingsOfAll}};
+    for (const Row& row : kRows) {
+        if (row.getSettings != nullptr) {
+            sections.push_back({SectionOf(kScannerNames[row.number].scanner), row.getSettings()});
+        }
+    }
+    return sections;
 }
 
 std::vector<std::shared_ptr<const void>> ReleaseScannerLibraries() {

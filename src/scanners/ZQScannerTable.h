@@ -9,6 +9,7 @@
 
 #include "devices/ZQScanIFBase.h"
 #include "foundation/ZQStringArray.h"
+#include "scanners/ZQSettings.h"
 
 namespace ZQAPI {
 
@@ -29,6 +30,12 @@ bool ScannerFindsNetworkCameras(const CZQString& name);
 using AddressChange = void (*)(const CZQDeviceInfo& device, const CZQString& newAddress,
                                const CZQString& subnetMask);
 AddressChange AddressChangeOf(const CZQString& name);
+
+// In ZQAPI.ini: the section of all scanners, and there the names of those that a scan uses.
+inline constexpr const char* kScannerSection = "DeviceScanner";
+inline constexpr const char* kActiveScanners = "ActiveScanners";
+// That section, then the scanners' own.
+std::vector<SSettingSection> ScannerSettings();
 
 // With the last de-initialisation: the vendors' libraries that scanners keep for the process. Whoever lets go of
 // the result frees them, which runs their code.

@@ -28,8 +28,6 @@ protected:
     CZQSerialLineScanner(const SScannerNames& names, const char* commandModule, std::uint32_t byteTimeoutMs)
         : m_names(names), m_commandModule(commandModule), m_byteTimeoutMs(byteTimeoutMs) {}
 
-    void SetByteTimeout(std::uint32_t byteTimeoutMs) noexcept { m_byteTimeoutMs = byteTimeoutMs; }
-
     // The lines to try, as they are written in a record's addresses.
     virtual CZQStringArray ListLines() = 0;
     // The channel to a line, open. Whatever it throws passes the line over.
@@ -45,7 +43,7 @@ private:
 
     const SScannerNames m_names;
     const char* const m_commandModule;
-    std::uint32_t m_byteTimeoutMs;
+    const std::uint32_t m_byteTimeoutMs;
 };
 
 }  // namespace ZQAPI

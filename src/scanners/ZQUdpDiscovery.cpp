@@ -10,7 +10,6 @@
 #include "communication/ZQComNetInterface.h"
 #include "communication/ZQComUDP.h"
 #include "communication/ZQComUDPConfig.h"
-#include "foundation/Io/ZQIniFile.h"
 #include "foundation/ZQException.h"
 #include "foundation/ZQStopWatch.h"
 #include "foundation/ZQSystem.h"
@@ -137,38 +136,7 @@ private:
     CZQIgnoredDatagrams m_ignored;
 };
 
-void ReadCount(CZQIniFile& ini, const char* key, std::uint32_t& value) {
-    if (ini.KeyExists(key)) {
-        std::int32_t number = 0;
-        ini.ReadLong(key, number);
-        value = static_cast<std::uint32_t>(std::max(number, 0));
-    }
-}
-
-void ReadPort(CZQIniFile& ini, std::uint16_t& port) {
-    if (!ini.KeyExists("IPPort")) {
-        return;
-    }
-    std::int32_t number = 0;
-    ini.ReadLong("IPPort", number);
-    if (!std::in_range<std::uint16_t>(number)) {
-        ZQ_THROW("CZQScanIFZqUDP::CZQScanIFZqUDP", ZQ_ERR_BAD_VALUE, "IPPort=%ld", static_cast<long>(number));
-    }
-    port = static_cast<std::uint16_t>(number);
-}
-
 }  // namespace
-
-SUdpDiscoverySettings ReadUdpDiscoverySettings(CZQIniFile& ini) {
-    SUdpDiscoverySettings settings;
-    ReadPort(ini, settings.port);
-    ReadCount(ini, "NofScanCycles", settings.nofCycles);
-    ReadCount(ini, "ScanTimeMs", settings.scanTimeMs);
-    if (ini.KeyExists("BindToNetworkCard")) {
-        ini.ReadBool("BindToNetworkCard", settings.bindToNetworkCard);
-    }
-    return settings;
-}
 
 void ListenForUdpDevices(const SUdpDiscoverySettings& settings, const UdpHeardCallback& onHeard,
                          const UdpGoesOnCallback& goesOn) {

@@ -10,18 +10,12 @@
 
 namespace ZQAPI {
 
-class CZQIniFile;
-
 struct SUdpDiscoverySettings {
     std::uint16_t port = 19380;
     std::uint32_t nofCycles = 5;       // how often the request is sent; 0: nothing is sent, nothing found
     std::uint32_t scanTimeMs = 10000;  // listening time, shared equally by the cycles
     bool bindToNetworkCard = false;    // one broadcast per suitable interface instead of one in all
 };
-
-// "IPPort", "NofScanCycles", "ScanTimeMs" and "BindToNetworkCard" of the file's section; a missing key keeps
-// its default. A port outside 0 to 65535: ZQ_ERR_BAD_VALUE, "IPPort=%ld". Counts below 0 are 0.
-SUdpDiscoverySettings ReadUdpDiscoverySettings(CZQIniFile& ini);
 
 // Told of each answer that counts, repeats too, at the moment it is heard; `card` as CZQUdpCameras::Add takes
 // it. Called on the listening threads, several at once: it must be quick, or answers are lost.

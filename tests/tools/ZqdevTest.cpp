@@ -253,6 +253,12 @@ TEST_F(Zqdev, FilesAreMadeMendedAndSealedOnlyWhenAsked) {
     ExpectFailure({"config", "check"}, 1, {"-220003"});
     ExpectDone({"config", "seal", m_kit.ApiIni()});
     ExpectDone({"config", "check"});
+
+    WriteSealed(m_kit.ApiIni(), unsealed +
+                                    "[DeviceScanner.SCANNER_ZQ_UDP]\r\nIPPort=99999\r\nIPort=1\r\n"
+                                    "[DeviceScanner.SCANNER_UDP]\r\n");
+    ExpectFailure({"config", "check"}, 1, {"IPPort=99999: a number from 0 to 65535", "config seal"});
+    EXPECT_EQ(RunJson({"config", "show"})["warnings"].size(), 3U);
 }
 
 TEST_F(Zqdev, EditsAtOnceAreAllKept) {

@@ -61,13 +61,11 @@ constexpr Row kRows[] = {
     {Subject::kScan, ZQ_ERR_INI_KEY_MISSING, nullptr,
      "name at least one scanner in ActiveScanners in {file}, then \"{zqdev config seal FILE}\""},
     {Subject::kScan, ZQ_ERR_BAD_VALUE, nullptr,
-     "ActiveScanners in {file} names a scanner that there is not, or a scanner's settings are wrong: mend "
-     "it, "
-     "then \"{zqdev config seal FILE}\""},
+     "a setting in {file} is wrong (\"{zqdev config check}\" says which): mend it, then "
+     "\"{zqdev config seal FILE}\""},
     {Subject::kScan, ZQ_ERR_COM_CONFIG_LOAD, nullptr,
-     "a scanner's line settings are missing or wrong in {file} (\"{zqdev config show}\" lists them): mend "
-     "them, "
-     "then \"{zqdev config seal FILE}\""},
+     "a scanner's line settings are missing or wrong in {file} (\"{zqdev config show}\" lists them): "
+     "mend them, then \"{zqdev config seal FILE}\""},
     {Subject::kScan, 0, IsWriteDenied, kWriteDenied},
     {Subject::kScan, 0, nullptr, "check the settings in {file} and the network; -v shows what the scan did"},
 
@@ -84,9 +82,8 @@ constexpr Row kRows[] = {
     {Subject::kRescan, 0, nullptr, "check the settings in {file} and the network; -v shows what was tried"},
 
     {Subject::kAddress, ZQ_ERR_BAD_NEW_ADDRESS, nullptr,
-     "give a whole address such as 192.168.1.20, below 224.0.0.0, not of 127.x.x.x, and neither the first "
-     "nor "
-     "the last of its network"},
+     "give a whole address such as 192.168.1.20, below 224.0.0.0, not of 127.x.x.x, and neither the "
+     "first nor the last of its network"},
     {Subject::kAddress, ZQ_ERR_COM_TIMEOUT, nullptr,
      "the camera does not answer: check that it is on and that \"{zqdev scan}\" finds it"},
     {Subject::kAddress, ZQ_ERR_LIBRARY_NOT_LOADED, nullptr,
@@ -95,8 +92,8 @@ constexpr Row kRows[] = {
      "-v shows what was tried; \"{zqdev scan}\" shows where the camera is now"},
 
     {Subject::kRecord, ZQ_ERR_BAD_VALUE, nullptr,
-     "a text holds a control character, or the name is one that the file can't hold (';', ']', blanks at an "
-     "end)"},
+     "a text holds a control character, or the name is one that the file can't hold (';', ']', blanks "
+     "at an end)"},
     {Subject::kRecord, 0, nullptr, "check the texts that were given"},
 
     {Subject::kModules, ZQ_ERR_SEAL_READ, IsMissing,
@@ -121,6 +118,8 @@ constexpr Row kRows[] = {
     {Subject::kSeal, 0, IsDenied, kDenied},
     {Subject::kSeal, 0, IsWriteDenied, kWriteDenied},
     {Subject::kSeal, 0, nullptr, "try it again"},
+
+    {Subject::kSettings, 0, nullptr, "mend it, then \"{zqdev config seal FILE}\""},
 };
 
 template <class Words>

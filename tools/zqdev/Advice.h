@@ -19,6 +19,7 @@ enum class Subject {
     kModules,     // a device type's camera configuration file
     kFile,        // checking any file's seal
     kSeal,        // sealing it
+    kSettings,    // a setting in ZQAPI.ini
 };
 
 // The step that mends it. `file` is the file that the subject is about.

@@ -3,8 +3,8 @@
 
 #include "Commands.h"
 #include "ConfigFiles.h"
+#include "ScanSettings.h"
 #include "Text.h"
-#include "foundation/Io/ZQIniFile.h"
 #include "foundation/ZQException.h"
 #include "platform/SystemText.h"
 
@@ -79,78 +79,6 @@ ExitStatus Init(Session& session, const InitOptions& options) {
     return ExitStatus::kDone;
 }
 
-// What a scanner reads from its section of ZQAPI.ini.
-struct ScannerSettings {
-    std::string_view scanner;
-    std::vector<std::string> keys;
-};
-const std::vector<ScannerSettings>& KnownSettings() {
-    static const std::vector<ScannerSettings> settings = {
-        {ZQDEV_SCANNER_NAME_ZQ_UDP, {"IPPort", "NofScanCycles", "ScanTimeMs", "BindToNetworkCard"}},
-        {ZQDEV_SCANNER_NAME_ZQ_RS232,
-         {"ScanCOMPorts", "COMPort", "Baudrate", "Databits", "StopBits", "Parity", "Handshake"}},
-        {ZQDEV_SCANNER_NAME_ZQ_IMAQ_RS232, {"CameraFile", "CommandTimeoutMs"}},
-    };
-    return settings;
-}
-
-struct Setting {
-    std::string key;
-    std::optional<std::string> value;  // UTF-8; none: the key is missing
-};
-struct Section {
-    std::string name;
-    std::vector<Setting> settings;
-};
-
-Section ReadSection(CZQIniFile& ini, const std::string& name, const std::vector<std::string>& keys) {
-    Section section = {name, {}};
-    ini.SetSection(name);
-    for (const std::string& key : keys) {
-        CZQString value;
-        if (ini.KeyExists(key)) {
-            ini.ReadString(key, value);
-            section.settings.push_back({key, AnyToUtf8(value.view())});
-        } else {
-            section.settings.push_back({key, std::nullopt});
-        }
-    }
-    return section;
-}
-
-std::vector<Section> ReadScanSettings(const std::string& file) {
-    CZQIniFile ini(file);
-    const std::string general = "DeviceScanner";
-    std::vector<Section> sections = {ReadSection(ini, general, {"ActiveScanners"})};
-    for (const ScannerSettings& settings : KnownSettings()) {
-        sections.push_back(ReadSection(ini, general + "." + std::string(settings.scanner), settings.keys));
-    }
-    return sections;
-}
-
-Json SettingsJson(const std::vector<Section>& sections) {
-    Json json = Json::Object();
-    for (const Section& section : sections) {
-        Json settings = Json::Object();
-        for (const Setting& setting : section.settings) {
-            settings.Set(setting.key, setting.value ? Json(*setting.value) : Json());
-        }
-        json.Set(section.name, settings);
-    }
-    return json;
-}
-
-std::string SettingsText(const std::vector<Section>& sections) {
-    std::string text;
-    for (const Section& section : sections) {
-        text += "\n[" + section.name + "]\n";
-        for (const Setting& setting : section.settings) {
-            text += setting.key + "=" + (setting.value ? Printable(*setting.value) : "(not set)") + "\n";
-        }
-    }
-    return text;
-}
-
 struct PathLine {
     const char* title;
     std::string path;
@@ -173,14 +101,15 @@ ExitStatus Show(Session& session) {
     const std::string apiState = StateOf(kit.ApiIni());
     const std::string devicesState = StateOf(kit.DevicesIni());
     const bool isDenied = !IsMissing(kit.ApiIni()) && !ReadingObstacle(kit.ApiIni()).empty();
-    const auto settings = isDenied ? std::vector<Section>() : ReadScanSettings(kit.ApiIni());
+    const auto settings = isDenied ? ScanSettings() : ReadScanSettings(kit.ApiIni());
     session.Show({{"library", ToJson(kit.LibraryFile())},
                   {"binPath", ToJson(kit.BinPath())},
                   {"cameraConfigFolder", ToJson(kit.CameraConfigFolder())},
                   {"configFolder", ToJson(kit.ConfigFolder())},
                   {"apiIni", {{"file", ToJson(kit.ApiIni())}, {"state", apiState}}},
                   {"devicesIni", {{"file", ToJson(kit.DevicesIni())}, {"state", devicesState}}},
-                  {"scanSettings", isDenied ? Json() : SettingsJson(settings)}},
+                  {"scanSettings", isDenied ? Json() : SettingsJson(settings)},
+                  {"warnings", WarningsJson(settings)}},
                  PathsText({{"Library", kit.LibraryFile(), {}},
                             {"Bin path", kit.BinPath(), {}},
                             {"Device types", kit.CameraConfigFolder(), {}},
@@ -235,6 +164,12 @@ ExitStatus CheckFiles(Session& session) {
         if (finding.number != 0) {
             failures.push_back(
                 FailureLine(file, finding.number, Advice(finding.subject, finding.number, kit, file)));
+        }
+    }
+    if (ReadingObstacle(kit.ApiIni()).empty()) {
+        for (const std::string& warning : Warnings(ReadScanSettings(kit.ApiIni()))) {
+            failures.push_back(kit.ApiIni() + ": " + warning + "; " +
+                               Advice(Subject::kSettings, 0, kit, kit.ApiIni()));
         }
     }
     session.Show(json, text);

@@ -256,6 +256,10 @@ std::optional<std::string_view> CZQIniDocument::FindValue(std::string_view secti
     return line->Value();
 }
 
+std::string CZQIniDocument::GetNames(const char* section) const {
+    return section == nullptr ? SectionNames() : KeyNames(TrimIniArgument(section));
+}
+
 std::string CZQIniDocument::SectionNames() const {
     std::string names;
     for (const Line* line = &m_front; line != nullptr; line = line->next) {

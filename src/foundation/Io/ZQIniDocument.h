@@ -40,6 +40,9 @@ public:
     // The value whatever its length, which the system's function limits; empty when there is none.
     std::string GetWholeValue(const char* section, const char* key) const;
 
+    // The names of the section's keys, for a null section those of the sections; each ended by a NUL.
+    std::string GetNames(const char* section) const;
+
     // WritePrivateProfileStringA on this text: a null value deletes the key, a null key the section. Whether
     // anything changed.
     bool SetProfileString(const char* section, const char* key, const char* value);

@@ -143,6 +143,15 @@ void CZQIniFile::ReadLongStringArray(const CZQString& key, CZQStringArray& value
     values.Split(WithoutSentinel(value), static_cast<std::uint8_t>(separator), true);
 }
 
+CZQStringArray CZQIniFile::ReadNames(const char* section) {
+    platform::SystemErrorCode error = 0;
+    const std::string names = m_profile->GetNames(section, error);
+    CheckRead(error);
+    CZQStringArray array;
+    array.Split(names, '\0', false);
+    return array;
+}
+
 bool CZQIniFile::KeyExists(const CZQString& key) {
     const CZQString missing = kMissingKey;
     return ReadFromFile(key, &missing, true) != missing;

@@ -55,6 +55,9 @@ public:
     void ReadStringArray(const CZQString& key, CZQStringArray& values, char separator);
     // The same without the limit on the value's length: a device list names any number of devices.
     void ReadLongStringArray(const CZQString& key, CZQStringArray& values, char separator);
+    // The names that the file has, in its order: of its sections, or of the keys in the section.
+    CZQStringArray ReadSectionNames() { return ReadNames(nullptr); }
+    CZQStringArray ReadKeyNames() { return ReadNames(m_section.c_str()); }
     // Present with a value that is not empty (one written as empty through WriteToFile counts).
     bool KeyExists(const CZQString& key);
 
@@ -81,6 +84,7 @@ protected:
 private:
     friend class CZQIniBatch;
 
+    CZQStringArray ReadNames(const char* section);
     CZQString Where(const CZQString& key) const;
     void CheckRead(platform::SystemErrorCode error) const;
 

@@ -32,6 +32,11 @@ std::string CZQProfileFile::GetWhole(const char* section, const char* key, platf
     return m_document->GetWholeValue(section, key);
 }
 
+std::string CZQProfileFile::GetNames(const char* section, platform::SystemErrorCode& error) {
+    Refresh(error);
+    return m_document->GetNames(section);
+}
+
 bool CZQProfileFile::Set(const char* section, const char* key, const char* value,
                          platform::SystemErrorCode& error) {
     if (section == nullptr) {

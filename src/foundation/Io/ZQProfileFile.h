@@ -31,6 +31,9 @@ public:
     // See CZQIniDocument::GetWholeValue.
     std::string GetWhole(const char* section, const char* key, platform::SystemErrorCode& error);
 
+    // See CZQIniDocument::GetNames.
+    std::string GetNames(const char* section, platform::SystemErrorCode& error);
+
     // See CZQIniDocument::SetProfileString. Creates the file if there is none. A file that has the value
     // already is left alone. False with `error`: nothing was changed.
     bool Set(const char* section, const char* key, const char* value, platform::SystemErrorCode& error);

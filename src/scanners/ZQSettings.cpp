@@ -1,0 +1,123 @@
+#include "scanners/ZQSettings.h"
+
+#include <algorithm>
+#include <charconv>
+#include <optional>
+
+#include "foundation/Io/ZQIniFile.h"
+#include "foundation/ZQException.h"
+#include "foundation/ZQSystem.h"
+
+namespace ZQAPI {
+
+namespace {
+
+constexpr char kSeparator = ';';
+
+// The whole text as a number.
+std::optional<std::int64_t> WholeNumber(std::string_view text) {
+    std::int64_t number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    return error == std::errc() && end == text.data() + text.size() ? std::optional(number) : std::nullopt;
+}
+
+CZQString Joined(std::span<const char* const> words) {
+    CZQString text;
+    for (const char* const word : words) {
+        text += (text.IsEmpty() ? "" : ", ") + CZQString(word);
+    }
+    return text;
+}
+
+CZQString RangeText(const SSettingBounds& bounds) {
+    return CZQString::Formatted("a number from %lld to %lld", static_cast<long long>(bounds.minimum),
+                                static_cast<long long>(bounds.maximum));
+}
+
+CZQString NumberComplaint(const SSettingBounds& bounds, const CZQString& value) {
+    const auto number = WholeNumber(value.view());
+    if (number && *number >= bounds.minimum && *number <= bounds.maximum) {
+        return {};
+    }
+    return RangeText(bounds) + (bounds.refusedBy != nullptr ? " is needed" : " is meant");
+}
+
+CZQString WordComplaint(const SSettingBounds& bounds, const CZQString& value) {
+    const bool isKnown =
+        bounds.words.empty() || std::any_of(bounds.words.begin(), bounds.words.end(), [&](const char* word) {
+            return value == word || (bounds.areWordsInAnyCase && CZQString(value).MakeUpper() == word);
+        });
+    return isKnown ? CZQString() : "'" + value + "' is none of " + Joined(bounds.words);
+}
+
+}  // namespace
+
+CZQString SettingComplaint(const SSettingRow& row, const CZQString& value) {
+    CZQString complaint;
+    CZQStringArray pieces;
+    switch (row.kind) {
+        case SettingKind::kNumber:
+            return NumberComplaint(row.bounds, value);
+        case SettingKind::kSwitch:
+            complaint = CZQString(value).MakeUpper();
+            return complaint == "TRUE" || complaint == "FALSE" || complaint == "1" || complaint == "0"
+                       ? CZQString()
+                       : CZQString("true or false is needed");
+        case SettingKind::kText:
+            return WordComplaint(row.bounds, value);
+        case SettingKind::kList:
+            pieces.Split(value, kSeparator, true);
+            for (const CZQString& piece : pieces) {
+                complaint = complaint.IsEmpty() ? WordComplaint(row.bounds, piece) : complaint;
+            }
+            return complaint;
+    }
+    return complaint;
+}
+
+std::int32_t ReadSettingNumber(CZQIniFile& ini, const SSettingRow& row) {
+    std::int32_t number = 0;
+    ini.ReadLong(row.key, number);
+    const auto nearest = std::clamp<std::int64_t>(number, row.bounds.minimum, row.bounds.maximum);
+    if (nearest != number) {
+        if (row.bounds.refusedBy != nullptr) {
+            ZQ_THROW(row.bounds.refusedBy, ZQ_ERR_BAD_VALUE, "%s=%ld", row.key, static_cast<long>(number));
+        }
+        DebugOutput("ZQSDK: !! %s=%ld: %s is meant, %lld is used", row.key, static_cast<long>(number),
+                    RangeText(row.bounds).c_str(), static_cast<long long>(nearest));
+    }
+    return static_cast<std::int32_t>(nearest);
+}
+
+void ReadSetting(CZQIniFile& ini, const SSettingRow& row, bool& value) {
+    ini.ReadBool(row.key, value);
+}
+
+void ReadSetting(CZQIniFile& ini, const SSettingRow& row, CZQString& value) {
+    ini.ReadString(row.key, value);
+}
+
+void ReadSetting(CZQIniFile& ini, const SSettingRow& row, CZQStringArray& pieces) {
+    ini.ReadStringArray(row.key, pieces, kSeparator);
+}
+
+CZQString SettingText(const CZQString& value) {
+    return value;
+}
+
+CZQString SettingText(const CZQStringArray& pieces) {
+    return pieces.Join(kSeparator);
+}
+
+void ReadSettings(const CZQString& apiIniPath, const CZQString& section, std::span<const SSettingRow> rows,
+                  void* settings) {
+    CZQIniFile ini(apiIniPath);
+    ini.SetSection(section);
+    for (const SSettingRow& row : rows) {
+        if (row.read != nullptr && ini.KeyExists(row.key)) {
+            row.read(ini, row, settings);
+        }
+    }
+}
+
+}  // namespace ZQAPI
