@@ -1,10 +1,7 @@
 #include "communication/ZQComRS232.h"
 
 #include <algorithm>
-#include <span>
 
-#include "foundation/ZQException.h"
-#include "foundation/ZQStopWatch.h"
 #include "foundation/ZQSystem.h"
 
 namespace ZQAPI {
@@ -18,7 +15,7 @@ constexpr std::chrono::milliseconds kConstantTime{100};
 }  // namespace
 
 CZQComRS232::~CZQComRS232() {
-    CZQComRS232::Close();
+    CZQComRS232::CloseLine();
 }
 
 std::chrono::milliseconds CZQComRS232::TimePerByte(std::uint32_t baudRate) noexcept {
@@ -28,31 +25,17 @@ std::chrono::milliseconds CZQComRS232::TimePerByte(std::uint32_t baudRate) noexc
     return std::chrono::milliseconds(static_cast<std::int64_t>(1000 / bytesPerSecond * kMargin + 1));
 }
 
-void CZQComRS232::Open(const CZQString& fileName, const CZQString& section) {
-    Open(CZQComRS232Config(fileName, section));
+void CZQComRS232::SetConfig(const CZQComConfigBase& config, const SSourceLocation& here) {
+    m_config = CastConfig<CZQComRS232Config>(config, here);
 }
 
-void CZQComRS232::Open(const CZQComConfigBase& config) {
-    m_config = CastConfig<CZQComRS232Config>(config, ZQ_HERE("CZQComRS232::Open"));
-    Close();
-
-    platform::SystemErrorCode error = 0;
-    if (!m_port.Open(m_config.GetPortName().str(), error)) {
-        ZQ_THROW("CZQComRS232::Open", ZQ_ERR_RS232_OPEN, "%s: %s", m_config.GetPortName().c_str(),
-                 FormatSystemError(error).c_str());
-    }
-    try {
-        SetUp();
-    } catch (...) {
-        Close();
-        throw;
-    }
-    m_abort.exchange(false);
-}
-
-void CZQComRS232::SetUp() {
+void CZQComRS232::OpenLine() {
     const CZQString name = m_config.GetPortName();
     platform::SystemErrorCode error = 0;
+    if (!m_port.Open(name.str(), error)) {
+        ZQ_THROW("CZQComRS232::Open", ZQ_ERR_RS232_OPEN, "%s: %s", name.c_str(),
+                 FormatSystemError(error).c_str());
+    }
     if (!m_port.SetQueues(kQueueSize, kQueueSize, error)) {
         ZQ_THROW("CZQComRS232::Open", ZQ_ERR_RS232_QUEUES, "%s: %s", name.c_str(),
                  FormatSystemError(error).c_str());
@@ -63,7 +46,6 @@ void CZQComRS232::SetUp() {
         ZQ_THROW("CZQComRS232::Open", ZQ_ERR_RS232_TIMEOUTS, "%s: %s", name.c_str(),
                  FormatSystemError(error).c_str());
     }
-    Flush();
 }
 
 void CZQComRS232::SetCOMConfiguration(const CZQComRS232Config& config) {
@@ -93,68 +75,29 @@ void CZQComRS232::SetCOMConfiguration(const CZQComRS232Config& config) {
     }
 }
 
-void CZQComRS232::Close() noexcept {
-    m_port.Close();
-}
-
-void CZQComRS232::CheckOpen(const SSourceLocation& here) const {
-    if (!m_port.IsOpen()) {
-        throw CZQException(here, ZQ_ERR_SERIAL_CLOSED);
-    }
-}
-
-void CZQComRS232::Flush() {
-    CheckOpen(ZQ_HERE("CZQComRS232::Flush"));
+bool CZQComRS232::Discard(CZQString& reason) {
     platform::SystemErrorCode error = 0;
-    if (!m_port.Purge(error)) {
-        ZQ_THROW("CZQComRS232::Flush", ZQ_ERR_RS232_FLUSH, "%s", FormatSystemError(error).c_str());
-    }
+    const bool isDone = m_port.Purge(error);
+    reason = FormatSystemError(error);
+    return isDone;
 }
 
-std::uint32_t CZQComRS232::Send(const void* buffer, std::uint32_t length) {
-    CheckOpen(ZQ_HERE("CZQComRS232::Send"));
-    if (buffer == nullptr) {
-        ZQ_THROW("CZQComRS232::Send", ZQ_ERR_NULL_INPUT);
-    }
-    if (length == 0) {
-        return 0;
-    }
+bool CZQComRS232::Write(std::span<const std::byte> data, CZQString& reason) {
     platform::SystemErrorCode error = 0;
-    const auto written = m_port.Write({static_cast<const std::byte*>(buffer), length}, error);
-    if (!written || *written < length) {
-        ZQ_THROW("CZQComRS232::Send", ZQ_ERR_COM_SEND, "%s", FormatSystemError(error).c_str());
-    }
-    return length;
+    const auto written = m_port.Write(data, error);
+    reason = FormatSystemError(error);
+    return written && *written == data.size();
 }
 
-std::uint32_t CZQComRS232::Recv(void* buffer, std::uint32_t size, std::uint32_t timeoutMs,
-                                bool returnOnFirstData) {
-    if (returnOnFirstData) {
-        ZQ_THROW("CZQComRS232::Recv", ZQ_ERR_NOT_SUPPORTED);
+// The port's own time limits end the wait.
+std::optional<std::size_t> CZQComRS232::Read(std::span<std::byte> room, std::chrono::milliseconds /*maxWait*/,
+                                             CZQString& reason) {
+    platform::SystemErrorCode error = 0;
+    const auto count = m_port.Read(room, error);
+    if (!count) {
+        reason = FormatSystemError(error);
     }
-    CheckOpen(ZQ_HERE("CZQComRS232::Recv"));
-    if (buffer == nullptr) {
-        ZQ_THROW("CZQComRS232::Recv", ZQ_ERR_NULL_OUTPUT);
-    }
-    const CZQStopWatch watch(true);
-    m_abort.exchange(false);
-    const std::span<std::byte> room(static_cast<std::byte*>(buffer), size);
-    for (std::size_t received = 0; received < size;) {
-        platform::SystemErrorCode error = 0;
-        const auto count = m_port.Read(room.subspan(received), error);
-        if (!count) {
-            ZQ_THROW("CZQComRS232::Recv", ZQ_ERR_COM_RECV, "%s", FormatSystemError(error).c_str());
-        }
-        received += *count;
-        // Before completion is tested: bytes that come too late don't count.
-        if (watch.GetElapsed() > timeoutMs) {
-            ZQ_THROW("CZQComRS232::Recv", ZQ_ERR_COM_TIMEOUT);
-        }
-        if (m_abort.load()) {
-            ZQ_THROW("CZQComRS232::Recv", ZQ_ERR_COM_ABORTED);
-        }
-    }
-    return size;
+    return count;
 }
 
 }  // namespace ZQAPI
