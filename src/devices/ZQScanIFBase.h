@@ -1,5 +1,7 @@
 #pragma once
 
+#include <chrono>
+
 #include "devices/ZQDeviceList.h"
 
 namespace ZQAPI {
@@ -27,6 +29,10 @@ public:
     // For good; from any thread. A scanner that sends to a network sends nothing more once this has returned;
     // one whose calls can't be ended leaves it as it is.
     virtual void Stop() noexcept {}
+
+protected:
+    // For scanners that hand over all at their end: a little less than a scan takes at most.
+    static constexpr std::chrono::milliseconds kTimeLimit{29000};
 };
 
 }  // namespace ZQAPI

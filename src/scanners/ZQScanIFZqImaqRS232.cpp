@@ -8,41 +8,48 @@ namespace ZQAPI {
 namespace {
 
 constexpr SScannerNames kNames = ZQ_SCANNER_NAMES(ZQ_IMAQ_RS232, "CZQScanIFZqImaqRS232");
-constexpr const char* kCommandModule = "ZQCCMImaqRs232API.dll";
 
-using S = SImaqScanSettings;
-constexpr SSettingRow kSettings[] = {
-    Setting<&S::cameraFile>("CameraFile",
-                            "the camera file that the grabbers are set up with, for the record"),
-    Setting<&S::commandTimeoutMs>("CommandTimeoutMs", "time for each byte of an answer in ms"),
+struct Settings {
+    CZQString cameraFile;
+    std::uint32_t commandTimeoutMs = 500;
 };
+
+constexpr SSettingRow kSettings[] = {
+    Setting<&Settings::cameraFile>("CameraFile",
+                                   "the camera file that the grabbers are set up with, for the record"),
+    Setting<&Settings::commandTimeoutMs>("CommandTimeoutMs", "time for each byte of an answer in ms"),
+};
+
+std::unique_ptr<CZQComBase> OpenInterface(const CZQString& name, const CZQString& cameraFile) {
+    auto channel = std::make_unique<CZQComImaqRS232>(GetBinPath());
+    channel->Open(CZQComImaqRS232Config(name, cameraFile));
+    return channel;
+}
+
+void ChooseIAM(CZQDeviceInfo& device, const CZQString& line) {
+    device.SetIAM(kNames.iam);
+    device.SetIAMAddress(line);
+}
+
+// One line at a time: what the library does when several threads use it is not known.
+SSerialLineKind MakeKind(const Settings& settings) {
+    return {
+        .names = kNames,
+        .commandModule = "ZQCCMImaqRs232API.dll",
+        .byteTimeoutMs = settings.commandTimeoutMs,
+        .maxLinesAtOnce = 1,
+        .listLines = [] { return CZQImaqLibrary(GetBinPath()).QueryInterfaceNames(); },
+        .openLine = [file = settings.cameraFile](const CZQString& line) { return OpenInterface(line, file); },
+        .chooseIAM = ChooseIAM};
+}
 
 }  // namespace
 
 CZQScanIFZqImaqRS232::CZQScanIFZqImaqRS232(const CZQString& apiIniPath, const CZQString& section)
-    : CZQScanIFZqImaqRS232(ReadSettings<SImaqScanSettings>(apiIniPath, section, kSettings)) {}
-
-CZQScanIFZqImaqRS232::CZQScanIFZqImaqRS232(SImaqScanSettings settings)
-    : CZQSerialLineScanner(kNames, kCommandModule, settings.commandTimeoutMs),
-      m_settings(std::move(settings)) {}
+    : CZQSerialLineScanner(MakeKind(ReadSettings<Settings>(apiIniPath, section, kSettings))) {}
 
 std::span<const SSettingRow> CZQScanIFZqImaqRS232::GetSettings() {
     return kSettings;
-}
-
-CZQStringArray CZQScanIFZqImaqRS232::ListLines() {
-    return CZQImaqLibrary(GetBinPath()).QueryInterfaceNames();
-}
-
-std::unique_ptr<CZQComBase> CZQScanIFZqImaqRS232::OpenLine(const CZQString& line) {
-    auto channel = std::make_unique<CZQComImaqRS232>(GetBinPath());
-    channel->Open(CZQComImaqRS232Config(line, m_settings.cameraFile));
-    return channel;
-}
-
-void CZQScanIFZqImaqRS232::ChooseIAM(CZQDeviceInfo& device, const CZQString& line) const {
-    device.SetIAM(kNames.iam);
-    device.SetIAMAddress(line);
 }
 
 }  // namespace ZQAPI

@@ -11,12 +11,14 @@ namespace ZQAPI {
 namespace {
 
 constexpr SScannerNames kNames = ZQ_SCANNER_NAMES(ZQ_RS232, "CZQScanIFZqRS232");
-constexpr const char* kCommandModule = "ZQCCMRs232API.dll";
-constexpr std::uint32_t kByteTimeoutMs = 500;
+
+struct Settings {
+    CZQStringArray ports;  // by number
+};
 
 // CZQComRS232Config reads the line's own settings.
 constexpr SSettingRow kSettings[] = {
-    Setting<&SRs232ScanSettings::ports>(
+    Setting<&Settings::ports>(
         "ScanCOMPorts", "numbers of the ports to try, separated by `;`; what is no number is passed over"),
     {"COMPort", "a number; the scan sets its own", SettingKind::kNumber, {.minimum = 1}},
     {"Baudrate", "bits a second", SettingKind::kNumber, {.minimum = 1}},
@@ -29,32 +31,42 @@ constexpr SSettingRow kSettings[] = {
     {"Handshake", "`NO`, `HW` or `XON/XOFF`", SettingKind::kText, {.words = CZQComRS232Config::kHandshakes}},
 };
 
-}  // namespace
-
-CZQScanIFZqRS232::CZQScanIFZqRS232(const CZQString& apiIniPath, const CZQString& section)
-    : CZQSerialLineScanner(kNames, kCommandModule, kByteTimeoutMs),
-      m_settings(ReadSettings<SRs232ScanSettings>(apiIniPath, section, kSettings)),
-      m_config(apiIniPath, section) {}
-
-std::span<const SSettingRow> CZQScanIFZqRS232::GetSettings() {
-    return kSettings;
-}
-
-std::unique_ptr<CZQComBase> CZQScanIFZqRS232::OpenLine(const CZQString& line) {
+std::unique_ptr<CZQComBase> OpenPort(CZQComRS232Config config, const CZQString& line) {
     const auto portNumber = ParseSerialPortNumber(line);
     if (!portNumber) {
         ZQ_THROW("CZQScanIFZqRS232::OpenLine", ZQ_ERR_BAD_VALUE, "ScanCOMPorts=%s", line.c_str());
     }
-    m_config.SetPortNumber(*portNumber);
+    config.SetPortNumber(*portNumber);
     auto channel = std::make_unique<CZQComRS232>();
-    channel->Open(m_config);
+    channel->Open(config);
     return channel;
 }
 
-void CZQScanIFZqRS232::ChooseIAM(CZQDeviceInfo& device, const CZQString& /*line*/) const {
+void ChooseIAM(CZQDeviceInfo& device, const CZQString& /*line*/) {
     CZQCamConfigFile config(GetCameraConfigFile(device.GetDeviceTypeByName()));
     device.SetIAM(config.GetDefaultIAM());
     device.SetIAMAddress(CZQCamConfigFile::GetDefaultAddress(device.GetIAM()));
+}
+
+SSerialLineKind MakeKind(const CZQString& apiIniPath, const CZQString& section) {
+    const auto settings = ReadSettings<Settings>(apiIniPath, section, kSettings);
+    const CZQComRS232Config config(apiIniPath, section);
+    return {.names = kNames,
+            .commandModule = "ZQCCMRs232API.dll",
+            .byteTimeoutMs = 500,
+            .maxLinesAtOnce = 32,
+            .listLines = [ports = settings.ports] { return ports; },
+            .openLine = [config](const CZQString& line) { return OpenPort(config, line); },
+            .chooseIAM = ChooseIAM};
+}
+
+}  // namespace
+
+CZQScanIFZqRS232::CZQScanIFZqRS232(const CZQString& apiIniPath, const CZQString& section)
+    : CZQSerialLineScanner(MakeKind(apiIniPath, section)) {}
+
+std::span<const SSettingRow> CZQScanIFZqRS232::GetSettings() {
+    return kSettings;
 }
 
 }  // namespace ZQAPI

@@ -9,23 +9,21 @@ namespace ZQAPI {
 
 namespace {
 
-// A little less than a scan takes at most: what has been found is handed over in time.
-constexpr std::chrono::milliseconds kTimeLimit{29000};
-
-using S = SUdpDiscoverySettings;
+using Settings = SUdpDiscoverySettings;
 constexpr SSettingRow kSettings[] = {
-    Setting<&S::port>("IPPort", "port that the discovery request goes to; outside 0 to 65535 the scan fails",
-                      {.refusedBy = "CZQScanIFZqUDP::CZQScanIFZqUDP"}),
-    Setting<&S::nofCycles>("NofScanCycles", "how often it is sent; 0: never, nothing is found"),
-    Setting<&S::scanTimeMs>("ScanTimeMs", "listening time in ms, shared equally by the cycles"),
-    Setting<&S::bindToNetworkCard>(
+    Setting<&Settings::port>("IPPort",
+                             "port that the discovery request goes to; outside 0 to 65535 the scan fails",
+                             {.refusedBy = "CZQScanIFZqUDP::CZQScanIFZqUDP"}),
+    Setting<&Settings::nofCycles>("NofScanCycles", "how often it is sent; 0: never, nothing is found"),
+    Setting<&Settings::scanTimeMs>("ScanTimeMs", "listening time in ms, shared equally by the cycles"),
+    Setting<&Settings::bindToNetworkCard>(
         "BindToNetworkCard", "true: one broadcast on each suitable network card, from a socket bound to it"),
 };
 
 }  // namespace
 
 CZQScanIFZqUDP::CZQScanIFZqUDP(const CZQString& apiIniPath, const CZQString& section)
-    : m_search(std::make_shared<CZQUdpSearch>(ReadSettings<S>(apiIniPath, section, kSettings),
+    : m_search(std::make_shared<CZQUdpSearch>(ReadSettings<Settings>(apiIniPath, section, kSettings),
                                               CZQUdpSearch::Clock::now() + kTimeLimit)) {}
 
 std::span<const SSettingRow> CZQScanIFZqUDP::GetSettings() {

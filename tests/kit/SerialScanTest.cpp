@@ -65,7 +65,7 @@ TEST_F(RS232Scan, FindsACameraAndChecksItAgainUntilItIsUnplugged) {
                   "IAM_ZQ_FG_IMAQ|img0");
 
     // Moved to another port.
-    Configure("5;2");
+    Configure("77;5");
     ComPortFolder::Link(5, cameras->GetPort(1));
     std::strcpy(device.IAMAddress, "img7");
     ASSERT_EQ(ZQ_CALL(kit, ZQDEV_RescanDevice, &device), ZQ_OK);
@@ -100,16 +100,23 @@ TEST_F(RS232Scan, SettingsThatCanNotBeReadFailTheScan) {
 }
 
 // At 9600 baud and less the line feed is still to come when the maker is known.
+// Another port's camera is known long before; the order is that of the ports.
 TEST_F(RS232Scan, TheLongestDescriptionIsNoAnswerToTheNextCommand) {
-    Connect(1);
-    Configure("1");
+    Connect(2);
+    Configure("1;2");
     const std::string description = "Valdremonix" + std::string(ZQDEV_FIELD_SIZE - 12, 'x');
     cameras->SetFaults(0,
                        {.byteDelay = 8ms, .instead = {{"SYST:ID?", description}, {"SYST:ID?", description}}});
     const std::vector<ZQDEVICEINFO> found = Scan();
-    ASSERT_EQ(found.size(), 1U);
+    ASSERT_EQ(found.size(), 2U);
     EXPECT_EQ(found[0].DeviceID, IdOf(1));
     EXPECT_EQ(found[0].DeviceDesc, description);
+
+    // The port that the camera was on is asked first, and no other.
+    ZQDEVICEINFO device = found[1];
+    const std::size_t before = cameras->GetNofCommands(0);
+    EXPECT_EQ(ZQ_CALL(kit, ZQDEV_RescanDevice, &device), ZQ_OK);
+    EXPECT_EQ(cameras->GetNofCommands(0), before);
 }
 
 // Whatever a camera says once it is taken for one, the list that is saved loads again as it was.

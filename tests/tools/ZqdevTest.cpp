@@ -254,10 +254,10 @@ TEST_F(Zqdev, FilesAreMadeMendedAndSealedOnlyWhenAsked) {
     ExpectDone({"config", "seal", m_kit.ApiIni()});
     ExpectDone({"config", "check"});
 
-    WriteSealed(m_kit.ApiIni(), unsealed +
-                                    "[DeviceScanner.SCANNER_ZQ_UDP]\r\nIPPort=99999\r\nIPort=1\r\n"
-                                    "[DeviceScanner.SCANNER_UDP]\r\n");
+    const std::string odd = unsealed + "[DeviceScanner.SCANNER_ZQ_UDP]\r\nIPPort=99999\r\n";
+    WriteSealed(m_kit.ApiIni(), odd);
     ExpectFailure({"config", "check"}, 1, {"IPPort=99999: a number from 0 to 65535", "config seal"});
+    WriteSealed(m_kit.ApiIni(), odd + "IPort=1\r\n[DeviceScanner.SCANNER_UDP]\r\n");
     EXPECT_EQ(RunJson({"config", "show"})["warnings"].size(), 3U);
 }
 

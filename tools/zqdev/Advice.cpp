@@ -61,7 +61,7 @@ constexpr Row kRows[] = {
     {Subject::kScan, ZQ_ERR_INI_KEY_MISSING, nullptr,
      "name at least one scanner in ActiveScanners in {file}, then \"{zqdev config seal FILE}\""},
     {Subject::kScan, ZQ_ERR_BAD_VALUE, nullptr,
-     "a setting in {file} is wrong (\"{zqdev config check}\" says which): mend it, then "
+     "ActiveScanners or another setting in {file} is wrong (\"{zqdev config check}\" says which): mend it, then "
      "\"{zqdev config seal FILE}\""},
     {Subject::kScan, ZQ_ERR_COM_CONFIG_LOAD, nullptr,
      "a scanner's line settings are missing or wrong in {file} (\"{zqdev config show}\" lists them): "
