@@ -1,4 +1,4 @@
-#include "platform/FileLock.h"
+#include "tools/platform/FileLock.h"
 
 #include <windows.h>
 

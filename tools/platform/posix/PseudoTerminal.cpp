@@ -1,4 +1,4 @@
-#include "platform/PseudoTerminal.h"
+#include "tools/platform/PseudoTerminal.h"
 
 #include <fcntl.h>
 #include <poll.h>
