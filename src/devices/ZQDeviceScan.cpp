@@ -8,6 +8,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "devices/ZQScannerOutcome.h"
 #include "foundation/Threading/ZQThreadSync.h"
 #include "foundation/ZQException.h"
 #include "foundation/ZQLogger.h"
@@ -84,11 +85,8 @@ private:
         DebugOutput("Scanner thread %s FINISHED", m_name.c_str());
     }
 
-    // One line for whoever follows the scan: what came of the scanner. zqdev shows it.
     void TellOutcome(std::string_view failure) const noexcept {
-        DebugOutput("ZQSDK: %sScanner %s: %u found%s%.*s", failure.empty() ? "" : "!! ", m_name.c_str(),
-                    m_found.GetCountNow(), failure.empty() ? "" : ", ", static_cast<int>(failure.size()),
-                    failure.data());
+        TellScannerOutcome(m_name.c_str(), m_found.GetCountNow(), failure);
     }
 
     void TellFailure(const CZQException& exception) const noexcept {
