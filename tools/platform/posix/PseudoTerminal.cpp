@@ -1,55 +1,64 @@
 #include "tools/platform/PseudoTerminal.h"
 
-#include <fcntl.h>
 #include <poll.h>
 #include <termios.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
 #include <utility>
 
+#include "platform/posix/Descriptor.h"
+
 namespace ZQAPI::platform {
+
+struct PseudoTerminal::State {
+    Descriptor device;
+    Descriptor port;  // so that the line stays up while nobody else has it open
+};
+
+PseudoTerminal::PseudoTerminal() : m_state(std::make_unique<State>()) {}
+PseudoTerminal::~PseudoTerminal() = default;
 
 bool PseudoTerminal::Open(SystemErrorCode& error) {
     Close();
-    m_device = ::posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+    State state;
+    state.device = Descriptor(::posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
+    const int device = state.device.Get();
     char path[128] = {};
-    if (m_device < 0 || ::grantpt(m_device) != 0 || ::unlockpt(m_device) != 0 ||
-        ::ptsname_r(m_device, path, sizeof path) != 0) {
-        error = LastSystemError();
-        Close();
+    if (!Check(state.device.IsOpen() && ::grantpt(device) == 0 && ::unlockpt(device) == 0 &&
+                   ::ptsname_r(device, path, sizeof path) == 0,
+               error)) {
         return false;
     }
-    m_portPath = path;
-    m_port = ::open(path, O_RDWR | O_NOCTTY | O_CLOEXEC);  // NOLINT(cppcoreguidelines-pro-type-vararg)
+    state.port = Descriptor(path, O_RDWR | O_NOCTTY);
     termios settings{};
-    if (m_port < 0 || ::tcgetattr(m_port, &settings) != 0) {
-        error = LastSystemError();
-        Close();
+    if (!Check(state.port.IsOpen() && ::tcgetattr(state.port.Get(), &settings) == 0, error)) {
         return false;
     }
     // Bytes go through as they are before anybody has opened the port, too: no echo above all.
     ::cfmakeraw(&settings);
-    ::tcsetattr(m_port, TCSANOW, &settings);
-    error = 0;
+    ::tcsetattr(state.port.Get(), TCSANOW, &settings);
+    m_portPath = path;
+    *m_state = std::move(state);
     return true;
 }
 
 void PseudoTerminal::Close() noexcept {
-    for (int* const file : {&m_port, &m_device}) {
-        if (*file >= 0) {
-            ::close(std::exchange(*file, -1));
-        }
-    }
+    *m_state = State();
+}
+
+bool PseudoTerminal::IsOpen() const noexcept {
+    return m_state->device.IsOpen();
 }
 
 std::size_t PseudoTerminal::Write(std::span<const std::byte> data) noexcept {
-    return static_cast<std::size_t>(std::max<::ssize_t>(::write(m_device, data.data(), data.size()), 0));
+    return static_cast<std::size_t>(
+        std::max<::ssize_t>(::write(m_state->device.Get(), data.data(), data.size()), 0));
 }
 
 std::size_t PseudoTerminal::Read(std::span<std::byte> buffer) noexcept {
-    return static_cast<std::size_t>(std::max<::ssize_t>(::read(m_device, buffer.data(), buffer.size()), 0));
+    return static_cast<std::size_t>(
+        std::max<::ssize_t>(::read(m_state->device.Get(), buffer.data(), buffer.size()), 0));
 }
 
 void PseudoTerminal::WaitAny(const std::vector<const PseudoTerminal*>& terminals,
@@ -57,7 +66,7 @@ void PseudoTerminal::WaitAny(const std::vector<const PseudoTerminal*>& terminals
     std::vector<pollfd> entries;
     entries.reserve(terminals.size());
     for (const PseudoTerminal* const terminal : terminals) {
-        entries.push_back({terminal->m_device, POLLIN, 0});
+        entries.push_back({terminal->m_state->device.Get(), POLLIN, 0});
     }
     ::poll(entries.data(), entries.size(), static_cast<int>(timeout.count()));
 }
