@@ -8,7 +8,7 @@ endif()
 
 add_library(zq_test_support STATIC "${PROJECT_SOURCE_DIR}/tests/support/TestMain.cpp")
 target_include_directories(zq_test_support PUBLIC "${PROJECT_SOURCE_DIR}/tests")
-target_link_libraries(zq_test_support PUBLIC zqcore zq_options GTest::gmock)
+target_link_libraries(zq_test_support PUBLIC zq_tools_platform zq_options GTest::gmock)
 if(ZQ_SANITIZE MATCHES "thread")
   target_sources(zq_test_support INTERFACE "${PROJECT_SOURCE_DIR}/tests/support/ThreadSanitizer.cpp")
 endif()

@@ -1,7 +1,6 @@
 #include "communication/ZQErrorReporter.h"
 
-#include <mutex>
-
+#include "foundation/Threading/ZQSharedSlot.h"
 #include "foundation/ZQNoDestructor.h"
 #include "foundation/ZQSystem.h"
 
@@ -9,33 +8,20 @@ namespace ZQAPI {
 
 namespace {
 
-struct ReporterSlot {
-    std::mutex mutex;
-    std::shared_ptr<CZQIErrorReporter> reporter;
-};
-
-ReporterSlot& Slot() {
-    static CZQNoDestructor<ReporterSlot> slot;
+CZQSharedSlot<CZQIErrorReporter>& Slot() {
+    static CZQNoDestructor<CZQSharedSlot<CZQIErrorReporter>> slot;
     return slot.Get();
 }
 
 }  // namespace
 
 void SetErrorReporter(std::shared_ptr<CZQIErrorReporter> reporter) {
-    ReporterSlot& slot = Slot();
-    const std::lock_guard lock(slot.mutex);
-    slot.reporter.swap(reporter);
+    Slot().Exchange(std::move(reporter));
 }
 
 void ReportError(const CZQException& exception) noexcept {
     try {
-        std::shared_ptr<CZQIErrorReporter> reporter;
-        {
-            ReporterSlot& slot = Slot();
-            const std::lock_guard lock(slot.mutex);
-            reporter = slot.reporter;
-        }
-        if (reporter) {
+        if (const auto reporter = Slot().Get()) {
             reporter->Report(exception);
         } else {
             DebugOutput("%s", exception.ToStringWithCauses().c_str());

@@ -8,6 +8,8 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "devices/ZQScannerOutcome.h"
+#include "foundation/Threading/ZQSharedSlot.h"
 #include "foundation/Threading/ZQThreadSync.h"
 #include "foundation/ZQException.h"
 #include "foundation/ZQLogger.h"
@@ -61,12 +63,12 @@ public:
             TellOutcome("critical error");
         }
         m_isRunning = false;
-        TakeScanner();
+        m_scanner.Exchange(nullptr);
     }
 
     // The scan's time is up.
     void Stop() noexcept {
-        if (const auto scanner = Scanner()) {
+        if (const auto scanner = m_scanner.Get()) {
             scanner->Stop();
         }
         if (m_isRunning) {
@@ -80,15 +82,12 @@ private:
     void Scan() {
         const CZQThreadSync lock(*m_lock, CZQThreadSync::kInfinite);
         DebugOutput("Scanner thread %s STARTED", m_name.c_str());
-        Scanner()->Scan(m_found);
+        m_scanner.Get()->Scan(m_found);
         DebugOutput("Scanner thread %s FINISHED", m_name.c_str());
     }
 
-    // One line for whoever follows the scan: what came of the scanner. zqdev shows it.
     void TellOutcome(std::string_view failure) const noexcept {
-        DebugOutput("ZQSDK: %sScanner %s: %u found%s%.*s", failure.empty() ? "" : "!! ", m_name.c_str(),
-                    m_found.GetCountNow(), failure.empty() ? "" : ", ", static_cast<int>(failure.size()),
-                    failure.data());
+        TellScannerOutcome(m_name.c_str(), m_found.GetCountNow(), failure);
     }
 
     void TellFailure(const CZQException& exception) const noexcept {
@@ -100,21 +99,11 @@ private:
         }
     }
 
-    std::shared_ptr<CZQScanIFBase> Scanner() const noexcept {
-        const std::lock_guard lock(m_mutex);
-        return m_scanner;
-    }
-    std::shared_ptr<CZQScanIFBase> TakeScanner() noexcept {
-        const std::lock_guard lock(m_mutex);
-        return std::move(m_scanner);
-    }
-
     const CZQString m_name;
     const std::shared_ptr<CZQCriticalSection> m_lock;  // the scan's network lock, or one of its own
     CZQScanResultList m_found;
     std::atomic<bool> m_isRunning{true};
-    mutable std::mutex m_mutex;
-    std::shared_ptr<CZQScanIFBase> m_scanner;
+    CZQSharedSlot<CZQScanIFBase> m_scanner;
 };
 
 void ReportTimeout() {

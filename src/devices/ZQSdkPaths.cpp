@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <iterator>
 #include <memory>
-#include <mutex>
 #include <string_view>
 
 #include "foundation/Io/ZQFile.h"
 #include "foundation/Io/ZQIniFile.h"
+#include "foundation/Threading/ZQSharedSlot.h"
 #include "foundation/ZQException.h"
 #include "foundation/ZQNoDestructor.h"
 #include "foundation/ZQSystem.h"
@@ -74,23 +74,13 @@ CZQString CameraConfigFileOf(const CZQString& binPath, const CZQString& deviceTy
 }
 
 // The paths of this library's own kit, once they have been asked for.
-struct OwnPathsSlot {
-    std::mutex mutex;
-    std::shared_ptr<const CZQSdkPaths> paths;
-};
-
-OwnPathsSlot& Slot() {
-    static CZQNoDestructor<OwnPathsSlot> slot;
+CZQSharedSlot<const CZQSdkPaths>& Slot() {
+    static CZQNoDestructor<CZQSharedSlot<const CZQSdkPaths>> slot;
     return slot.Get();
 }
 
 std::shared_ptr<const CZQSdkPaths> OwnPaths() {
-    OwnPathsSlot& slot = Slot();
-    const std::lock_guard lock(slot.mutex);
-    if (!slot.paths) {
-        slot.paths = std::make_shared<const CZQSdkPaths>(GetBinPath());
-    }
-    return slot.paths;
+    return Slot().GetOrMake([] { return std::make_shared<const CZQSdkPaths>(GetBinPath()); });
 }
 
 }  // namespace
@@ -130,9 +120,7 @@ CZQString GetBinPath() {
 }
 
 void ForgetSdkPaths() {
-    OwnPathsSlot& slot = Slot();
-    const std::lock_guard lock(slot.mutex);
-    slot.paths.reset();
+    Slot().Exchange(nullptr);
 }
 
 CZQString GetSdkConfigRoot() {

@@ -1,7 +1,6 @@
 #include "foundation/ZQLogger.h"
 
-#include <mutex>
-
+#include "foundation/Threading/ZQSharedSlot.h"
 #include "foundation/ZQNoDestructor.h"
 #include "platform/Process.h"
 
@@ -9,32 +8,15 @@ namespace ZQAPI {
 
 namespace {
 
-struct LoggerSlot {
-    std::mutex mutex;
-    std::shared_ptr<CZQILogger> logger;
-};
-
-LoggerSlot& Slot() {
-    static CZQNoDestructor<LoggerSlot> slot;
+CZQSharedSlot<CZQILogger>& Slot() {
+    static CZQNoDestructor<CZQSharedSlot<CZQILogger>> slot;
     return slot.Get();
-}
-
-std::shared_ptr<CZQILogger> CurrentLogger() {
-    LoggerSlot& slot = Slot();
-    const std::lock_guard lock(slot.mutex);
-    return slot.logger;
 }
 
 }  // namespace
 
 void SetGlobalLogger(std::unique_ptr<CZQILogger> logger) {
-    std::shared_ptr<CZQILogger> former(std::move(logger));
-    LoggerSlot& slot = Slot();
-    {
-        const std::lock_guard lock(slot.mutex);
-        slot.logger.swap(former);
-    }
-    // The former one goes here, outside the lock: its destructor calls into another library.
+    Slot().Exchange(std::move(logger));
 }
 
 void DeleteGlobalLogger() {
@@ -43,7 +25,7 @@ void DeleteGlobalLogger() {
 
 void LogException(std::uint32_t level, const CZQException& exception) noexcept {
     try {
-        if (const auto logger = CurrentLogger()) {
+        if (const auto logger = Slot().Get()) {
             logger->Log(level, exception);
         } else {
             platform::ShowErrorBox(exception.ToString().c_str());

@@ -29,6 +29,18 @@ constexpr const char* OwnErrorText(SystemErrorCode code) noexcept {
 // The code left by the last failing system call of this thread. To be taken on the line that failed.
 SystemErrorCode LastSystemError() noexcept;
 
+// How a function of this layer ends: `error` gets 0, or the code of the call that has just failed. Gives back
+// `succeeded`.
+inline bool Check(bool succeeded, SystemErrorCode& error) noexcept {
+    error = succeeded ? 0 : LastSystemError();
+    return succeeded;
+}
+// The same for a failure of a known code.
+inline bool Fail(SystemErrorCode code, SystemErrorCode& error) noexcept {
+    error = code;
+    return false;
+}
+
 // The system's own text for the code, line ends included; empty when it has none.
 std::string SystemErrorText(SystemErrorCode code);
 

@@ -10,8 +10,8 @@
 #include <thread>
 #include <vector>
 
-#include "ZQSimIpv4.h"
 #include "ZQSimUdpServer.h"
+#include "communication/ZQIpv4.h"
 #include "foundation/ZQDynamicDLL.h"
 #include "platform/Files.h"
 #include "support/ExpectError.h"
@@ -97,7 +97,7 @@ struct Cameras {
         if (HasOneLoopbackAddress() && !alone) {
             return Broadcast(camera);
         }
-        return sim::FormatIpv4(server.GetCamera(camera).GetAddress());
+        return FormatIpv4(server.GetCamera(camera).GetAddress());
     }
     // As of a camera without an IP address: only the broadcast can reach it.
     std::string Broadcast(std::size_t camera) const {

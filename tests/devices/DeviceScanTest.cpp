@@ -1,5 +1,6 @@
 #include "devices/ZQDeviceScan.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -7,7 +8,9 @@
 #include <map>
 #include <stdexcept>
 
+#include "devices/ZQScannerOutcome.h"
 #include "scanners/ZQScannerTable.h"
+#include "support/DebugLines.h"
 #include "support/ExpectError.h"
 #include "support/RecordingLogger.h"
 #include "support/SampleDevices.h"
@@ -84,13 +87,23 @@ TEST_F(DeviceScan, MergesInOrderOfPrecedenceWhateverTheSelection) {
 TEST_F(DeviceScan, FailingScannersKeepWhatTheyFoundAndHarmNoOther) {
     Script("SCANNER_MV", [](CZQDeviceList& found) {
         found.AddDevice(SampleDevice("before", "SCANNER_MV"), false);
-        throw CZQException(ZQ_HERE("Test"), ZQ_ERR_COM_RECV);
+        throw CZQException(ZQ_HERE("Test"), ZQ_ERR_COM_RECV, "why\r\n");  // as Windows ends its texts
     });
     Script("SCANNER_TAVI", [](CZQDeviceList&) { throw std::runtime_error("not ours"); });
     Script("SCANNER_BO_FX", [](CZQDeviceList&) { throw 42; });
     Finds("SCANNER_ZQ_UDP", {"u"});
-    EXPECT_EQ(NamesAndIds(Run({"SCANNER_TAVI", "SCANNER_MV", "SCANNER_BO_FX", "SCANNER_ZQ_UDP"})),
-              "Camera1=before;Camera2=u;");
+    std::vector<std::string> told;
+    for (const std::string& line : DebugLinesOf([this] {
+             EXPECT_EQ(NamesAndIds(Run({"SCANNER_TAVI", "SCANNER_MV", "SCANNER_BO_FX", "SCANNER_ZQ_UDP"})),
+                       "Camera1=before;Camera2=u;");
+         })) {
+        if (const auto outcome = ScannerOutcomeIn(line)) {
+            told.emplace_back(*outcome);
+        }
+    }
+    EXPECT_THAT(told, testing::UnorderedElementsAre(
+                          "SCANNER_MV: 1 found, error -300001 why", "SCANNER_ZQ_UDP: 1 found",
+                          "SCANNER_TAVI: 0 found, critical error", "SCANNER_BO_FX: 0 found, critical error"));
     EXPECT_EQ(m_life.use_count(), 1);
 }
 

@@ -9,8 +9,8 @@
 #include <string_view>
 
 #include "platform/Process.h"
-#include "platform/PseudoTerminal.h"
 #include "support/TempFolder.h"
+#include "tools/platform/PseudoTerminal.h"
 
 namespace ZQAPI::test {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/DebugCapture.h"
+#include "tools/platform/DebugCapture.h"
 
 namespace ZQAPI::test {
 

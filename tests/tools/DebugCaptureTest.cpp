@@ -1,4 +1,4 @@
-#include "platform/DebugCapture.h"
+#include "tools/platform/DebugCapture.h"
 
 #include <gtest/gtest.h>
 

@@ -10,12 +10,12 @@
 #include <thread>
 
 #include "devices/ZQDeviceList.h"
-#include "platform/FileLock.h"
 #include "platform/Files.h"
-#include "platform/SystemText.h"
 #include "support/FileBytes.h"
 #include "support/KitCopy.h"
 #include "support/SampleDevices.h"
+#include "tools/platform/FileLock.h"
+#include "tools/platform/SystemText.h"
 
 namespace ZQAPI::test {
 namespace {

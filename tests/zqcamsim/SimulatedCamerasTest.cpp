@@ -4,8 +4,8 @@
 #include <set>
 #include <string>
 
-#include "ZQSimIpv4.h"
 #include "ZQSimUdpServer.h"
+#include "communication/ZQIpv4.h"
 #include "platform/Files.h"
 #include "support/ExpectError.h"
 #include "support/UdpPeer.h"

@@ -4,7 +4,7 @@
 #include <chrono>
 #include <map>
 
-#include "ZQSimIpv4.h"
+#include "communication/ZQIpv4.h"
 
 namespace ZQAPI::sim {
 

@@ -5,7 +5,7 @@
 #include <iterator>
 #include <utility>
 
-#include "ZQSimIpv4.h"
+#include "communication/ZQIpv4.h"
 #include "foundation/ZQString.h"
 
 namespace ZQAPI::sim {

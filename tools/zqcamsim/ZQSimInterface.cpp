@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <utility>
 
-#include "ZQSimIpv4.h"
+#include "communication/ZQIpv4.h"
 #include "foundation/ZQException.h"
 #include "platform/Files.h"
 

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "ZQSimSerialCamera.h"
-#include "platform/PseudoTerminal.h"
+#include "tools/platform/PseudoTerminal.h"
 
 namespace ZQAPI::sim {
 

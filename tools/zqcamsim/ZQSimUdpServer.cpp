@@ -5,8 +5,8 @@
 #include <span>
 #include <utility>
 
-#include "ZQSimIpv4.h"
 #include "communication/ZQComICMPPing.h"
+#include "communication/ZQIpv4.h"
 #include "foundation/ZQException.h"
 #include "foundation/ZQSystem.h"
 

@@ -11,9 +11,9 @@
 #include <vector>
 
 #include "Options.h"
-#include "ZQSimIpv4.h"
 #include "ZQSimSerialServer.h"
 #include "ZQSimUdpServer.h"
+#include "communication/ZQIpv4.h"
 #include "foundation/ZQException.h"
 
 namespace ZQAPI::sim {

@@ -6,7 +6,7 @@
 #include "ScanSettings.h"
 #include "Text.h"
 #include "foundation/ZQException.h"
-#include "platform/SystemText.h"
+#include "tools/platform/SystemText.h"
 
 namespace ZQAPI::embedded {
 

@@ -8,7 +8,7 @@
 #include "foundation/ZQException.h"
 #include "platform/FileReplacement.h"
 #include "platform/Files.h"
-#include "platform/SystemText.h"
+#include "tools/platform/SystemText.h"
 
 namespace ZQAPI::zqdev {
 

@@ -5,7 +5,7 @@
 #include "Failure.h"
 #include "Text.h"
 #include "platform/SystemError.h"
-#include "platform/Terminal.h"
+#include "tools/platform/Terminal.h"
 
 namespace ZQAPI::zqdev {
 

@@ -5,7 +5,7 @@
 
 #include "Console.h"
 #include "Kit.h"
-#include "platform/FileLock.h"
+#include "tools/platform/FileLock.h"
 
 namespace ZQAPI::zqdev {
 

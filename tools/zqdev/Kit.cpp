@@ -6,7 +6,7 @@
 #include "Text.h"
 #include "foundation/ZQException.h"
 #include "platform/Process.h"
-#include "platform/SystemText.h"
+#include "tools/platform/SystemText.h"
 
 namespace ZQAPI::zqdev {
 

@@ -1,25 +1,10 @@
 #include "Session.h"
 
 #include "Text.h"
+#include "devices/ZQScannerOutcome.h"
 #include "foundation/ZQSystem.h"
 
 namespace ZQAPI::zqdev {
-
-namespace {
-
-// The scanner's outcome in a message of the library's debug output, for people; nothing in any other one.
-std::optional<std::string> ScannerOutcome(std::string_view line) {
-    // Windows ends its texts with a line end of its own.
-    line = line.substr(0, line.find_last_not_of("\r\n") + 1);
-    for (const std::string_view start : {"ZQSDK: Scanner ", "ZQSDK: !! Scanner "}) {
-        if (line.starts_with(start)) {
-            return std::string(line.substr(start.size()));
-        }
-    }
-    return std::nullopt;
-}
-
-}  // namespace
 
 Session::~Session() {
     m_library.reset();
@@ -84,7 +69,7 @@ void Session::ShowScannersDuring(const std::function<void()>& call) {
     }
     ListenDuring(
         [this](std::string_view message) {
-            if (const auto outcome = ScannerOutcome(message)) {
+            if (const auto outcome = ScannerOutcomeIn(message)) {
                 m_console.PrintNote(*outcome);
             }
         },

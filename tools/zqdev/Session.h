@@ -15,7 +15,7 @@
 #include "Kit.h"
 #include "KitLibrary.h"
 #include "Records.h"
-#include "platform/DebugCapture.h"
+#include "tools/platform/DebugCapture.h"
 
 namespace ZQAPI::zqdev {
 

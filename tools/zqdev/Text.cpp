@@ -8,7 +8,7 @@
 #include <numeric>
 
 #include "platform/Files.h"
-#include "platform/SystemText.h"
+#include "tools/platform/SystemText.h"
 
 namespace ZQAPI::zqdev {
 

@@ -3,8 +3,12 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <string>
+#include <string_view>
 #include <utility>
+
+#include "platform/SystemError.h"
 
 namespace ZQAPI::platform {
 
@@ -31,6 +35,19 @@ public:
     int Release() noexcept { return std::exchange(m_value, -1); }
     // False when the system reports only now that something written was lost.
     bool Close() noexcept { return m_value < 0 || ::close(Release()) == 0; }
+
+    // The whole content, in as many steps as it takes.
+    bool WriteAll(std::string_view content, SystemErrorCode& error) const noexcept {
+        while (!content.empty()) {
+            const ssize_t count = ::write(m_value, content.data(), content.size());
+            if (count >= 0) {
+                content.remove_prefix(static_cast<std::size_t>(count));
+            } else if (errno != EINTR) {
+                return Check(false, error);
+            }
+        }
+        return Check(true, error);
+    }
 
 private:
     int m_value = -1;

@@ -5,7 +5,6 @@
 #include <netinet/ip_icmp.h>
 #include <poll.h>
 #include <sys/socket.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <atomic>
@@ -13,6 +12,8 @@
 #include <chrono>
 #include <cstring>
 #include <vector>
+
+#include "platform/posix/Descriptor.h"
 
 namespace ZQAPI::platform {
 
@@ -28,23 +29,16 @@ constexpr std::chrono::milliseconds kMaxWait = std::chrono::hours(1);
 class IcmpSocket {
 public:
     explicit IcmpSocket(SystemErrorCode& error) noexcept
-        : m_descriptor(socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, IPPROTO_ICMP)) {
-        if (m_descriptor < 0) {
-            m_descriptor = socket(AF_INET, SOCK_RAW | SOCK_CLOEXEC, IPPROTO_ICMP);
+        : m_socket(socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, IPPROTO_ICMP)) {
+        if (!m_socket.IsOpen()) {
+            m_socket = Descriptor(socket(AF_INET, SOCK_RAW | SOCK_CLOEXEC, IPPROTO_ICMP));
             m_raw = true;
         }
-        error = m_descriptor < 0 ? LastSystemError() : 0;
-    }
-    IcmpSocket(const IcmpSocket&) = delete;
-    IcmpSocket& operator=(const IcmpSocket&) = delete;
-    ~IcmpSocket() {
-        if (IsOpen()) {
-            close(m_descriptor);
-        }
+        Check(m_socket.IsOpen(), error);
     }
 
-    bool IsOpen() const noexcept { return m_descriptor >= 0; }
-    int Descriptor() const noexcept { return m_descriptor; }
+    bool IsOpen() const noexcept { return m_socket.IsOpen(); }
+    int Get() const noexcept { return m_socket.Get(); }
 
     // A datagram socket has the system choose the identifier and gets the replies to its own requests only; a
     // raw one gets every ICMP message of this machine.
@@ -63,7 +57,7 @@ public:
     }
 
 private:
-    int m_descriptor;
+    Descriptor m_socket;
     bool m_raw = false;
 };
 
@@ -135,7 +129,7 @@ EchoResult SendEchoRequest(const EchoFunctions& /*functions*/, std::uint32_t add
     to.sin_addr.s_addr = addressBe;
 
     const auto start = Clock::now();
-    if (sendto(icmp.Descriptor(), request.data(), request.size(), 0, reinterpret_cast<const sockaddr*>(&to),
+    if (sendto(icmp.Get(), request.data(), request.size(), 0, reinterpret_cast<const sockaddr*>(&to),
                sizeof to) < 0) {
         // Nobody there to send to: no reply will come.
         error = LastSystemError();
@@ -145,13 +139,13 @@ EchoResult SendEchoRequest(const EchoFunctions& /*functions*/, std::uint32_t add
     std::vector<std::byte> packet(sizeof(iphdr) + MAX_IPOPTLEN + request.size());
     for (auto now = start; now < deadline; now = Clock::now()) {
         const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - now);
-        pollfd entry{icmp.Descriptor(), POLLIN, 0};
+        pollfd entry{icmp.Get(), POLLIN, 0};
         if (poll(&entry, 1, static_cast<int>(std::min(left, kMaxWait).count())) <= 0) {
             continue;
         }
         sockaddr_in from{};
         socklen_t length = sizeof from;
-        const ssize_t received = recvfrom(icmp.Descriptor(), packet.data(), packet.size(), MSG_DONTWAIT,
+        const ssize_t received = recvfrom(icmp.Get(), packet.data(), packet.size(), MSG_DONTWAIT,
                                           reinterpret_cast<sockaddr*>(&from), &length);
         if (received > 0 && from.sin_addr.s_addr == addressBe &&
             IsReply(icmp.Message(std::span(packet).first(static_cast<std::size_t>(received))), header,

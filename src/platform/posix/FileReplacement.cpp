@@ -32,11 +32,6 @@ std::string NameOf(const std::string& path) {
     return path.substr(path.rfind('/') + 1);
 }
 
-bool Fail(SystemErrorCode& error) noexcept {
-    error = LastSystemError();
-    return false;
-}
-
 // Whoever writes a temporary file holds this lock, in whatever container it runs; the id alone would say
 // nothing of processes in another one.
 bool Hold(const Descriptor& file) noexcept {
@@ -111,7 +106,7 @@ bool FileReplacement::State::MakeFile(mode_t mode, SystemErrorCode& error) {
         temporaryName = MakeTemporaryName(fileName, ProcessId());
         file = Descriptor(::openat(folder.Get(), temporaryName.c_str(), kFlags, mode));
         if (!file.IsOpen() && errno != EEXIST) {
-            return Fail(error);
+            return Check(false, error);
         }
         struct stat status = {};
         if (file.IsOpen() && Hold(file) && ::fstat(file.Get(), &status) == 0 && status.st_nlink > 0) {
@@ -120,8 +115,7 @@ bool FileReplacement::State::MakeFile(mode_t mode, SystemErrorCode& error) {
         }
         // Somebody has the name, or took the file for abandoned before it was held.
     }
-    error = EEXIST;
-    return false;
+    return Fail(EEXIST, error);
 }
 
 // What this process may not give away stays its own.
@@ -135,7 +129,7 @@ void FileReplacement::State::TakeRightsOf(const struct stat& old) const noexcept
 bool FileReplacement::Create(SystemErrorCode& error) {
     m_state->folder = Descriptor(m_state->folderName, O_PATH | O_DIRECTORY);
     if (!m_state->folder.IsOpen()) {
-        return Fail(error);
+        return Check(false, error);
     }
     RemoveAbandoned(m_state->folder, m_state->fileName);
     struct stat old = {};
@@ -150,15 +144,7 @@ bool FileReplacement::Create(SystemErrorCode& error) {
 }
 
 bool FileReplacement::Write(std::string_view content, SystemErrorCode& error) {
-    while (!content.empty()) {
-        const ssize_t count = ::write(m_state->file.Get(), content.data(), content.size());
-        if (count >= 0) {
-            content.remove_prefix(static_cast<std::size_t>(count));
-        } else if (errno != EINTR) {
-            return Fail(error);
-        }
-    }
-    return ::fsync(m_state->file.Get()) == 0 || Fail(error);
+    return m_state->file.WriteAll(content, error) && Check(::fsync(m_state->file.Get()) == 0, error);
 }
 
 std::string FileReplacement::TemporaryPath() const {
@@ -167,12 +153,9 @@ std::string FileReplacement::TemporaryPath() const {
 
 bool FileReplacement::MoveOver(SystemErrorCode& error) {
     State& state = *m_state;
-    if (::renameat(state.folder.Get(), state.temporaryName.c_str(), state.folder.Get(),
-                   state.fileName.c_str()) != 0) {
-        return Fail(error);
-    }
-    state.isThere = false;
-    return true;
+    state.isThere = ::renameat(state.folder.Get(), state.temporaryName.c_str(), state.folder.Get(),
+                               state.fileName.c_str()) != 0;
+    return Check(!state.isThere, error);
 }
 
 }  // namespace ZQAPI::platform

@@ -14,20 +14,6 @@ namespace ZQAPI::platform {
 
 namespace {
 
-bool Fail(SystemErrorCode& error) noexcept {
-    error = LastSystemError();
-    return false;
-}
-
-bool Succeed(SystemErrorCode& error) noexcept {
-    error = 0;
-    return true;
-}
-
-bool Check(bool succeeded, SystemErrorCode& error) noexcept {
-    return succeeded ? Succeed(error) : Fail(error);
-}
-
 std::int64_t Nanoseconds(const timespec& time) noexcept {
     return static_cast<std::int64_t>(time.tv_sec) * 1'000'000'000 + time.tv_nsec;
 }
@@ -49,7 +35,7 @@ bool OpenRegularFile(const std::string& path, int flags, Descriptor& file, struc
     }
     file = Descriptor(path, flags | O_NONBLOCK | O_NOCTTY);
     if (!file.IsOpen() || ::fstat(file.Get(), &status) != 0) {
-        return Fail(error);
+        return Check(false, error);
     }
     error = KindError(status);
     return error == 0;
@@ -115,7 +101,7 @@ bool SetFileAttributeBits(const std::string& path, std::uint32_t attributes,
     constexpr mode_t kAllWrite = S_IWUSR | S_IWGRP | S_IWOTH;
     struct stat status = {};
     if (::stat(path.c_str(), &status) != 0) {
-        return Fail(error);
+        return Check(false, error);
     }
     const mode_t permissions = status.st_mode & 07777;
     const mode_t wanted = (attributes & kReadOnly) != 0 ? permissions & ~kAllWrite : permissions | S_IWUSR;
@@ -125,18 +111,17 @@ bool SetFileAttributeBits(const std::string& path, std::uint32_t attributes,
 bool GetFileStamp(const std::string& path, FileStamp& stamp, SystemErrorCode& error) noexcept {
     struct stat status = {};
     if (::stat(path.c_str(), &status) != 0) {
-        return Fail(error);
+        return Check(false, error);
     }
     if (S_ISDIR(status.st_mode)) {
-        error = EISDIR;
-        return false;
+        return Fail(EISDIR, error);
     }
     stamp = {.device = status.st_dev,
              .file = status.st_ino,
              .size = static_cast<std::uint64_t>(status.st_size),
              .modifiedNs = Nanoseconds(status.st_mtim),
              .changedNs = Nanoseconds(status.st_ctim)};
-    return Succeed(error);
+    return Check(true, error);
 }
 
 std::int64_t FileClockNowNs() noexcept {
@@ -158,7 +143,7 @@ bool ReadWholeFile(const std::string& path, std::string& content, SystemErrorCod
         const ssize_t count = ::read(file.Get(), content.data() + length, content.size() - length);
         if (count == 0) {
             content.resize(length);
-            return Succeed(error);
+            return Check(true, error);
         }
         if (count > 0) {
             length += static_cast<std::size_t>(count);
@@ -166,11 +151,10 @@ bool ReadWholeFile(const std::string& path, std::string& content, SystemErrorCod
                 content.resize(std::min(2 * length, kMaxFileSize + 1));
             }
         } else if (errno != EINTR) {
-            return Fail(error);
+            return Check(false, error);
         }
     }
-    error = kFileTooLarge;
-    return false;
+    return Fail(kFileTooLarge, error);
 }
 
 bool WriteWholeFile(const std::string& path, const std::string& content, SystemErrorCode& error) {
@@ -179,17 +163,9 @@ bool WriteWholeFile(const std::string& path, const std::string& content, SystemE
     if (!OpenRegularFile(path, O_WRONLY | O_CREAT, file, status, error)) {
         return false;
     }
-    std::size_t written = 0;
-    while (written < content.size()) {
-        const ssize_t count = ::write(file.Get(), content.data() + written, content.size() - written);
-        if (count >= 0) {
-            written += static_cast<std::size_t>(count);
-        } else if (errno != EINTR) {
-            return Fail(error);
-        }
-    }
     // Cut last: nobody sees an empty file in between.
-    return Check(::ftruncate(file.Get(), static_cast<off_t>(content.size())) == 0 && file.Close(), error);
+    return file.WriteAll(content, error) &&
+           Check(::ftruncate(file.Get(), static_cast<off_t>(content.size())) == 0 && file.Close(), error);
 }
 
 bool CanWriteFile(const std::string& path, SystemErrorCode& error) noexcept {

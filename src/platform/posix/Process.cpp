@@ -63,9 +63,7 @@ bool GetTrustedEnvironmentText(const char* name, std::string& value) {
 }
 
 bool SetEnvironmentText(const char* name, const std::string& value, SystemErrorCode& error) {
-    const bool done = setenv(name, value.c_str(), 1) == 0;
-    error = done ? 0 : LastSystemError();
-    return done;
+    return Check(setenv(name, value.c_str(), 1) == 0, error);
 }
 
 char SearchPathSeparator() noexcept {

@@ -18,6 +18,7 @@
 
 #include "platform/Files.h"
 #include "platform/Process.h"
+#include "platform/posix/Descriptor.h"
 #include "platform/posix/SerialModeText.h"
 
 // NOLINTBEGIN(cppcoreguidelines-pro-type-vararg): open and ioctl are
@@ -33,18 +34,8 @@ namespace fs = std::filesystem;
 constexpr const char* kPortFolderVariable = "ZQSDK_COM_PORT_DIR";
 constexpr std::string_view kPrefix = "COM";
 
-int Descriptor(std::uintptr_t handle) noexcept {
+int File(std::uintptr_t handle) noexcept {
     return static_cast<int>(handle);
-}
-
-bool Result(bool succeeded, SystemErrorCode& error) noexcept {
-    error = succeeded ? 0 : LastSystemError();
-    return succeeded;
-}
-
-bool Reject(SystemErrorCode& error, int code) noexcept {
-    error = static_cast<SystemErrorCode>(code);
-    return false;
 }
 
 // The number behind the prefix, if there is nothing else.
@@ -140,7 +131,7 @@ bool IsTransient() noexcept {
 
 bool ParseModeText(const std::string& text, SerialControl& control, SystemErrorCode& error) {
     error = 0;
-    return ParseSerialModeText(text, control) || Reject(error, EINVAL);
+    return ParseSerialModeText(text, control) || Fail(EINVAL, error);
 }
 
 std::vector<SerialPortName> ListSerialPorts() {
@@ -159,36 +150,34 @@ std::vector<SerialPortName> ListSerialPorts() {
 
 bool SerialPort::Open(const std::string& name, SystemErrorCode& error) {
     Close();
-    const int file = ::open(DeviceFile(name).c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
-    if (!Result(file >= 0, error)) {
+    Descriptor file(DeviceFile(name), O_RDWR | O_NOCTTY | O_NONBLOCK);
+    if (!Check(file.IsOpen(), error)) {
         return false;
     }
     // The lock keeps out whoever locks as well, root too; the exclusive mode everybody else but root, who may
     // be here beside another program that has set it.
     termios2 block{};
     int isExclusive = 0;
-    ::ioctl(file, TIOCGEXCL, &isExclusive);
-    if (!Result(::ioctl(file, TCGETS2, &block) == 0 && ::flock(file, LOCK_EX | LOCK_NB) == 0 &&
-                    ::ioctl(file, TIOCEXCL) == 0,
-                error)) {
+    ::ioctl(file.Get(), TIOCGEXCL, &isExclusive);
+    if (!Check(::ioctl(file.Get(), TCGETS2, &block) == 0 && ::flock(file.Get(), LOCK_EX | LOCK_NB) == 0 &&
+                   ::ioctl(file.Get(), TIOCEXCL) == 0,
+               error)) {
         error = error == EWOULDBLOCK ? EBUSY : error;
-        ::close(file);
         return false;
     }
     m_madeExclusive = isExclusive == 0;
-    m_handle = static_cast<std::uintptr_t>(file);
+    m_handle = static_cast<std::uintptr_t>(file.Release());
     return true;
 }
 
 void SerialPort::Close() noexcept {
     if (IsOpen()) {
-        const int file = Descriptor(std::exchange(m_handle, kInvalid));
+        const Descriptor file(File(std::exchange(m_handle, kInvalid)));
         // Otherwise the system would wait for what is still to be sent, up to 30 s by default.
-        ::ioctl(file, TCFLSH, TCOFLUSH);
+        ::ioctl(file.Get(), TCFLSH, TCOFLUSH);
         if (std::exchange(m_madeExclusive, false)) {
-            ::ioctl(file, TIOCNXCL);
+            ::ioctl(file.Get(), TIOCNXCL);
         }
-        ::close(file);
     }
 }
 
@@ -200,7 +189,7 @@ bool SerialPort::SetQueues(std::uint32_t /*input*/, std::uint32_t /*output*/,
 
 bool SerialPort::ReadControl(SerialControl& control, SystemErrorCode& error) noexcept {
     termios2 block{};
-    if (!Result(::ioctl(Descriptor(m_handle), TCGETS2, &block) == 0, error)) {
+    if (!Check(::ioctl(File(m_handle), TCGETS2, &block) == 0, error)) {
         return false;
     }
     constexpr std::uint8_t kMark = 3;
@@ -222,13 +211,13 @@ bool SerialPort::ReadControl(SerialControl& control, SystemErrorCode& error) noe
 }
 
 bool SerialPort::WriteControl(const SerialControl& control, SystemErrorCode& error) noexcept {
-    const int file = Descriptor(m_handle);
+    const int file = File(m_handle);
     termios2 block{};
-    if (!Result(::ioctl(file, TCGETS2, &block) == 0, error)) {
+    if (!Check(::ioctl(file, TCGETS2, &block) == 0, error)) {
         return false;
     }
     if (!SetFormat(control, block)) {
-        return Reject(error, EINVAL);
+        return Fail(EINVAL, error);
     }
     // Raw bytes, whatever the terminal was used for before.
     block.c_iflag = 0;
@@ -241,7 +230,7 @@ bool SerialPort::WriteControl(const SerialControl& control, SystemErrorCode& err
     SetFlag(block.c_cflag, CRTSCTS, control.outputWaitsForCts || control.outputWaitsForDsr);
     SetFlag(block.c_iflag, IXON, control.xonXoffOutput);
     SetFlag(block.c_iflag, IXOFF, control.xonXoffInput);
-    if (!Result(::ioctl(file, TCSETS2, &block) == 0, error)) {
+    if (!Check(::ioctl(file, TCSETS2, &block) == 0, error)) {
         return false;
     }
     SwitchModemLine(file, TIOCM_DTR, control.dtr);
@@ -258,12 +247,12 @@ bool SerialPort::SetTimeouts(const SerialTimeouts& timeouts, SystemErrorCode& er
 }
 
 bool SerialPort::Purge(SystemErrorCode& error) noexcept {
-    return Result(::ioctl(Descriptor(m_handle), TCFLSH, TCIOFLUSH) == 0, error);
+    return Check(::ioctl(File(m_handle), TCFLSH, TCIOFLUSH) == 0, error);
 }
 
 std::optional<std::size_t> SerialPort::Write(std::span<const std::byte> data,
                                              SystemErrorCode& error) noexcept {
-    const int file = Descriptor(m_handle);
+    const int file = File(m_handle);
     const auto size = static_cast<std::int64_t>(data.size());
     const auto deadline = Clock::now() + m_timeouts.writeConstant + size * m_timeouts.writePerByte;
     std::size_t written = 0;
@@ -283,7 +272,7 @@ std::optional<std::size_t> SerialPort::Write(std::span<const std::byte> data,
 }
 
 std::optional<std::size_t> SerialPort::Read(std::span<std::byte> buffer, SystemErrorCode& error) noexcept {
-    const int file = Descriptor(m_handle);
+    const int file = File(m_handle);
     const auto size = static_cast<std::int64_t>(buffer.size());
     const auto total = Clock::now() + m_timeouts.readConstant + size * m_timeouts.readPerByte;
     auto deadline = total;

@@ -17,7 +17,7 @@ static_assert(sizeof(Ipv4SocketAddress) == sizeof(sockaddr_in));
 
 namespace {
 
-int Descriptor(std::uintptr_t handle) {
+int Socket(std::uintptr_t handle) {
     return static_cast<int>(handle);
 }
 
@@ -30,9 +30,7 @@ sockaddr* SystemAddress(Ipv4SocketAddress& address) {
 
 template <class Value>
 bool SetOption(std::uintptr_t handle, int option, Value value, SystemErrorCode& error) {
-    const bool done = setsockopt(Descriptor(handle), SOL_SOCKET, option, &value, sizeof value) == 0;
-    error = done ? 0 : LastSystemError();
-    return done;
+    return Check(setsockopt(Socket(handle), SOL_SOCKET, option, &value, sizeof value) == 0, error);
 }
 
 timespec ToTimespec(std::chrono::microseconds time) {
@@ -51,8 +49,7 @@ std::uint32_t SwapAddress(std::uint32_t address) noexcept {
 
 bool AddressToText(std::uint32_t addressBe, std::string& text, SystemErrorCode& error) {
     char buffer[INET_ADDRSTRLEN];
-    const bool done = inet_ntop(AF_INET, &addressBe, buffer, sizeof buffer) != nullptr;
-    error = done ? 0 : LastSystemError();
+    const bool done = Check(inet_ntop(AF_INET, &addressBe, buffer, sizeof buffer) != nullptr, error);
     text = done ? buffer : "";
     return done;
 }
@@ -64,8 +61,7 @@ bool TextToAddress(const std::string& host, std::uint32_t& addressBe, SystemErro
     addrinfo* found = nullptr;
     const int result = getaddrinfo(host.c_str(), "", &hints, &found);
     if (result != 0 || found == nullptr) {
-        error = result == EAI_SYSTEM ? LastSystemError() : EINVAL;
-        return false;
+        return Fail(result == EAI_SYSTEM ? LastSystemError() : EINVAL, error);
     }
     addressBe = reinterpret_cast<const sockaddr_in*>(found->ai_addr)->sin_addr.s_addr;
     freeaddrinfo(found);
@@ -84,26 +80,18 @@ void StopSocketLibrary() noexcept {}
 
 bool UdpSocket::Open(SystemErrorCode& error) noexcept {
     Close();
-    const int descriptor = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
-    if (descriptor < 0) {
-        error = LastSystemError();
-        return false;
-    }
-    error = 0;
-    m_handle = static_cast<std::uintptr_t>(descriptor);
-    return true;
+    m_handle = static_cast<std::uintptr_t>(socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0));  // -1 is kInvalid
+    return Check(IsOpen(), error);
 }
 
 void UdpSocket::Close() noexcept {
     if (IsOpen()) {
-        close(Descriptor(std::exchange(m_handle, kInvalid)));
+        close(Socket(std::exchange(m_handle, kInvalid)));
     }
 }
 
 bool UdpSocket::Bind(const Ipv4SocketAddress& address, SystemErrorCode& error) noexcept {
-    const bool done = bind(Descriptor(m_handle), SystemAddress(address), sizeof address) == 0;
-    error = done ? 0 : LastSystemError();
-    return done;
+    return Check(bind(Socket(m_handle), SystemAddress(address), sizeof address) == 0, error);
 }
 
 bool UdpSocket::EnableBroadcast(SystemErrorCode& error) noexcept {
@@ -122,35 +110,26 @@ std::optional<std::uint32_t> UdpSocket::SetReceiveBuffer(std::uint32_t bytes,
     socklen_t length = sizeof granted;
     if ((!SetOption(m_handle, SO_RCVBUFFORCE, wanted, error) &&
          !SetOption(m_handle, SO_RCVBUF, wanted, error)) ||
-        getsockopt(Descriptor(m_handle), SOL_SOCKET, SO_RCVBUF, &granted, &length) != 0) {
-        error = LastSystemError();
+        !Check(getsockopt(Socket(m_handle), SOL_SOCKET, SO_RCVBUF, &granted, &length) == 0, error)) {
         return std::nullopt;
     }
-    error = 0;
     return static_cast<std::uint32_t>(granted);
 }
 
 bool UdpSocket::GetLocalAddress(Ipv4SocketAddress& address, SystemErrorCode& error) const noexcept {
     socklen_t length = sizeof address;
-    const bool done = getsockname(Descriptor(m_handle), SystemAddress(address), &length) == 0;
-    error = done ? 0 : LastSystemError();
-    return done;
+    return Check(getsockname(Socket(m_handle), SystemAddress(address), &length) == 0, error);
 }
 
 std::optional<std::size_t> UdpSocket::SendTo(const Ipv4SocketAddress& to, std::span<const std::byte> data,
                                              SystemErrorCode& error) noexcept {
     const ssize_t sent =
-        sendto(Descriptor(m_handle), data.data(), data.size(), MSG_NOSIGNAL, SystemAddress(to), sizeof to);
-    if (sent < 0) {
-        error = LastSystemError();
-        return std::nullopt;
-    }
-    error = 0;
-    return static_cast<std::size_t>(sent);
+        sendto(Socket(m_handle), data.data(), data.size(), MSG_NOSIGNAL, SystemAddress(to), sizeof to);
+    return Check(sent >= 0, error) ? std::optional(static_cast<std::size_t>(sent)) : std::nullopt;
 }
 
 WaitResult UdpSocket::WaitReadable(std::chrono::microseconds timeout) noexcept {
-    pollfd entry{Descriptor(m_handle), POLLIN, 0};
+    pollfd entry{Socket(m_handle), POLLIN, 0};
     const timespec limit = ToTimespec(timeout);
     const int ready = ppoll(&entry, 1, &limit, nullptr);
     if (ready < 0) {
@@ -162,21 +141,16 @@ WaitResult UdpSocket::WaitReadable(std::chrono::microseconds timeout) noexcept {
 std::optional<std::size_t> UdpSocket::NextDatagramSize() noexcept {
     // With MSG_TRUNC the result is the datagram's size, however small the buffer.
     char nothing = 0;
-    const ssize_t size = recv(Descriptor(m_handle), &nothing, 0, MSG_PEEK | MSG_TRUNC | MSG_DONTWAIT);
+    const ssize_t size = recv(Socket(m_handle), &nothing, 0, MSG_PEEK | MSG_TRUNC | MSG_DONTWAIT);
     return size < 0 ? std::nullopt : std::optional(static_cast<std::size_t>(size));
 }
 
 std::optional<std::size_t> UdpSocket::ReceiveFrom(std::span<std::byte> buffer, Ipv4SocketAddress& from,
                                                   SystemErrorCode& error) noexcept {
     socklen_t length = sizeof from;
-    const ssize_t received = recvfrom(Descriptor(m_handle), buffer.data(), buffer.size(), MSG_DONTWAIT,
-                                      SystemAddress(from), &length);
-    if (received < 0) {
-        error = LastSystemError();
-        return std::nullopt;
-    }
-    error = 0;
-    return static_cast<std::size_t>(received);
+    const ssize_t received =
+        recvfrom(Socket(m_handle), buffer.data(), buffer.size(), MSG_DONTWAIT, SystemAddress(from), &length);
+    return Check(received >= 0, error) ? std::optional(static_cast<std::size_t>(received)) : std::nullopt;
 }
 
 std::vector<std::size_t> UdpSocket::WaitAny(std::span<const UdpSocket* const> sockets,
@@ -184,7 +158,7 @@ std::vector<std::size_t> UdpSocket::WaitAny(std::span<const UdpSocket* const> so
     std::vector<pollfd> entries;
     entries.reserve(sockets.size());
     for (const UdpSocket* socket : sockets) {
-        entries.push_back({Descriptor(socket->m_handle), POLLIN, 0});
+        entries.push_back({Socket(socket->m_handle), POLLIN, 0});
     }
     const timespec limit = ToTimespec(timeout);
     std::vector<std::size_t> readable;

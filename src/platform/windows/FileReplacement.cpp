@@ -2,38 +2,17 @@
 
 #include <windows.h>
 
-#include <algorithm>
 #include <memory>
-#include <type_traits>
 #include <vector>
 
 #include "platform/Process.h"
 #include "platform/TemporaryName.h"
 #include "platform/TextEncoding.h"
+#include "platform/windows/OwnedHandle.h"
 
 namespace ZQAPI::platform {
 
 namespace {
-
-struct HandleCloser {
-    void operator()(HANDLE handle) const noexcept { CloseHandle(handle); }
-};
-using OwnedHandle = std::unique_ptr<std::remove_pointer_t<HANDLE>, HandleCloser>;
-
-struct SearchCloser {
-    void operator()(HANDLE search) const noexcept { FindClose(search); }
-};
-using OwnedSearch = std::unique_ptr<std::remove_pointer_t<HANDLE>, SearchCloser>;
-
-// CreateFile's and FindFirstFile's way to say no.
-HANDLE NullWhenInvalid(HANDLE handle) noexcept {
-    return handle == INVALID_HANDLE_VALUE ? nullptr : handle;
-}
-
-bool Fail(SystemErrorCode& error) noexcept {
-    error = LastSystemError();
-    return false;
-}
 
 std::wstring ToWide(const std::string& text) {
     const std::u16string wide = AnsiToUtf16(text);
@@ -142,8 +121,7 @@ FileReplacement::~FileReplacement() {
 bool FileReplacement::Create(SystemErrorCode& error) {
     State& state = *m_state;
     if (state.fileName.empty()) {
-        error = ERROR_INVALID_NAME;
-        return false;
+        return Fail(ERROR_INVALID_NAME, error);
     }
     RemoveAbandoned(state.folder, state.fileName);
     constexpr int kMaxTries = 16;
@@ -153,12 +131,11 @@ bool FileReplacement::Create(SystemErrorCode& error) {
             NullWhenInvalid(CreateFileW(state.temporary.c_str(), GENERIC_WRITE | WRITE_DAC, FILE_SHARE_READ,
                                         nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr)));
         if (!state.file && GetLastError() != ERROR_FILE_EXISTS) {
-            return Fail(error);
+            return Check(false, error);
         }
     }
     if (!state.file) {
-        error = ERROR_FILE_EXISTS;
-        return false;
+        return Fail(ERROR_FILE_EXISTS, error);
     }
     state.isThere = true;
     if (std::vector<std::byte> rights = AccessListOf(state.like); !rights.empty()) {
@@ -169,16 +146,8 @@ bool FileReplacement::Create(SystemErrorCode& error) {
 }
 
 bool FileReplacement::Write(std::string_view content, SystemErrorCode& error) {
-    constexpr std::size_t kMaxTransfer = std::size_t{1} << 30;
-    while (!content.empty()) {
-        const auto part = static_cast<DWORD>(std::min(content.size(), kMaxTransfer));
-        DWORD count = 0;
-        if (WriteFile(m_state->file.get(), content.data(), part, &count, nullptr) == FALSE) {
-            return Fail(error);
-        }
-        content.remove_prefix(count);
-    }
-    return FlushFileBuffers(m_state->file.get()) != FALSE || Fail(error);
+    return WriteAll(m_state->file, content, error) &&
+           Check(FlushFileBuffers(m_state->file.get()) != FALSE, error);
 }
 
 std::string FileReplacement::TemporaryPath() const {

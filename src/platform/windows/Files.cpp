@@ -3,58 +3,23 @@
 #include <shlobj.h>
 #include <windows.h>
 
+#include "platform/windows/OwnedHandle.h"
+
 namespace ZQAPI::platform {
 
 namespace {
 
-// A file handle, closed with the object.
-class FileHandle {
-public:
-    FileHandle(const std::string& path, DWORD access, DWORD sharing, DWORD disposition) noexcept
-        : m_value(CreateFileA(path.c_str(), access, sharing, nullptr, disposition, FILE_ATTRIBUTE_NORMAL,
-                              nullptr)) {}
-    FileHandle(const FileHandle&) = delete;
-    FileHandle& operator=(const FileHandle&) = delete;
-    ~FileHandle() {
-        if (IsOpen()) {
-            CloseHandle(m_value);
-        }
-    }
-
-    bool IsOpen() const noexcept { return m_value != INVALID_HANDLE_VALUE; }
-    HANDLE Get() const noexcept { return m_value; }
-
-private:
-    HANDLE m_value;
-};
-
-// Deleting too: whoever replaces a file need not wait for its readers.
-constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-
-// More than this is read or written in several calls.
-constexpr std::size_t kMaxTransfer = std::size_t{1} << 30;
-
-bool Fail(SystemErrorCode& error) noexcept {
-    error = LastSystemError();
-    return false;
-}
-
-bool Succeed(SystemErrorCode& error) noexcept {
-    error = 0;
-    return true;
-}
-
-bool Check(bool succeeded, SystemErrorCode& error) noexcept {
-    return succeeded ? Succeed(error) : Fail(error);
+// For deleting too: whoever replaces a file need not wait for its readers.
+OwnedHandle OpenShared(const std::string& path, DWORD access, DWORD disposition) noexcept {
+    constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    return OwnedHandle(NullWhenInvalid(
+        CreateFileA(path.c_str(), access, kShareAll, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr)));
 }
 
 // Not a device, whose names ("NUL") are among those of files, and no pipe.
-bool CheckRegular(const FileHandle& file, SystemErrorCode& error) noexcept {
-    if (!file.IsOpen()) {
-        return Fail(error);
-    }
-    error = GetFileType(file.Get()) == FILE_TYPE_DISK ? 0 : kNotARegularFile;
-    return error == 0;
+bool CheckRegular(const OwnedHandle& file, SystemErrorCode& error) noexcept {
+    return Check(file != nullptr, error) &&
+           (GetFileType(file.get()) == FILE_TYPE_DISK || Fail(kNotARegularFile, error));
 }
 
 std::uint64_t Join(DWORD high, DWORD low) noexcept {
@@ -91,19 +56,15 @@ bool PathExists(const std::string& path) noexcept {
         --length;
     }
     WIN32_FIND_DATAA found = {};
-    const HANDLE search = FindFirstFileExA(path.substr(0, length).c_str(), FindExInfoStandard, &found,
-                                           FindExSearchNameMatch, nullptr, 0);
-    if (search == INVALID_HANDLE_VALUE) {
-        return false;
-    }
-    FindClose(search);
-    return true;
+    return OwnedSearch(NullWhenInvalid(FindFirstFileExA(path.substr(0, length).c_str(), FindExInfoStandard,
+                                                        &found, FindExSearchNameMatch, nullptr, 0))) !=
+           nullptr;
 }
 
 bool IsSpecialFile(const std::string& path) noexcept {
-    const FileHandle file(path, FILE_READ_ATTRIBUTES, kShareAll, OPEN_EXISTING);
+    const OwnedHandle file = OpenShared(path, FILE_READ_ATTRIBUTES, OPEN_EXISTING);
     const DWORD attributes = GetFileAttributesA(path.c_str());
-    return (file.IsOpen() && GetFileType(file.Get()) != FILE_TYPE_DISK) ||
+    return (file && GetFileType(file.get()) != FILE_TYPE_DISK) ||
            (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0);
 }
 
@@ -123,10 +84,10 @@ bool SetFileAttributeBits(const std::string& path, std::uint32_t attributes,
 }
 
 bool GetFileStamp(const std::string& path, FileStamp& stamp, SystemErrorCode& error) noexcept {
-    const FileHandle file(path, FILE_READ_ATTRIBUTES, kShareAll, OPEN_EXISTING);
+    const OwnedHandle file = OpenShared(path, FILE_READ_ATTRIBUTES, OPEN_EXISTING);
     BY_HANDLE_FILE_INFORMATION information = {};
-    if (!file.IsOpen() || GetFileInformationByHandle(file.Get(), &information) == FALSE) {
-        return Fail(error);
+    if (!file || GetFileInformationByHandle(file.get(), &information) == FALSE) {
+        return Check(false, error);
     }
     stamp.device = information.dwVolumeSerialNumber;
     stamp.file = Join(information.nFileIndexHigh, information.nFileIndexLow);
@@ -135,11 +96,11 @@ bool GetFileStamp(const std::string& path, FileStamp& stamp, SystemErrorCode& er
         Join(information.ftLastWriteTime.dwHighDateTime, information.ftLastWriteTime.dwLowDateTime));
     stamp.changedNs = stamp.modifiedNs;
     FILE_BASIC_INFO times = {};
-    if (GetFileInformationByHandleEx(file.Get(), FileBasicInfo, &times, sizeof(times)) != FALSE &&
+    if (GetFileInformationByHandleEx(file.get(), FileBasicInfo, &times, sizeof(times)) != FALSE &&
         times.ChangeTime.QuadPart != 0) {
         stamp.changedNs = Nanoseconds(static_cast<std::uint64_t>(times.ChangeTime.QuadPart));
     }
-    return Succeed(error);
+    return Check(true, error);
 }
 
 std::int64_t FileClockNowNs() noexcept {
@@ -150,16 +111,12 @@ std::int64_t FileClockNowNs() noexcept {
 
 bool ReadWholeFile(const std::string& path, std::string& content, SystemErrorCode& error) {
     if (path.empty()) {
-        error = ERROR_ACCESS_DENIED;  // as the private-profile functions report it
-        return false;
+        return Fail(ERROR_ACCESS_DENIED, error);  // as the private-profile functions report it
     }
-    const FileHandle file(path, GENERIC_READ, kShareAll, OPEN_EXISTING);
+    const OwnedHandle file = OpenShared(path, GENERIC_READ, OPEN_EXISTING);
     LARGE_INTEGER size = {};
-    if (!CheckRegular(file, error)) {
+    if (!CheckRegular(file, error) || !Check(GetFileSizeEx(file.get(), &size) != FALSE, error)) {
         return false;
-    }
-    if (GetFileSizeEx(file.Get(), &size) == FALSE) {
-        return Fail(error);
     }
     // One byte more than the file has, so that its end shows without a further read; it may still be growing.
     content.resize(std::min(static_cast<std::size_t>(size.QuadPart), kMaxFileSize) + 1);
@@ -167,47 +124,34 @@ bool ReadWholeFile(const std::string& path, std::string& content, SystemErrorCod
     while (length <= kMaxFileSize) {
         const auto room = static_cast<DWORD>(content.size() - length);
         DWORD count = 0;
-        if (ReadFile(file.Get(), content.data() + length, room, &count, nullptr) == FALSE) {
-            return Fail(error);
+        if (ReadFile(file.get(), content.data() + length, room, &count, nullptr) == FALSE) {
+            return Check(false, error);
         }
         if (count == 0) {
             content.resize(length);
-            return Succeed(error);
+            return Check(true, error);
         }
         length += count;
         if (length == content.size()) {
             content.resize(std::min(2 * length, kMaxFileSize + 1));
         }
     }
-    error = kFileTooLarge;
-    return false;
+    return Fail(kFileTooLarge, error);
 }
 
 bool WriteWholeFile(const std::string& path, const std::string& content, SystemErrorCode& error) {
     if (path.empty()) {
-        error = ERROR_ACCESS_DENIED;
-        return false;
+        return Fail(ERROR_ACCESS_DENIED, error);
     }
     // Not CREATE_ALWAYS, which refuses a hidden file.
-    const FileHandle file(path, GENERIC_WRITE, kShareAll, OPEN_ALWAYS);
-    if (!CheckRegular(file, error)) {
-        return false;
-    }
-    std::size_t written = 0;
-    while (written < content.size()) {
-        const auto part = static_cast<DWORD>(std::min(content.size() - written, kMaxTransfer));
-        DWORD count = 0;
-        if (WriteFile(file.Get(), content.data() + written, part, &count, nullptr) == FALSE) {
-            return Fail(error);
-        }
-        written += count;
-    }
+    const OwnedHandle file = OpenShared(path, GENERIC_WRITE, OPEN_ALWAYS);
     // Cut last: nobody sees an empty file in between.
-    return Check(SetEndOfFile(file.Get()) != FALSE, error);
+    return CheckRegular(file, error) && WriteAll(file, content, error) &&
+           Check(SetEndOfFile(file.get()) != FALSE, error);
 }
 
 bool CanWriteFile(const std::string& path, SystemErrorCode& error) noexcept {
-    return Check(FileHandle(path, GENERIC_WRITE, kShareAll, OPEN_EXISTING).IsOpen(), error);
+    return Check(OpenShared(path, GENERIC_WRITE, OPEN_EXISTING) != nullptr, error);
 }
 
 bool GetSpecialFolder(int folderId, std::string& path) {

@@ -5,6 +5,8 @@
 #include <memory>
 #include <new>
 
+#include "platform/windows/OwnedHandle.h"
+
 namespace ZQAPI::platform {
 
 namespace {
@@ -30,21 +32,18 @@ DWORD WINAPI Run(void* parameter) {
 
 bool StartModuleThread(std::function<void()> body, SystemErrorCode& error) {
     auto start = std::make_unique<Start>(Start{std::move(body), nullptr});
-    if (GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS, reinterpret_cast<const char*>(&Run),
-                           &start->module) == FALSE) {
-        error = LastSystemError();
+    if (!Check(GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS, reinterpret_cast<const char*>(&Run),
+                                  &start->module) != FALSE,
+               error)) {
         return false;
     }
     const HMODULE module = start->module;
-    const HANDLE thread = CreateThread(nullptr, 0, &Run, start.get(), 0, nullptr);
-    if (thread == nullptr) {
-        error = LastSystemError();
+    const OwnedHandle thread(CreateThread(nullptr, 0, &Run, start.get(), 0, nullptr));
+    if (!Check(thread != nullptr, error)) {
         FreeLibrary(module);
         return false;
     }
     static_cast<void>(start.release());  // the thread's now
-    CloseHandle(thread);
-    error = 0;
     return true;
 }
 

@@ -32,7 +32,7 @@ public:
         if (error == WSAENOTSOCK || error == WSANOTINITIALISED) {
             m_socket = WSASocketW(AF_INET, SOCK_DGRAM, 0, nullptr, 0, WSA_FLAG_NO_HANDLE_INHERIT);
             if (m_socket == INVALID_SOCKET) {
-                error = LastSocketError();
+                error = LastSystemError();
                 return InterfaceListResult::kNoSocket;
             }
             error = Ask(list);
@@ -41,17 +41,13 @@ public:
     }
 
 private:
-    static SystemErrorCode LastSocketError() noexcept {
-        return static_cast<SystemErrorCode>(WSAGetLastError());
-    }
-
     SystemErrorCode Ask(std::vector<INTERFACE_INFO>& list) const {
         DWORD returned = 0;
         const int result =
             WSAIoctl(m_socket, SIO_GET_INTERFACE_LIST, nullptr, 0, list.data(),
                      static_cast<DWORD>(list.size() * sizeof(INTERFACE_INFO)), &returned, nullptr, nullptr);
         if (result != 0) {
-            return LastSocketError();
+            return LastSystemError();
         }
         list.resize(returned / sizeof(INTERFACE_INFO));
         return 0;

@@ -56,9 +56,7 @@ bool GetTrustedEnvironmentText(const char* name, std::string& value) {
 }
 
 bool SetEnvironmentText(const char* name, const std::string& value, SystemErrorCode& error) {
-    const bool done = SetEnvironmentVariableA(name, value.c_str()) != FALSE;
-    error = done ? 0 : LastSystemError();
-    return done;
+    return Check(SetEnvironmentVariableA(name, value.c_str()) != FALSE, error);
 }
 
 char SearchPathSeparator() noexcept {

@@ -15,8 +15,7 @@ HANDLE Handle(std::uintptr_t value) noexcept {
 }
 
 bool Result(BOOL succeeded, SystemErrorCode& error) noexcept {
-    error = succeeded != 0 ? 0 : LastSystemError();
-    return succeeded != 0;
+    return Check(succeeded != FALSE, error);
 }
 
 DWORD Milliseconds(std::chrono::milliseconds time) noexcept {
@@ -106,7 +105,7 @@ bool SerialPort::Open(const std::string& name, SystemErrorCode& error) {
     Close();
     const HANDLE handle =
         CreateFileA(name.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
-    if (!Result(handle != INVALID_HANDLE_VALUE ? 1 : 0, error)) {
+    if (!Check(handle != INVALID_HANDLE_VALUE, error)) {
         return false;
     }
     m_handle = reinterpret_cast<std::uintptr_t>(handle);

@@ -91,12 +91,12 @@ LibraryHandle LoadLibraryFile(const std::string& path, SystemErrorCode& error, s
     constexpr DWORD kOwnAndSystem =
         LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_APPLICATION_DIR | LOAD_LIBRARY_SEARCH_SYSTEM32;
     HMODULE library = LoadLibraryExW(full.c_str(), nullptr, kOwnAndSystem);
-    error = library != nullptr ? 0 : LastSystemError();
+    Check(library != nullptr, error);
     // Apart, so that nothing in PATH comes before the system's own.
     if (error == ERROR_MOD_NOT_FOUND && IsLibraryFileThere(path)) {
         const PathFolders folders;
         library = LoadLibraryExW(full.c_str(), nullptr, kOwnAndSystem | LOAD_LIBRARY_SEARCH_USER_DIRS);
-        error = library != nullptr ? 0 : LastSystemError();
+        Check(library != nullptr, error);
     }
     return library;
 }
@@ -114,7 +114,7 @@ void* FindSymbol(LibraryHandle library, const char* name, SystemErrorCode& error
         return nullptr;
     }
     const FARPROC symbol = GetProcAddress(static_cast<HMODULE>(library), name);
-    error = symbol != nullptr ? 0 : LastSystemError();
+    Check(symbol != nullptr, error);
     return reinterpret_cast<void*>(symbol);
 }
 

@@ -27,19 +27,10 @@ sockaddr* SystemAddress(Ipv4SocketAddress& address) {
     return reinterpret_cast<sockaddr*>(&address);
 }
 
-SystemErrorCode LastSocketError() noexcept {
-    return static_cast<SystemErrorCode>(WSAGetLastError());
-}
-
-bool Done(bool success, SystemErrorCode& error) noexcept {
-    error = success ? 0 : LastSocketError();
-    return success;
-}
-
 bool SetOption(std::uintptr_t handle, int option, std::int32_t value, SystemErrorCode& error) {
-    return Done(setsockopt(Socket(handle), SOL_SOCKET, option, reinterpret_cast<const char*>(&value),
-                           sizeof value) == 0,
-                error);
+    return Check(setsockopt(Socket(handle), SOL_SOCKET, option, reinterpret_cast<const char*>(&value),
+                            sizeof value) == 0,
+                 error);
 }
 
 timeval ToTimeval(std::chrono::microseconds time) {
@@ -51,7 +42,7 @@ timeval ToTimeval(std::chrono::microseconds time) {
 // no listener.
 bool Configure(SOCKET socket, SystemErrorCode& error) noexcept {
     u_long nonBlocking = 1;
-    if (!Done(ioctlsocket(socket, static_cast<long>(FIONBIO), &nonBlocking) == 0, error)) {
+    if (!Check(ioctlsocket(socket, static_cast<long>(FIONBIO), &nonBlocking) == 0, error)) {
         return false;
     }
     constexpr DWORD kUdpConnectionReset = 0x9800000C;  // SIO_UDP_CONNRESET
@@ -117,7 +108,7 @@ bool UdpSocket::Open(SystemErrorCode& error) noexcept {
     // A program that the application starts meanwhile must not get a copy, and the port with it.
     const SOCKET opened =
         WSASocketW(AF_INET, SOCK_DGRAM, 0, nullptr, 0, WSA_FLAG_OVERLAPPED | WSA_FLAG_NO_HANDLE_INHERIT);
-    if (!Done(opened != INVALID_SOCKET, error)) {
+    if (!Check(opened != INVALID_SOCKET, error)) {
         return false;
     }
     m_handle = static_cast<std::uintptr_t>(opened);
@@ -135,7 +126,7 @@ void UdpSocket::Close() noexcept {
 }
 
 bool UdpSocket::Bind(const Ipv4SocketAddress& address, SystemErrorCode& error) noexcept {
-    return Done(bind(Socket(m_handle), SystemAddress(address), sizeof address) == 0, error);
+    return Check(bind(Socket(m_handle), SystemAddress(address), sizeof address) == 0, error);
 }
 
 bool UdpSocket::EnableBroadcast(SystemErrorCode& error) noexcept {
@@ -151,9 +142,9 @@ std::optional<std::uint32_t> UdpSocket::SetReceiveBuffer(std::uint32_t bytes,
     std::int32_t granted = 0;
     int length = sizeof granted;
     if (!SetOption(m_handle, SO_RCVBUF, static_cast<std::int32_t>(bytes), error) ||
-        !Done(getsockopt(Socket(m_handle), SOL_SOCKET, SO_RCVBUF, reinterpret_cast<char*>(&granted),
-                         &length) == 0,
-              error)) {
+        !Check(getsockopt(Socket(m_handle), SOL_SOCKET, SO_RCVBUF, reinterpret_cast<char*>(&granted),
+                          &length) == 0,
+               error)) {
         return std::nullopt;
     }
     return static_cast<std::uint32_t>(granted);
@@ -161,7 +152,7 @@ std::optional<std::uint32_t> UdpSocket::SetReceiveBuffer(std::uint32_t bytes,
 
 bool UdpSocket::GetLocalAddress(Ipv4SocketAddress& address, SystemErrorCode& error) const noexcept {
     int length = sizeof address;
-    return Done(getsockname(Socket(m_handle), SystemAddress(address), &length) == 0, error);
+    return Check(getsockname(Socket(m_handle), SystemAddress(address), &length) == 0, error);
 }
 
 std::optional<std::size_t> UdpSocket::SendTo(const Ipv4SocketAddress& to, std::span<const std::byte> data,
@@ -175,7 +166,7 @@ std::optional<std::size_t> UdpSocket::SendTo(const Ipv4SocketAddress& to, std::s
         WSASetLastError(0);
         sent = sendto(Socket(m_handle), reinterpret_cast<const char*>(data.data()), size, 0,
                       SystemAddress(to), sizeof to);
-        Done(sent != SOCKET_ERROR, error);
+        Check(sent != SOCKET_ERROR, error);
     }
     return sent == SOCKET_ERROR ? std::nullopt : std::optional(static_cast<std::size_t>(sent));
 }
@@ -209,7 +200,7 @@ std::optional<std::size_t> UdpSocket::ReceiveFrom(std::span<std::byte> buffer, I
         error = 0;
         return buffer.size();
     }
-    if (!Done(received != SOCKET_ERROR, error)) {
+    if (!Check(received != SOCKET_ERROR, error)) {
         return std::nullopt;
     }
     return static_cast<std::size_t>(received);

@@ -62,3 +62,22 @@ private:
 };
 
 }  // namespace ZQAPI::standin
+
+// The library of that section in the file: g_library, and the four common functions of the names that begin with
+// `prefix`. `fill` as GetCameraInfo takes it.
+#define ZQ_WRAPPER_STANDIN(section, prefix, fill)                                \
+    static ZQAPI::standin::CZQWrapperStandIn g_library(section);                 \
+    extern "C" {                                                                 \
+    int32_t prefix##_Init(void) {                                                \
+        return g_library.Init(__func__);                                         \
+    }                                                                            \
+    int32_t prefix##_GetNofCameras(uint32_t* count) {                            \
+        return g_library.GetNofCameras(__func__, count);                         \
+    }                                                                            \
+    int32_t prefix##_GetCameraInfo(uint32_t index, prefix##_CAMERA_INFO* info) { \
+        return g_library.GetCameraInfo(__func__, index, info, fill);             \
+    }                                                                            \
+    int32_t prefix##_DeInit(void) {                                              \
+        return g_library.DeInit(__func__);                                       \
+    }                                                                            \
+    }

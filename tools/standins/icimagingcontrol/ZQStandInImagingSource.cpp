@@ -6,30 +6,11 @@ namespace {
 
 using namespace ZQAPI::standin;
 
-CZQWrapperStandIn g_library("icimagingcontrol");
+void Fill(CZQStandInFile& file, std::uint32_t index, ZQIC_CAMERA_INFO& info) {
+    file.CopyCameraText(index, "Model", info.model, sizeof info.model);
+    info.serialNumber = file.Number(file.Camera(index), "Serial", 0);
+}
 
 }  // namespace
 
-extern "C" {
-
-int32_t ZQIC_Init(void) {
-    return g_library.Init(__func__);
-}
-
-int32_t ZQIC_GetNofCameras(uint32_t* count) {
-    return g_library.GetNofCameras(__func__, count);
-}
-
-int32_t ZQIC_GetCameraInfo(uint32_t index, ZQIC_CAMERA_INFO* info) {
-    return g_library.GetCameraInfo(
-        __func__, index, info, [](CZQStandInFile& file, std::uint32_t camera, ZQIC_CAMERA_INFO& filled) {
-            file.CopyCameraText(camera, "Model", filled.model, sizeof filled.model);
-            filled.serialNumber = file.Number(file.Camera(camera), "Serial", 0);
-        });
-}
-
-int32_t ZQIC_DeInit(void) {
-    return g_library.DeInit(__func__);
-}
-
-}  // extern "C"
+ZQ_WRAPPER_STANDIN("icimagingcontrol", ZQIC, Fill)

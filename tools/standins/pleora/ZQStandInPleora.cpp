@@ -6,36 +6,21 @@ namespace {
 
 using namespace ZQAPI::standin;
 
-CZQWrapperStandIn g_library("pleora");
-
 std::string DeviceId(CZQStandInFile& file, const std::string& camera) {
     return file.CameraText(camera, "Model") + ":" + file.CameraText(camera, "Serial");
 }
 
+void Fill(CZQStandInFile& file, std::uint32_t index, ZQPLEORA_CAMERA_INFO& info) {
+    file.CopyCameraText(index, "Model", info.model, sizeof info.model);
+    file.CopyCameraText(index, "Serial", info.serialNumber, sizeof info.serialNumber);
+    file.CopyCameraText(index, "Address", info.ipAddress, sizeof info.ipAddress);
+}
+
 }  // namespace
 
+ZQ_WRAPPER_STANDIN("pleora", ZQPLEORA, Fill)
+
 extern "C" {
-
-int32_t ZQPLEORA_Init(void) {
-    return g_library.Init(__func__);
-}
-
-int32_t ZQPLEORA_GetNofCameras(uint32_t* count) {
-    return g_library.GetNofCameras(__func__, count);
-}
-
-int32_t ZQPLEORA_GetCameraInfo(uint32_t index, ZQPLEORA_CAMERA_INFO* info) {
-    return g_library.GetCameraInfo(
-        __func__, index, info, [](CZQStandInFile& file, std::uint32_t camera, ZQPLEORA_CAMERA_INFO& filled) {
-            file.CopyCameraText(camera, "Model", filled.model, sizeof filled.model);
-            file.CopyCameraText(camera, "Serial", filled.serialNumber, sizeof filled.serialNumber);
-            file.CopyCameraText(camera, "Address", filled.ipAddress, sizeof filled.ipAddress);
-        });
-}
-
-int32_t ZQPLEORA_DeInit(void) {
-    return g_library.DeInit(__func__);
-}
 
 int32_t ZQPLEORA_SetIpAddress(const char* deviceId, const char* ipAddress) {
     CZQStandInFile file(g_library.Library());

@@ -12,8 +12,6 @@ namespace {
 
 using namespace ZQAPI::standin;
 
-CZQWrapperStandIn g_library("usb2");
-
 std::uint16_t Register(CZQStandInFile& file, const std::string& camera, std::uint16_t address) {
     constexpr std::int32_t kErased = 0xFFFF;
     const auto serialNumber = static_cast<std::uint32_t>(file.Number(camera, "Serial", 0));
@@ -29,28 +27,15 @@ std::uint16_t Register(CZQStandInFile& file, const std::string& camera, std::uin
     }
 }
 
+void Fill(CZQStandInFile& file, std::uint32_t index, ZQUSB2_CAMERA_INFO& info) {
+    file.CopyCameraText(index, "Address", info.location, sizeof info.location);
+}
+
 }  // namespace
 
+ZQ_WRAPPER_STANDIN("usb2", ZQUSB2, Fill)
+
 extern "C" {
-
-int32_t ZQUSB2_Init(void) {
-    return g_library.Init(__func__);
-}
-
-int32_t ZQUSB2_GetNofCameras(uint32_t* count) {
-    return g_library.GetNofCameras(__func__, count);
-}
-
-int32_t ZQUSB2_GetCameraInfo(uint32_t index, ZQUSB2_CAMERA_INFO* info) {
-    return g_library.GetCameraInfo(
-        __func__, index, info, [](CZQStandInFile& file, std::uint32_t camera, ZQUSB2_CAMERA_INFO& filled) {
-            file.CopyCameraText(camera, "Address", filled.location, sizeof filled.location);
-        });
-}
-
-int32_t ZQUSB2_DeInit(void) {
-    return g_library.DeInit(__func__);
-}
 
 int32_t ZQUSB2_OpenCamera(uint32_t index, ZQUSB2_CAMERA* camera) {
     CZQStandInFile file(g_library.Library());

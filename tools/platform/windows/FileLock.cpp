@@ -1,28 +1,16 @@
-#include "platform/FileLock.h"
+#include "tools/platform/FileLock.h"
 
 #include <windows.h>
 
 #include <array>
 #include <cstdlib>
 
-#include "platform/SystemError.h"
+#include "platform/windows/OwnedHandle.h"
 
 namespace ZQAPI::platform {
 
 struct FileLock::State {
-    explicit State(const char* file) noexcept
-        : handle(::CreateFileA(file, GENERIC_READ | GENERIC_WRITE,
-                               FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_ALWAYS,
-                               FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT, nullptr)) {}
-    State(const State&) = delete;
-    State& operator=(const State&) = delete;
-    ~State() {
-        if (handle != INVALID_HANDLE_VALUE) {
-            ::CloseHandle(handle);
-        }
-    }
-
-    HANDLE handle;
+    OwnedHandle file;
 };
 
 namespace {
@@ -64,25 +52,27 @@ FileLock::FileLock() noexcept = default;
 FileLock::~FileLock() = default;
 
 FileLock::Outcome FileLock::TryToTake(const std::string& file, std::string& told) {
-    auto state = std::make_unique<State>(file.c_str());
-    if (state->handle == INVALID_HANDLE_VALUE) {
+    OwnedHandle opened(NullWhenInvalid(::CreateFileA(
+        file.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+        nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT, nullptr)));
+    if (!opened) {
         told = SystemErrorText(LastSystemError());
         return Outcome::kFailed;
     }
-    if (!IsOrdinary(state->handle)) {
+    if (!IsOrdinary(opened.get())) {
         told = "it is no ordinary file";
         return Outcome::kFailed;
     }
     OVERLAPPED place = LockedByte();
-    if (::LockFileEx(state->handle, LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &place) ==
+    if (::LockFileEx(opened.get(), LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &place) ==
         FALSE) {
         const SystemErrorCode error = LastSystemError();
         const bool isHeld = error == ERROR_LOCK_VIOLATION || error == ERROR_IO_PENDING;
-        told = isHeld ? HolderIn(state->handle) : SystemErrorText(error);
+        told = isHeld ? HolderIn(opened.get()) : SystemErrorText(error);
         return isHeld ? Outcome::kHeldByAnother : Outcome::kFailed;
     }
-    NameHolder(state->handle);
-    m_state = std::move(state);
+    NameHolder(opened.get());
+    m_state = std::make_unique<State>(std::move(opened));
     return Outcome::kTaken;
 }
 

@@ -1,4 +1,4 @@
-#include "platform/Terminal.h"
+#include "tools/platform/Terminal.h"
 
 #include <unistd.h>
 

@@ -3,7 +3,7 @@
 
 #include <chrono>
 #include <cstddef>
-#include <cstdint>
+#include <memory>
 #include <span>
 #include <string>
 #include <vector>
@@ -16,14 +16,14 @@ namespace ZQAPI::platform {
 // destructor: whoever has the port open then sees the line hung up. One thread at a time.
 class PseudoTerminal {
 public:
-    PseudoTerminal() = default;
-    ~PseudoTerminal() { Close(); }
+    PseudoTerminal();
+    ~PseudoTerminal();
     PseudoTerminal(const PseudoTerminal&) = delete;
     PseudoTerminal& operator=(const PseudoTerminal&) = delete;
 
     bool Open(SystemErrorCode& error);
     void Close() noexcept;
-    bool IsOpen() const noexcept { return m_device >= 0; }
+    bool IsOpen() const noexcept;
 
     // The file to open as the port.
     const std::string& PortPath() const noexcept { return m_portPath; }
@@ -37,8 +37,8 @@ public:
                         std::chrono::milliseconds timeout);
 
 private:
-    int m_device = -1;
-    int m_port = -1;  // kept open, so that the line stays up while nobody else has it open
+    struct State;
+    std::unique_ptr<State> m_state;
     std::string m_portPath;
 };
 

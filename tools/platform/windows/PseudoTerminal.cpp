@@ -1,4 +1,4 @@
-#include "platform/PseudoTerminal.h"
+#include "tools/platform/PseudoTerminal.h"
 
 #include <windows.h>
 
@@ -6,12 +6,20 @@
 
 namespace ZQAPI::platform {
 
+struct PseudoTerminal::State {};
+
+PseudoTerminal::PseudoTerminal() = default;
+PseudoTerminal::~PseudoTerminal() = default;
+
 bool PseudoTerminal::Open(SystemErrorCode& error) {
-    error = ERROR_NOT_SUPPORTED;
-    return false;
+    return Fail(ERROR_NOT_SUPPORTED, error);
 }
 
 void PseudoTerminal::Close() noexcept {}
+
+bool PseudoTerminal::IsOpen() const noexcept {
+    return false;
+}
 
 std::size_t PseudoTerminal::Write(std::span<const std::byte> /*data*/) noexcept {
     return 0;

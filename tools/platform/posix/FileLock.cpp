@@ -1,10 +1,8 @@
-#include "platform/FileLock.h"
+#include "tools/platform/FileLock.h"
 
-#include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
-#include <unistd.h>
 
 #include <array>
 #include <cerrno>
@@ -13,29 +11,12 @@
 #include <sstream>
 #include <string>
 
-#include "platform/SystemError.h"
+#include "platform/posix/Descriptor.h"
 
 namespace ZQAPI::platform {
 
 struct FileLock::State {
-    // Whoever may only read the file may lock it as well: another user can have made it.
-    explicit State(const char* file) noexcept
-        : descriptor(::open(file, kSafely | O_RDWR | O_CREAT, 0666)) {  // NOLINT(*-vararg)
-        if (descriptor < 0 && errno == EACCES) {
-            descriptor = ::open(file, kSafely | O_RDONLY);  // NOLINT(*-vararg)
-            errno = descriptor < 0 && errno == ENOENT ? EACCES : errno;
-        }
-    }
-    State(const State&) = delete;
-    State& operator=(const State&) = delete;
-    ~State() {
-        if (descriptor >= 0) {
-            ::close(descriptor);
-        }
-    }
-
-    static constexpr int kSafely = O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
-    int descriptor;
+    Descriptor file;
 };
 
 namespace {
@@ -65,6 +46,17 @@ std::string HolderOf(const struct stat& file) {
     return "another process";
 }
 
+// Whoever may only read the file may lock it as well: another user can have made it.
+Descriptor OpenSafely(const std::string& path) noexcept {
+    constexpr int kSafely = O_NOFOLLOW | O_NONBLOCK;
+    Descriptor file(path, kSafely | O_RDWR | O_CREAT);
+    if (!file.IsOpen() && errno == EACCES) {
+        file = Descriptor(path, kSafely | O_RDONLY);
+        errno = !file.IsOpen() && errno == ENOENT ? EACCES : errno;
+    }
+    return file;
+}
+
 // Nobody else's process finds a file that was deleted or replaced meanwhile.
 bool IsStillAt(const char* path, const struct stat& file) noexcept {
     struct stat found = {};
@@ -77,9 +69,9 @@ FileLock::FileLock() noexcept = default;
 FileLock::~FileLock() = default;
 
 FileLock::Outcome FileLock::TryToTake(const std::string& file, std::string& told) {
-    auto state = std::make_unique<State>(file.c_str());
+    Descriptor opened = OpenSafely(file);
     struct stat status = {};
-    if (state->descriptor < 0 || ::fstat(state->descriptor, &status) != 0) {
+    if (!opened.IsOpen() || ::fstat(opened.Get(), &status) != 0) {
         const SystemErrorCode error = LastSystemError();
         told = error == ELOOP || error == EISDIR || error == ENXIO ? kNoFile : SystemErrorText(error);
         return Outcome::kFailed;
@@ -88,7 +80,7 @@ FileLock::Outcome FileLock::TryToTake(const std::string& file, std::string& told
         told = kNoFile;
         return Outcome::kFailed;
     }
-    if (::flock(state->descriptor, LOCK_EX | LOCK_NB) != 0) {
+    if (::flock(opened.Get(), LOCK_EX | LOCK_NB) != 0) {
         const SystemErrorCode error = LastSystemError();
         const bool isHeld = error == EWOULDBLOCK || error == EINTR;
         told = isHeld ? HolderOf(status) : SystemErrorText(error);
@@ -98,7 +90,7 @@ FileLock::Outcome FileLock::TryToTake(const std::string& file, std::string& told
         told = "another process";
         return Outcome::kHeldByAnother;
     }
-    m_state = std::move(state);
+    m_state = std::make_unique<State>(std::move(opened));
     return Outcome::kTaken;
 }
 

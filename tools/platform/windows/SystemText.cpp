@@ -1,4 +1,4 @@
-#include "platform/SystemText.h"
+#include "tools/platform/SystemText.h"
 
 #include "platform/TextEncoding.h"
 

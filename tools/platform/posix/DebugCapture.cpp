@@ -1,4 +1,4 @@
-#include "platform/DebugCapture.h"
+#include "tools/platform/DebugCapture.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -13,34 +13,11 @@
 #include <vector>
 
 #include "platform/Process.h"
+#include "platform/posix/Descriptor.h"
 
 namespace ZQAPI::platform {
 
 namespace {
-
-// A file descriptor, closed by the destructor.
-class Descriptor {
-public:
-    explicit Descriptor(int number = -1) : m_number(number) {}
-    Descriptor(Descriptor&& other) noexcept : m_number(std::exchange(other.m_number, -1)) {}
-    Descriptor& operator=(Descriptor&& other) noexcept {
-        std::swap(m_number, other.m_number);
-        return *this;
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    ~Descriptor() {
-        if (m_number >= 0) {
-            ::close(m_number);
-        }
-    }
-
-    int Get() const noexcept { return m_number; }
-    int Release() noexcept { return std::exchange(m_number, -1); }
-
-private:
-    int m_number;
-};
 
 struct Pipe {
     Descriptor read;
@@ -147,7 +124,7 @@ struct DebugCapture::State {
 
 bool DebugCapture::State::Start() {
     Descriptor real(::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3));
-    if (real.Get() < 0 || !OpenMessagePipe(output) || !OpenPipe(stop) ||
+    if (!real.IsOpen() || !OpenMessagePipe(output) || !OpenPipe(stop) ||
         ::fcntl(output.read.Get(), F_SETFL, O_NONBLOCK) != 0) {
         return false;
     }
@@ -186,11 +163,7 @@ DebugCapture::~DebugCapture() = default;
 
 std::unique_ptr<DebugCapture> DebugCapture::Start(LineCallback onLine, SystemErrorCode& error) {
     auto state = std::make_unique<State>(std::move(onLine));
-    if (!SetEnvironmentText(kSwitch, "1", error)) {
-        return nullptr;
-    }
-    if (!state->Start()) {
-        error = LastSystemError();
+    if (!SetEnvironmentText(kSwitch, "1", error) || !Check(state->Start(), error)) {
         return nullptr;
     }
     return std::unique_ptr<DebugCapture>(new DebugCapture(std::move(state)));
