@@ -100,15 +100,8 @@ void CZQSerialLineScanner::SkipRest(CZQComBase& channel) const {
 CZQDeviceInfo CZQSerialLineScanner::Identify(const CZQString& line, std::uint32_t index) const {
     CZQTextCommandCamera camera(m_commandModule, line);
     CZQDeviceInfo device;
-    device.SetName(CZQString::Formatted("_%s.%u", m_names.scanner, index));
-    camera.ReadIdentity(device);
-    device.SetUsedScanner(m_names.scanner);
-    device.SetUsedAddress(line);
-    device.SetCCM(m_names.ccm);
-    device.SetCCMAddress(line);
-    ChooseIAM(device, line);
-    camera.ReadFirmwareVersion(device);
-    camera.Close();
+    camera.ReadRecord(device, line, [&] { ChooseIAM(device, line); });
+    SetFinder(device, m_names, std::to_string(index));
     return device;
 }
 
