@@ -1,7 +1,7 @@
-# zq_exports(<target> <file>.def): the library exports the names in the .def file, in the folder of the calling
+# zq_exports(<target> <file>.def): the library exports the names in the .def file, as a rule in the folder of the calling
 # CMakeLists.txt, and no others. Windows takes the file as it is; elsewhere it is turned into a linker version script.
 function(zq_exports target definition)
-  set(definition "${CMAKE_CURRENT_SOURCE_DIR}/${definition}")
+  cmake_path(ABSOLUTE_PATH definition)
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${definition}")
   if(WIN32)
     target_sources(${target} PRIVATE "${definition}")

@@ -46,6 +46,12 @@ public:
         SetText(m_record.FirmwareVersion, "FirmwareVersion", text);
     }
 
+    // Where the camera is reached: UsedAddress and CCMAddress.
+    void SetAddress(const CZQString& text) {
+        SetUsedAddress(text);
+        SetCCMAddress(text);
+    }
+
     // The identity, without a copy; it lives as long as the record is not changed.
     std::string_view DeviceIDView() const noexcept { return View(m_record.DeviceID); }
     std::string_view UsedScannerView() const noexcept { return View(m_record.UsedScanner); }

@@ -7,26 +7,34 @@
 
 namespace ZQAPI {
 
-// One product: the vendor's model key, the device type that names its camera configuration file, and the
-// description in its record.
+// What kind of camera it is, in its record: the device type also names its camera configuration file.
+struct SVendorProduct {
+    CZQString deviceType;
+    CZQString description;
+};
+
+// One product, with the vendor's model key.
 struct SModelRow {
     const char* key;
     const char* deviceType;
     const char* description;
+
+    operator SVendorProduct() const { return {deviceType, description}; }
 };
 
-// The rows of one scanner and how a model text is held against their keys. A constant.
+// How a model text is held against the keys.
+enum class EModelMatch {
+    kWhole,            // the model is the key
+    kContained,        // the key stands anywhere in the model
+    kContainedNoCase,  // the same, upper and lower case being alike
+};
+
+// The rows of one scanner that goes by models. A constant.
 class CZQModelTable {
 public:
-    enum class Match {
-        kWhole,            // the model is the key
-        kContained,        // the key stands anywhere in the model
-        kContainedNoCase,  // the same, upper and lower case being alike
-    };
-
     // `method` and `label` are for the error: the name under which the lookup reports itself, and the word
     // before the model in its text ("IDSDeviceType").
-    constexpr CZQModelTable(std::span<const SModelRow> rows, Match match, const char* method,
+    constexpr CZQModelTable(std::span<const SModelRow> rows, EModelMatch match, const char* method,
                             const char* label)
         : m_rows(rows), m_match(match), m_method(method), m_label(label) {}
 
@@ -35,23 +43,13 @@ public:
     // The same; no row: ZQ_ERR_UNKNOWN_MODEL, "<label>=%s" with the model, logged as well.
     const SModelRow& Get(const CZQString& model) const;
 
-    std::span<const SModelRow> Rows() const noexcept { return m_rows; }
-
 private:
     bool Fits(const SModelRow& row, const CZQString& model) const;
 
     std::span<const SModelRow> m_rows;
-    Match m_match;
+    EModelMatch m_match;
     const char* m_method;
     const char* m_label;
 };
-
-// The product data, one table for each scanner that goes by models.
-extern const CZQModelTable kBoFXModels;
-extern const CZQModelTable kImagingSourceModels;
-extern const CZQModelTable kUEyeModels;
-extern const CZQModelTable kFlyCapture2Models;
-extern const CZQModelTable kGigEModels;
-extern const CZQModelTable kMatrixVisionModels;
 
 }  // namespace ZQAPI

@@ -1,8 +1,6 @@
 #include "scanners/ZQPleoraAddressChange.h"
 
-#include "devices/ZQSdkPaths.h"
-#include "scanners/ZQVendorScanner.h"
-#include "vendors/ZQPleoraAdapter.h"
+#include "scanners/ZQScanIFPleoraIport.h"
 
 namespace ZQAPI {
 
@@ -14,8 +12,8 @@ bool IsThere(CZQPleora& library, const CZQString& deviceId) {
     const std::uint32_t count = library.GetNofCameras();
     for (std::uint32_t i = 0; i < count; ++i) {
         try {
-            const SPleoraCamera camera = library.GetCamera(i);
-            if (!camera.serialNumber.IsEmpty() && camera.model + ":" + camera.serialNumber == deviceId) {
+            const SVendorIdentity identity = SPleoraScanner::Identify(library.GetCamera(i));
+            if (!identity.serialNumber.IsEmpty() && identity.GetDeviceID() == deviceId) {
                 return true;
             }
         } catch (...) {

@@ -1,8 +1,5 @@
 #include "scanners/ZQScanAdimecCL.h"
 
-#include "camera_link/ZQAdimecCameraControl.h"
-#include "camera_link/ZQCLSerial.h"
-#include "devices/ZQSdkPaths.h"
 #include "foundation/ZQSystem.h"
 #include "scanners/ZQCameraText.h"
 
@@ -10,70 +7,48 @@ namespace ZQAPI {
 
 namespace {
 
-constexpr SScannerNames kNames = ZQ_SCANNER_NAMES(ADIMEC_CL, "CZQScanAdimecCL");
-
 constexpr const char* kDeviceType = "Q-12A65";
 constexpr const char* kVersionSuffix = "-V30";
-constexpr const char* kDescription = "Valdremonix Q-12A65 camera";
-
-// The first port only, on purpose, whatever the library counts.
-constexpr std::uint32_t kNofPorts = 1;
-
-CZQString KitLibraryPath() {
-    const CZQString separator = PathSeparator();
-    return GetBinPath() + "3dParty" + separator + "Euresys" + separator + "clseremc_x64.dll";
-}
-
-// The ports of a Camera Link library, each with a camera or without.
-class CPorts : public CZQICameraSource<SAdimecCamera> {
-public:
-    explicit CPorts(const CZQString& libraryPath) : m_serial(libraryPath) {}
-
-    std::uint32_t GetNofCameras() override {
-        m_serial.GetNofSerialPorts();
-        return kNofPorts;
-    }
-    SAdimecCamera GetCamera(std::uint32_t port) override {
-        m_camera.Open(port);
-        SAdimecCamera answers;
-        answers.port = port;
-        answers.id = m_camera.GetID();
-        answers.serialNumber = m_camera.GetSerialNumber();
-        answers.firmwareVersion = m_camera.GetFirmwareVersion();
-        try {
-            m_camera.Close();
-        } catch (CZQException& exception) {
-            // The camera is known by now, and of a library whose close function has no result
-            // this says nothing.
-            ReportRecovered(exception, ZQ_HERE("CZQScanAdimecCL::Probe"));
-        }
-        return answers;
-    }
-
-private:
-    CZQCLSerial m_serial;
-    CZQAdimecCameraControl m_camera{m_serial};
-};
-
-SVendorIdentity Identify(const SAdimecCamera& camera) {
-    return {CZQScanAdimecCL::GetZQDeviceType(camera.id), camera.serialNumber,
-            CZQString::Formatted("%u", camera.port), camera.firmwareVersion};
-}
-
-SVendorProduct ProductOf(const SAdimecCamera& camera) {
-    return {CZQScanAdimecCL::GetZQDeviceType(camera.id), kDescription};
-}
 
 }  // namespace
 
-CZQScanAdimecCL::CZQScanAdimecCL(const CZQString& /*apiIniPath*/, const CZQString& /*section*/)
-    : CZQScanAdimecCL(KitLibraryPath()) {}
+std::uint32_t CZQAdimecPorts::GetNofCameras() {
+    m_serial.GetNofSerialPorts();
+    return 1;
+}
 
-CZQScanAdimecCL::CZQScanAdimecCL(CZQString libraryPath)
-    : CZQVendorScanner({kNames, [path = std::move(libraryPath)] { return std::make_unique<CPorts>(path); },
-                        Identify, ProductOf, OnCameraFailure::kSkip, ZQ_ERR_BAD_VALUE}) {}
+SAdimecCamera CZQAdimecPorts::GetCamera(std::uint32_t port) {
+    m_camera.Open(port);
+    SAdimecCamera answers;
+    answers.port = port;
+    answers.id = m_camera.GetID();
+    answers.serialNumber = m_camera.GetSerialNumber();
+    answers.firmwareVersion = m_camera.GetFirmwareVersion();
+    try {
+        m_camera.Close();
+    } catch (CZQException& exception) {
+        // The camera is known by now, and of a library whose close function has no result this says nothing.
+        ReportRecovered(exception, ZQ_HERE("CZQScanAdimecCL::Probe"));
+    }
+    return answers;
+}
 
-CZQString CZQScanAdimecCL::GetZQDeviceType(const CZQString& id) {
+std::unique_ptr<CZQAdimecPorts> SAdimecScanner::MakeSource() {
+    const CZQString separator = PathSeparator();
+    return std::make_unique<Source>(GetBinPath() + "3dParty" + separator + "Euresys" + separator +
+                                    "clseremc_x64.dll");
+}
+
+SVendorIdentity SAdimecScanner::Identify(const Camera& camera) {
+    return {GetZQDeviceType(camera.id), camera.serialNumber, std::to_string(camera.port),
+            camera.firmwareVersion};
+}
+
+SVendorProduct SAdimecScanner::ProductOf(const Camera& camera) {
+    return {GetZQDeviceType(camera.id), "Valdremonix Q-12A65 camera"};
+}
+
+CZQString SAdimecScanner::GetZQDeviceType(const CZQString& id) {
     if (!id.Contains(kDeviceType)) {
         ZQ_THROW("CZQScanAdimecCL::GetZQDeviceType", ZQ_ERR_UNKNOWN_MODEL, "DeviceType=%s",
                  ShownText(id).c_str());

@@ -5,12 +5,19 @@
 
 namespace ZQAPI {
 
-// Finds the MATRIX VISION cameras.
-class CZQScanIFMatrixVision : public CZQVendorScanner<SMvCamera> {
-public:
-    // Has no settings.
-    CZQScanIFMatrixVision(const CZQString& apiIniPath, const CZQString& section);
-    explicit CZQScanIFMatrixVision(MakeSource makeSource);
+struct SMvDeviceManagerScanner : SVendorScannerTraits<CZQMvDeviceManager> {
+    static constexpr SScannerNames kNames = ZQ_SCANNER_NAMES(MV, "CZQScanIFMatrixVision");
+    static constexpr SModelRow kProducts[] = {{"Valdremonix MV-12", "ZQMV-12", "Valdremonix MV 1.2 camera"}};
+    static constexpr CZQModelTable kModels{kProducts, EModelMatch::kContained,
+                                           "CZQScanIFMatrixVision::FindMVDeviceType", "MVDeviceType"};
+
+    static SVendorIdentity Identify(const Camera& camera) {
+        return {camera.product, camera.serialNumber, camera.serialNumber};
+    }
+    static SVendorProduct ProductOf(const Camera& camera) { return kModels.Get(camera.product); }
 };
+
+// Finds the MATRIX VISION cameras.
+using CZQScanIFMatrixVision = CZQVendorScannerOf<SMvDeviceManagerScanner>;
 
 }  // namespace ZQAPI

@@ -76,15 +76,8 @@ bool IsCameraOn(const SSerialLineKind& kind, const CZQString& line) {
 CZQDeviceInfo Identify(const SSerialLineKind& kind, const CZQString& line, std::uint32_t index) {
     CZQTextCommandCamera camera(kind.commandModule, line);
     CZQDeviceInfo device;
-    device.SetName(CZQString::Formatted("_%s.%u", kind.names.scanner, index));
-    camera.ReadIdentity(device);
-    device.SetUsedScanner(kind.names.scanner);
-    device.SetUsedAddress(line);
-    device.SetCCM(kind.names.ccm);
-    device.SetCCMAddress(line);
-    kind.chooseIAM(device, line);
-    camera.ReadFirmwareVersion(device);
-    camera.Close();
+    camera.ReadRecord(device, line, [&] { kind.chooseIAM(device, line); });
+    SetFinder(device, kind.names, std::to_string(index));
     return device;
 }
 

@@ -31,8 +31,13 @@ void CZQTextCommandCamera::ReadIdentity(CZQDeviceInfo& device) {
     device.SetDeviceDesc(DescriptionText(Ask("SYST:ID?\n")));
 }
 
-void CZQTextCommandCamera::ReadFirmwareVersion(CZQDeviceInfo& device) {
+void CZQTextCommandCamera::ReadRecord(CZQDeviceInfo& device, const CZQString& address,
+                                      const std::function<void()>& chooseIAM) {
+    ReadIdentity(device);
+    device.SetAddress(address);
+    chooseIAM();
     device.SetFirmwareVersion(FirmwareVersionText(Ask("SYST:VERS?\n")));
+    m_ccm.CloseCCM();
 }
 
 }  // namespace ZQAPI

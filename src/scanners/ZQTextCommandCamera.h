@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <functional>
 
 #include "communication/ZQCCM.h"
 #include "devices/ZQDeviceInfo.h"
@@ -21,11 +22,10 @@ public:
     // are CZQCCM's.
     void Open(const CZQString& moduleName, const CZQString& commandAddress);
 
-    // Asks for type, serial number and description and fills DeviceTypeByName, DeviceID ("type:serial") and
-    // DeviceDesc. See ZQCameraText.h for what becomes of texts that can't be kept.
-    void ReadIdentity(CZQDeviceInfo& device);
-    void ReadFirmwareVersion(CZQDeviceInfo& device);
-    void Close() { m_ccm.CloseCCM(); }
+    // Fills what the camera itself knows: DeviceTypeByName, DeviceID ("type:serial"), DeviceDesc and FirmwareVersion
+    // from its answers, and the address given. `chooseIAM` sets IAM and IAMAddress as soon as the type is known.
+    // Closes the connection. See ZQCameraText.h for what becomes of texts that can't be kept.
+    void ReadRecord(CZQDeviceInfo& device, const CZQString& address, const std::function<void()>& chooseIAM);
 
     // For good: a command under way ends with ZQ_ERR_COM_ABORTED, and so does whatever follows.
     void Abort() noexcept { m_ccm.Abort(); }
@@ -35,6 +35,7 @@ public:
 private:
     // The answer without its line feeds.
     CZQString Ask(const char* command);
+    void ReadIdentity(CZQDeviceInfo& device);
     // An answer that the camera is known by; see IdentityText.
     CZQString AskIdentity(const char* command);
 

@@ -130,17 +130,8 @@ CZQUdpCamera::EEnd CZQUdpCamera::Identify(CZQTextCommandCamera& camera) {
 
 void CZQUdpCamera::ReadDevice(CZQTextCommandCamera& camera, CZQDeviceInfo& device) {
     camera.Open("ZQCCMUdpAPI.dll", CommandAddress(m_answer));
-    camera.ReadIdentity(device);
-    device.SetUsedScanner(kNames.scanner);
-    device.SetUsedAddress(m_answer.ipAddress);
-    device.SetCCM(kNames.ccm);
-    device.SetCCMAddress(m_answer.ipAddress);
-    m_imagePaths->Choose(device, m_answer.ipAddress);
-    camera.ReadFirmwareVersion(device);
-    // A name to go by until the list gives it its own.
-    const CZQString name = CZQString::Formatted("_%s.%s", kNames.scanner, device.GetDeviceID().c_str());
-    device.SetName(name.view().substr(0, CZQDeviceInfo::kMaxTextLength));
-    camera.Close();
+    camera.ReadRecord(device, m_answer.ipAddress, [&] { m_imagePaths->Choose(device, m_answer.ipAddress); });
+    SetFinder(device, kNames, device.GetDeviceID());
 }
 
 // To be called while the exception is handled.

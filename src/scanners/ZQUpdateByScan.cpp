@@ -12,8 +12,7 @@ void UpdateByScan(CZQScanIFBase& scanner, CZQDeviceInfo& device, const SSourceLo
         throw DeviceGone(here, device);
     }
     const CZQDeviceInfo now = list.GetDevice(static_cast<std::uint32_t>(index));
-    device.SetUsedAddress(now.GetUsedAddress());
-    device.SetCCMAddress(now.GetCCMAddress());
+    device.SetAddress(now.GetUsedAddress());
     if (device.GetIAM() == ZQDEV_IAM_ZQ_UDP || device.GetIAM() == ZQDEV_IAM_ZQ_TCPIP) {
         device.SetIAMAddress(now.GetIAMAddress());
     }

@@ -42,20 +42,17 @@ SVendorIdentity FitForRecord(SVendorIdentity identity, std::int32_t badTextError
 CZQDeviceInfo MakeVendorRecord(const SScannerNames& names, std::uint32_t index,
                                const SVendorIdentity& identity, const SVendorProduct& product) {
     CZQDeviceInfo device;
-    device.SetName(CZQString::Formatted("_%s.%u", names.scanner, index));
+    SetFinder(device, names, std::to_string(index));
     device.SetDeviceID(identity.GetDeviceID());
     device.SetDeviceTypeByName(product.deviceType);
     device.SetDeviceDesc(product.description);
-    device.SetUsedScanner(names.scanner);
-    device.SetCCM(names.ccm);
     device.SetIAM(names.iam);
     SetVendorLocation(device, identity);
     return device;
 }
 
 void SetVendorLocation(CZQDeviceInfo& device, const SVendorIdentity& identity) {
-    device.SetUsedAddress(identity.address);
-    device.SetCCMAddress(identity.address);
+    device.SetAddress(identity.address);
     device.SetIAMAddress(identity.address);
     device.SetFirmwareVersion(identity.firmwareVersion);
 }

@@ -4,10 +4,12 @@
 
 #include <functional>
 #include <memory>
-#include <optional>
+#include <string>
 
 #include "devices/ZQScanIFBase.h"
+#include "devices/ZQSdkPaths.h"
 #include "foundation/ZQException.h"
+#include "scanners/ZQModelTable.h"
 #include "scanners/ZQScannerErrors.h"
 #include "scanners/ZQScannerNames.h"
 #include "vendors/ZQICameraSource.h"
@@ -24,12 +26,6 @@ struct SVendorIdentity {
     CZQString hardwareAddress = {};  // where it is known; for messages
 
     CZQString GetDeviceID() const { return kind + ":" + serialNumber; }
-};
-
-// What kind of camera it is.
-struct SVendorProduct {
-    CZQString deviceType;
-    CZQString description;
 };
 
 // Whether a camera that can't be read, or is none of the maker's, ends the search. One with a text that a
@@ -156,6 +152,37 @@ private:
 
     // Shared with an update that is not waited for any more.
     const std::shared_ptr<const Kind> m_kind;
+};
+
+// What one scanner is made of, to derive from: the scanner adds kNames, kProducts, Identify and ProductOf.
+template <class CameraSource>
+struct SVendorScannerTraits {
+    using Source = CameraSource;
+    using Camera = typename Source::Camera;
+
+    static constexpr OnCameraFailure kOnCameraFailure = OnCameraFailure::kEnd;
+    static constexpr std::int32_t kBadTextError = ZQ_ERR_VENDOR_LIBRARY;
+    static std::unique_ptr<Source> MakeSource() { return std::make_unique<Source>(GetBinPath()); }
+};
+
+// The scanner with these traits.
+template <class Traits>
+class CZQVendorScannerOf : public CZQVendorScanner<typename Traits::Camera> {
+    using Base = CZQVendorScanner<typename Traits::Camera>;
+
+public:
+    // Has no settings.
+    CZQVendorScannerOf(const CZQString& /*apiIniPath*/, const CZQString& /*section*/)
+        : CZQVendorScannerOf(typename Base::MakeSource(Traits::MakeSource)) {}
+    // With another library: `place` is what the source is made with, as a rule the library's folder.
+    explicit CZQVendorScannerOf(const CZQString& place)
+        : CZQVendorScannerOf(typename Base::MakeSource(
+              [place] { return std::make_unique<typename Traits::Source>(place); })) {}
+
+private:
+    explicit CZQVendorScannerOf(typename Base::MakeSource makeSource)
+        : Base({Traits::kNames, std::move(makeSource), Traits::Identify, Traits::ProductOf,
+                Traits::kOnCameraFailure, Traits::kBadTextError}) {}
 };
 
 }  // namespace ZQAPI

@@ -60,7 +60,6 @@ public:
 
     using CZQVendorLibrary::Call;
     using CZQVendorLibrary::CheckCount;
-    using CZQVendorLibrary::FieldText;
     using CZQVendorLibrary::Release;
 
 private:

@@ -35,7 +35,7 @@ private:
 CZQString CZQGigECamera::Text(const ReadText& read, std::uint32_t size) const {
     std::vector<char> text(size);
     CZQGigE::Call(ZQ_HERE("CZQGigECamera::Text"), read, m_camera, text.data(), size);
-    return CZQGigE::FieldText(text);
+    return FieldText(text);
 }
 
 CZQString CZQGigECamera::GetModelName() const {

@@ -10,6 +10,8 @@ namespace ZQAPI {
 template <class Info>
 class CZQICameraSource {
 public:
+    using Camera = Info;
+
     CZQICameraSource() = default;
     CZQICameraSource(const CZQICameraSource&) = delete;
     CZQICameraSource& operator=(const CZQICameraSource&) = delete;

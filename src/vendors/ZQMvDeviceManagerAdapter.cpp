@@ -41,7 +41,7 @@ std::uint32_t CZQMvDeviceManager::GetNofCameras() {
     return CheckCount(ZQ_HERE("CZQMvDeviceManager::GetNofCameras"), m_getDeviceCount, count);
 }
 
-SMvCamera CZQMvDeviceManager::GetCamera(std::uint32_t index) {
+SMvDeviceManagerCamera CZQMvDeviceManager::GetCamera(std::uint32_t index) {
     std::int32_t device = 0;
     Call(ZQ_HERE("CZQMvDeviceManager::GetCamera"), m_getDevice, &device, kSearchBySerialNumber, kEvery, index,
          kWildcard);

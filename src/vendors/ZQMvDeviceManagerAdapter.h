@@ -5,14 +5,14 @@
 
 namespace ZQAPI {
 
-struct SMvCamera {
+struct SMvDeviceManagerCamera {
     CZQString product;
     CZQString serialNumber;
 };
 
 // The MATRIX VISION device manager, initialised while the object lives. The library has one state for the
 // whole process. Bound to one thread.
-class CZQMvDeviceManager : public CZQVendorLibrary, public CZQICameraSource<SMvCamera> {
+class CZQMvDeviceManager : public CZQVendorLibrary, public CZQICameraSource<SMvDeviceManagerCamera> {
 public:
     // `folder` is where the library is looked for first.
     explicit CZQMvDeviceManager(const CZQString& folder);
@@ -21,7 +21,7 @@ public:
     ~CZQMvDeviceManager() override;
 
     std::uint32_t GetNofCameras() override;
-    SMvCamera GetCamera(std::uint32_t index) override;
+    SMvDeviceManagerCamera GetCamera(std::uint32_t index) override;
 
 private:
     std::size_t GetInfoSize(std::int32_t device);

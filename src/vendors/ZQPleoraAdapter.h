@@ -2,27 +2,21 @@
 
 #include <ZQAPI/vendors/ZQPleora.h>
 
-#include "vendors/ZQICameraSource.h"
 #include "vendors/ZQWrapperLibrary.h"
 
 namespace ZQAPI {
 
-struct SPleoraCamera {
-    CZQString model;
-    CZQString serialNumber;
-    CZQString ipAddress;
-};
+ZQ_WRAPPER_LIBRARY(SPleoraLibrary, ZQPLEORA, "ZQPleoraEbusVisionCore_x64.v2.0.dll");
 
 // The wrapper over the Pleora library. Bound to one thread.
-class CZQPleora : public CZQWrapperLibrary, public CZQICameraSource<SPleoraCamera> {
+class CZQPleora : public CZQWrapperCameras<SPleoraLibrary> {
 public:
-    // `folder` is where the library is looked for first.
-    explicit CZQPleora(const CZQString& folder);
+    explicit CZQPleora(const CZQString& folder) : CZQWrapperCameras(folder) { GetProcAddresses(); }
 
-    std::uint32_t GetNofCameras() override { return CountCameras(); }
-    SPleoraCamera GetCamera(std::uint32_t index) override;
     // A dotted IPv4 text for the camera of this identifier.
-    void SetIpAddress(const CZQString& deviceId, const CZQString& ipAddress);
+    void SetIpAddress(const CZQString& deviceId, const CZQString& ipAddress) {
+        Call(ZQ_HERE("CZQPleora::SetIpAddress"), m_setIpAddress, deviceId.c_str(), ipAddress.c_str());
+    }
 
 private:
     CZQEntryPoint<decltype(ZQPLEORA_SetIpAddress)> m_setIpAddress{*this, "ZQPLEORA_SetIpAddress"};

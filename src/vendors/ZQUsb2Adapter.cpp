@@ -1,7 +1,5 @@
 #include "vendors/ZQUsb2Adapter.h"
 
-#include "vendors/ZQSpiRegisters.h"
-
 namespace ZQAPI {
 
 // A camera that is open while the object lives.
@@ -26,18 +24,17 @@ private:
     ZQUSB2_CAMERA m_camera = nullptr;
 };
 
-CZQUsb2::CZQUsb2(const CZQString& folder)
-    : CZQWrapperLibrary(folder, "ZQUSB2Core_x64.v2.0.dll",
-                        {"ZQUSB2_Init", "ZQUSB2_GetNofCameras", "ZQUSB2_GetCameraInfo", "ZQUSB2_DeInit"}) {
+CZQUsb2::CZQUsb2(const CZQString& folder) : CZQWrapperLibrary(folder, SUsb2Library::kNames) {
     GetProcAddresses();
 }
 
 SUsb2Camera CZQUsb2::GetCamera(std::uint32_t index) {
     const auto info = ReadCameraInfo<ZQUSB2_CAMERA_INFO>(index);
     const COpenCamera camera(*this, index);
-    const CZQSpiRegisters registers(
-        [&camera](std::uint16_t address) { return camera.ReadSpiRegister(address); });
-    return {registers.GetType(), registers.GetSerialNumber(), FieldText(info.location)};
+    const std::uint16_t type = camera.ReadSpiRegister(ZQUSB2_REG_TYPE);
+    const std::uint32_t high = camera.ReadSpiRegister(ZQUSB2_REG_SERIAL_NUMBER_HIGH);
+    const std::uint32_t low = camera.ReadSpiRegister(ZQUSB2_REG_SERIAL_NUMBER_LOW);
+    return {type, high << 16U | low, FieldText(info.location)};
 }
 
 }  // namespace ZQAPI

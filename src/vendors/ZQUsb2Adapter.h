@@ -2,10 +2,11 @@
 
 #include <ZQAPI/vendors/ZQUsb2.h>
 
-#include "vendors/ZQICameraSource.h"
 #include "vendors/ZQWrapperLibrary.h"
 
 namespace ZQAPI {
+
+ZQ_WRAPPER_LIBRARY(SUsb2Library, ZQUSB2, "ZQUSB2Core_x64.v2.0.dll");
 
 struct SUsb2Camera {
     std::uint16_t type = 0;  // ZQUSB2_TYPE_...
@@ -16,7 +17,6 @@ struct SUsb2Camera {
 // The library of the USB 2 cameras. Bound to one thread.
 class CZQUsb2 : public CZQWrapperLibrary, public CZQICameraSource<SUsb2Camera> {
 public:
-    // `folder` is where the library is looked for first.
     explicit CZQUsb2(const CZQString& folder);
 
     std::uint32_t GetNofCameras() override { return CountCameras(); }

@@ -9,6 +9,10 @@
 
 namespace ZQAPI {
 
+CZQString FieldText(std::span<const char> field) {
+    return CZQString(std::string(field.begin(), std::find(field.begin(), field.end(), '\0'))).Trim(" ");
+}
+
 void CZQVendorLibrary::OpenFirst(const CZQString& folder, std::initializer_list<const char*> fileNames) {
     std::vector<CZQString> libraryNames;
     for (const char* const fileName : fileNames) {
@@ -39,10 +43,6 @@ std::uint32_t CZQVendorLibrary::CheckCount(const SSourceLocation& here, const CZ
                            static_cast<unsigned long>(count));
     }
     return count;
-}
-
-CZQString CZQVendorLibrary::FieldText(std::span<const char> field) {
-    return CZQString(std::string(field.begin(), std::find(field.begin(), field.end(), '\0'))).Trim(" ");
 }
 
 }  // namespace ZQAPI

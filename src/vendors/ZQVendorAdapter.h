@@ -9,6 +9,9 @@
 
 namespace ZQAPI {
 
+// The text in a field of fixed size, with or without a NUL, without blanks at its ends. It may hold anything.
+CZQString FieldText(std::span<const char> field);
+
 // A camera vendor's library: base of the adapters. Bound to one thread.
 class CZQVendorLibrary : public CZQDynamicDLL {
 protected:
@@ -35,10 +38,6 @@ protected:
     // For counts: one above ZQVENDOR_MAX_CAMERAS is ZQ_ERR_VENDOR_LIBRARY, "Function=%s; NofCameras=%lu".
     static std::uint32_t CheckCount(const SSourceLocation& here, const CZQNamedEntryPoint& function,
                                     std::uint32_t count);
-
-    // The text in a field of fixed size, with or without a NUL, without blanks at its ends. It
-    // may hold anything.
-    static CZQString FieldText(std::span<const char> field);
 
 private:
     static void CheckRelease(const CZQNamedEntryPoint& function, std::int32_t status) noexcept;

@@ -2,13 +2,12 @@
 
 namespace ZQAPI {
 
-CZQWrapperLibrary::CZQWrapperLibrary(const CZQString& folder, const char* fileName,
-                                     const SWrapperFunctions& functions)
-    : m_init(*this, functions.init),
-      m_getNofCameras(*this, functions.getNofCameras),
-      m_getCameraInfo(*this, functions.getCameraInfo),
-      m_deInit(*this, functions.deInit) {
-    OpenFirst(folder, {fileName});
+CZQWrapperLibrary::CZQWrapperLibrary(const CZQString& folder, const SWrapperNames& names)
+    : m_init(*this, names.init),
+      m_getNofCameras(*this, names.getNofCameras),
+      m_getCameraInfo(*this, names.getCameraInfo),
+      m_deInit(*this, names.deInit) {
+    OpenFirst(folder, {names.file});
     Call(ZQ_HERE("CZQWrapperLibrary::CZQWrapperLibrary"), m_init);
 }
 

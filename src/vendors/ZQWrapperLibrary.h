@@ -3,20 +3,31 @@
 #include <cstring>
 #include <type_traits>
 
+#include "vendors/ZQICameraSource.h"
 #include "vendors/ZQVendorAdapter.h"
 
 namespace ZQAPI {
 
-// The four functions that a wrapper library of the kit begins with, by name.
-struct SWrapperFunctions {
+// A wrapper library's file and the four functions that it begins with, by name.
+struct SWrapperNames {
+    const char* file;
     const char* init;
     const char* getNofCameras;
     const char* getCameraInfo;
     const char* deInit;
 };
 
+// ZQ_WRAPPER_LIBRARY(STaviLibrary, ZQTAVI, "ZQTaviCore_64.v2.0.dll"): the library with this prefix in its header.
+#define ZQ_WRAPPER_LIBRARY(structName, prefix, fileName)                                                \
+    struct structName {                                                                                 \
+        using Record = prefix##_CAMERA_INFO;                                                            \
+        static constexpr ::ZQAPI::SWrapperNames kNames = {fileName, #prefix "_Init",                    \
+                                                          #prefix "_GetNofCameras",                     \
+                                                          #prefix "_GetCameraInfo", #prefix "_DeInit"}; \
+    }
+
 // One of the kit's wrapper libraries (see ZQAPI/vendors/ZQVendorLibrary.h): initialised while the object
-// lives. Base of their adapters. Bound to one thread.
+// lives. Bound to one thread.
 class CZQWrapperLibrary : public CZQVendorLibrary {
 public:
     CZQWrapperLibrary(const CZQWrapperLibrary&) = delete;
@@ -24,7 +35,8 @@ public:
     ~CZQWrapperLibrary() override;
 
 protected:
-    CZQWrapperLibrary(const CZQString& folder, const char* fileName, const SWrapperFunctions& functions);
+    // `folder` is where the library is looked for first.
+    CZQWrapperLibrary(const CZQString& folder, const SWrapperNames& names);
 
     std::uint32_t CountCameras();
 
@@ -49,6 +61,18 @@ private:
     CZQEntryPoint<std::int32_t(std::uint32_t* count)> m_getNofCameras;
     CZQEntryPoint<std::int32_t(std::uint32_t index, void* record)> m_getCameraInfo;
     CZQEntryPoint<std::int32_t()> m_deInit;
+};
+
+// The cameras of a wrapper library, a ZQ_WRAPPER_LIBRARY, that its records tell all about. Bound to one thread.
+template <class Library>
+class CZQWrapperCameras : public CZQWrapperLibrary, public CZQICameraSource<typename Library::Record> {
+public:
+    explicit CZQWrapperCameras(const CZQString& folder) : CZQWrapperLibrary(folder, Library::kNames) {}
+
+    std::uint32_t GetNofCameras() override { return CountCameras(); }
+    typename Library::Record GetCamera(std::uint32_t index) override {
+        return ReadCameraInfo<typename Library::Record>(index);
+    }
 };
 
 }  // namespace ZQAPI

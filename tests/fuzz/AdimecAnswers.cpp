@@ -33,7 +33,7 @@ void CheckInput(std::string_view input) {
     }
     for (const char* const query : {"ID?", "SN?", "BS?"}) {
         const auto text = ResultOf([&] { return camera.GetString(query); });
-        const auto type = ResultOf([&] { return CZQScanAdimecCL::GetZQDeviceType(text.value_or("")); });
+        const auto type = ResultOf([&] { return SAdimecScanner::GetZQDeviceType(text.value_or("")); });
         ZQ_REQUIRE(!type || *type == "Q-12A65" || *type == "Q-12A65-V30");
     }
 }

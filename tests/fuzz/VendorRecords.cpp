@@ -12,9 +12,9 @@ namespace ZQAPI::fuzz {
 
 namespace {
 
-template <class Scanner, class Adapter>
+template <class Scanner>
 std::unique_ptr<CZQScanIFBase> Make(const CZQString& folder) {
-    return std::make_unique<Scanner>([folder] { return std::make_unique<Adapter>(folder); });
+    return std::make_unique<Scanner>(folder);
 }
 
 struct Vendor {
@@ -23,9 +23,9 @@ struct Vendor {
 };
 
 constexpr Vendor kVendors[] = {
-    {"libueye_api.so", Make<CZQScanIFIDSUEye, CZQUEye>},
-    {"libflycapture-c.so", Make<CZQScanIFPGRFly, CZQFlyCapture2>},
-    {"libmvDeviceManager.so", Make<CZQScanIFMatrixVision, CZQMvDeviceManager>},
+    {"libueye_api.so", Make<CZQScanIFIDSUEye>},
+    {"libflycapture-c.so", Make<CZQScanIFPGRFly>},
+    {"libmvDeviceManager.so", Make<CZQScanIFMatrixVision>},
 };
 
 // The library under the vendors' names, and held, so that what it plays outlasts the scanners' loading and unloading.

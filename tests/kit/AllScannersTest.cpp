@@ -98,6 +98,12 @@ protected:
         return escaped;
     }
 
+    // kVendorsCameras and the simulated ones as ScanForScanners gives them.
+    std::string Expected() const {
+        return "MV:11;ADIMEC_CL:0;BO_FX:3;PGR_FLY:22;TAVI:1:T1;IDS_UEYE:4002711234;SISO_USB2:1-4;"
+               "PLEORA_IPORT:10.0.0.2;ZQ_GIGE:10.0.0.1;ZQ_IMAQ_RS232:img0;" +
+               std::string(network ? "ZQ_UDP:127.0.1.1;ZQ_RS232:41;" : "") + "ZQ_IC:23;";
+    }
     // "scanner:address;..." in the order of the list.
     std::string ScanForScanners() {
         std::string text;
@@ -117,12 +123,8 @@ protected:
 
 TEST_F(AllScanners, MergeInTheirOrderEveryTime) {
     standIns.Play(kVendorsCameras);
-    const std::string expected =
-        "MV:11;ADIMEC_CL:0;BO_FX:3;PGR_FLY:22;TAVI:1:T1;IDS_UEYE:4002711234;SISO_USB2:1-4;"
-        "PLEORA_IPORT:10.0.0.2;ZQ_GIGE:10.0.0.1;ZQ_IMAQ_RS232:img0;" +
-        std::string(network ? "ZQ_UDP:127.0.1.1;ZQ_RS232:41;" : "") + "ZQ_IC:23;";
     for (int i = 0; i < 10; ++i) {
-        EXPECT_EQ(ScanForScanners(), expected) << "scan " << i;
+        EXPECT_EQ(ScanForScanners(), Expected()) << "scan " << i;
     }
     for (ZQDEVICEINFO& device : scan->Devices()) {
         EXPECT_EQ(ZQ_CALL(scan->kit, ZQDEV_RescanDevice, &device), ZQ_OK) << device.DeviceID;
@@ -208,8 +210,8 @@ TEST_F(AllScanners, ALibraryThatBlocksCostsItsOwnCamerasAlone) {
     const std::string found = ScanForScanners();
     // Had the scan waited for the library, its camera would be there.
     EXPECT_GE(std::chrono::steady_clock::now() - start, 29s);
-    EXPECT_EQ(found.find("TAVI"), std::string::npos) << found;
-    EXPECT_EQ(std::count(found.begin(), found.end(), ';'), network ? 12 : 10) << found;
+    std::string others = Expected();
+    EXPECT_EQ(found, others.erase(others.find("TAVI:"), sizeof "TAVI:1:T1"));
 
     scan.reset();
     const auto deadline = std::chrono::steady_clock::now() + 20s;

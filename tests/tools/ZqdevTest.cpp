@@ -99,6 +99,7 @@ private:
 
 TEST_F(Zqdev, FailuresAreOneLineWithTheirStatusAndLeaveTheListAlone) {
     const std::string before = ContentOf(m_kit.DevicesIni());
+    const std::string pastLast = std::to_string(ZQDEV_NOF_SCANNERS);
     const struct {
         Arguments arguments;
         int status;
@@ -109,7 +110,7 @@ TEST_F(Zqdev, FailuresAreOneLineWithTheirStatusAndLeaveTheListAlone) {
         {{"list", "surplus"}, 2, {"surplus"}},
         {{"show"}, 2, {"ID"}},
         {{"config"}, 2, {"--help"}},
-        {{"scan", "--scanner", "14"}, 2, {"there is no scanner '14'"}},
+        {{"scan", "--scanner", pastLast}, 2, {"there is no scanner '" + pastLast + "'"}},
         {{"scan", "--allow-empty"}, 2, {"--save"}},
         {{"add", "--id", "x"}, 2, {"--type"}},
         {{"add", "--id", "x", "--type", "NoSuchType"}, 2, {"--desc", "--ccm", "--iam-address", "--firmware"}},

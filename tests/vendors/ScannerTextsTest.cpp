@@ -1,13 +1,15 @@
 // What is made of a camera's texts: which of them a record can keep, and which of the maker's cameras they name.
 #include <gtest/gtest.h>
 
-#include <filesystem>
-
-#include "devices/ZQCamConfigFile.h"
 #include "devices/ZQDeviceInfo.h"
 #include "foundation/Io/ZQIniFile.h"
 #include "scanners/ZQCameraText.h"
-#include "scanners/ZQModelTable.h"
+#include "scanners/ZQScanIFBoFX.h"
+#include "scanners/ZQScanIFICImagingSource.h"
+#include "scanners/ZQScanIFIDSUEye.h"
+#include "scanners/ZQScanIFMatrixVision.h"
+#include "scanners/ZQScanIFPGRFly.h"
+#include "scanners/ZQScanIFZQGigE.h"
 #include "support/ExpectError.h"
 #include "support/RecordingLogger.h"
 #include "support/TempFolder.h"
@@ -64,49 +66,26 @@ TEST(ModelTable, FindsTheCameraBehindAModelText) {
         const char* model;
         const char* deviceType;  // null: none
     } cases[] = {
-        {kBoFXModels, " \tValdremonix FX-0640M\r\n", "ZQFX-0640M"},
-        {kBoFXModels, "Valdremonix FX-0640M 2", nullptr},
-        {kBoFXModels, "valdremonix FX-0640M", nullptr},
-        {kImagingSourceModels, "A Valdremonix IC-274, new", "ZQIC-274"},
-        {kImagingSourceModels, "VALDREMONIX IC-274", nullptr},
-        {kUEyeModels, "VX-UE50C-HQ", "ZQUE-50C"},
-        {kUEyeModels, "VX-UE5", nullptr},
-        {kFlyCapture2Models, "Valdremonix  FLY-20M", nullptr},
-        {kMatrixVisionModels, "(Valdremonix MV-12)", "ZQMV-12"},
-        {kGigEModels, "the VALDREMONIX ge-40C", "ZQGE-40"},
-        {kGigEModels, "", nullptr},
+        {SFxScanner::kModels, " \tValdremonix FX-0640M\r\n", "ZQFX-0640M"},
+        {SFxScanner::kModels, "Valdremonix FX-0640M 2", nullptr},
+        {SFxScanner::kModels, "valdremonix FX-0640M", nullptr},
+        {SImagingSourceScanner::kModels, "A Valdremonix IC-274, new", "ZQIC-274"},
+        {SImagingSourceScanner::kModels, "VALDREMONIX IC-274", nullptr},
+        {SUEyeScanner::kModels, "VX-UE50C-HQ", "ZQUE-50C"},
+        {SUEyeScanner::kModels, "VX-UE5", nullptr},
+        {SFlyCapture2Scanner::kModels, "Valdremonix  FLY-20M", nullptr},
+        {SMvDeviceManagerScanner::kModels, "(Valdremonix MV-12)", "ZQMV-12"},
+        {SGigEScanner::kModels, "the VALDREMONIX ge-40C", "ZQGE-40"},
+        {SGigEScanner::kModels, "", nullptr},
     };
     for (const auto& test : cases) {
         const SModelRow* const row = test.table.Find(test.model);
         EXPECT_STREQ(row != nullptr ? row->deviceType : nullptr, test.deviceType) << test.model;
     }
     Logged().Take();
-    EXPECT_EQ(FailureOf([] { kUEyeModels.Get("X "); }), Failure(ZQ_ERR_UNKNOWN_MODEL, "IDSDeviceType=X "));
+    EXPECT_EQ(FailureOf([] { SUEyeScanner::kModels.Get("X "); }),
+              Failure(ZQ_ERR_UNKNOWN_MODEL, "IDSDeviceType=X "));
     EXPECT_EQ(Logged().Take().size(), 1U);
-}
-
-void ExpectModules(const std::string& deviceType, const std::string& modules) {
-    const auto file = std::filesystem::path(ZQ_TEST_KIT) / "CameraConfig" / (deviceType + ".ccf");
-    ASSERT_TRUE(std::filesystem::exists(file)) << file;
-    CZQCamConfigFile config(file.string());
-    EXPECT_EQ(config.GetDefaultCCM(), "CCM_" + modules) << file;
-    EXPECT_EQ(config.GetDefaultIAM(), "IAM_" + modules) << file;
-}
-
-TEST(ModelTable, TheKitKnowsEveryCamera) {
-    const std::pair<const CZQModelTable&, const char*> tables[] = {
-        {kBoFXModels, "FX_IEEE1394"},    {kImagingSourceModels, "ZQ_IC"}, {kUEyeModels, "IDS_UEYE"},
-        {kFlyCapture2Models, "PGR_FLY"}, {kMatrixVisionModels, "MV"},     {kGigEModels, "ZQ_GIGE"}};
-    for (const auto& [table, modules] : tables) {
-        for (const SModelRow& row : table.Rows()) {
-            ExpectModules(row.deviceType, modules);
-        }
-    }
-    for (const char* type : {"ZQUS-13M", "ZQUS-13C", "ZQUS-50C"}) {
-        ExpectModules(type, "SI_USB2");
-    }
-    ExpectModules("ZQPL-10", "PLEORA_IPORT");
-    ExpectModules("ZQTV-20", "TAVI");
 }
 
 }  // namespace

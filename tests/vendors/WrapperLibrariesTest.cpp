@@ -32,7 +32,7 @@ protected:
         return std::make_shared<const CZQGigE>(StandIns::Folder());
     }
     static Failure Scan(CZQDeviceList& found) {
-        return FailureOf([&] { CZQScanIFZQGigE(&LoadLibrary).Scan(found); });
+        return FailureOf([&] { CZQScanIFZQGigE(StandIns::Folder()).Scan(found); });
     }
     static Failure Change(const CZQDeviceInfo& device) {
         return FailureOf([&] { ChangeGigEAddress(&LoadLibrary, device, "10.1.2.3", "255.0.0.0"); });
