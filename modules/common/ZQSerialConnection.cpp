@@ -1,6 +1,8 @@
 #include "ZQSerialConnection.h"
 
-#include "foundation/ZQException.h"
+#include <chrono>
+#include <thread>
+
 #include "foundation/ZQStopWatch.h"
 
 namespace ZQAPI {
@@ -29,15 +31,13 @@ std::string CZQSerialConnection::SendCommand(std::string_view command) {
     return answer;
 }
 
-// The channel's own abort ends a wait for a byte, this one the command whatever it does.
-void CZQSerialConnection::Abort() noexcept {
-    m_aborted = true;
-    m_channel->Abort();
-}
-
-void CZQSerialConnection::ThrowIfAborted() const {
-    if (m_aborted) {
-        ZQ_THROW("CZQSerialConnection::SendCommand", ZQ_ERR_COM_ABORTED);
+void CZQSerialConnection::WaitForSends() noexcept {
+    std::unique_lock noCommand(m_mutex, std::try_to_lock);
+    while (!noCommand) {
+        // Each wait of the channel begins with its abort cleared: a single one could come too early.
+        m_channel->Abort();
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        noCommand.try_lock();
     }
 }
 
