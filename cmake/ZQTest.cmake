@@ -6,15 +6,17 @@ else()
   find_package(GTest REQUIRED)
 endif()
 
-add_library(zq_test_support STATIC "${PROJECT_SOURCE_DIR}/tests/support/TestMain.cpp")
+set(support "${PROJECT_SOURCE_DIR}/tests/support")
+add_library(zq_test_support STATIC "${support}/TestMain.cpp"
+  "${support}/$<IF:$<PLATFORM_ID:Windows>,windows,posix>/ScarceResources.cpp")
 target_include_directories(zq_test_support PUBLIC "${PROJECT_SOURCE_DIR}/tests")
 target_link_libraries(zq_test_support PUBLIC zq_tools_platform zq_options GTest::gmock)
 if(ZQ_SANITIZE MATCHES "thread")
-  target_sources(zq_test_support INTERFACE "${PROJECT_SOURCE_DIR}/tests/support/ThreadSanitizer.cpp")
+  target_sources(zq_test_support INTERFACE "${support}/ThreadSanitizer.cpp")
 endif()
 
 # Holds the precompiled headers of the test programs: an executable like them.
-add_executable(zq_test_headers EXCLUDE_FROM_ALL "${PROJECT_SOURCE_DIR}/tests/support/TestMain.cpp")
+add_executable(zq_test_headers EXCLUDE_FROM_ALL "${support}/TestMain.cpp")
 target_link_libraries(zq_test_headers PRIVATE zq_test_support)
 set_target_properties(zq_test_headers PROPERTIES ZQ_FAST_BUILD ON)
 target_precompile_headers(zq_test_headers PRIVATE

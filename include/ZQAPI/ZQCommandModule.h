@@ -1,10 +1,10 @@
 /* What a command module (camera control module, CCM) offers to whoever loads it.
  *
  * A command module is a library in the kit's folder CCMs that carries text commands to one kind of camera
- * connection and brings the answers back. It exports the three functions below, and nothing else needs to be
- * known about it: they are found by name at run time. A module includes this header to have the compiler hold
- * it against the contract; on Windows it lists the three names in a .def file, or defines ZQCCM_API as
- * __declspec(dllexport).
+ * connection and brings the answers back. It exports the three functions below, which are found by name at run
+ * time, and nothing else: symbols of a language's run-time that are exported, too, can keep it from ever being
+ * unloaded. A module includes this header to have the compiler hold it against the contract; on Windows it lists
+ * the three names in a .def file, or defines ZQCCM_API as __declspec(dllexport).
  *
  * Contracts that hold for every function
  *
@@ -12,8 +12,11 @@
  *   No exception leaves a module. A function that fails leaves the caller's handle as it was.
  * - Text. Single-byte characters, ended by a NUL.
  * - Ownership. The module keeps no pointer of the caller's.
- * - Threads. Any function from any thread. Connections are independent: a command on one does not wait for a
- *   command on another.
+ * - Threads. Any function from any thread, also while another one is at work on the same connection: commands
+ *   on one connection may wait for each other, and each gets its own answer. Connections are independent: a
+ *   command on one does not wait for a command on another. Closing a connection does not wait for the answer
+ *   to a command that is under way; see ZQCCM_CloseCCM.
+ * - Time. Every call ends in bounded time.
  * - Null. A text that must be given and is absent: ZQ_ERR_NULL_INPUT. An output that is absent:
  *   ZQ_ERR_NULL_OUTPUT.
  */
@@ -59,8 +62,9 @@ ZQCCM_API int32_t ZQCCM_CloseCCM(ZQCCM_HANDLE handle);
  *
  * `command` is one line, its line feed included: "SERV:ID?\n". `answer` has room for `answerSize` bytes and
  * gets the answer as the camera gave it, line feed included, and a NUL. An answer that does not fit with its
- * NUL is not cut: ZQ_ERR_BUFFER_TOO_SMALL. No answer in time: ZQ_ERR_COM_TIMEOUT. A handle that is not open:
- * ZQ_ERR_CONNECTION_NOT_OPEN. On failure `answer` is an empty text. */
+ * NUL is not cut: ZQ_ERR_BUFFER_TOO_SMALL. No answer in time: ZQ_ERR_COM_TIMEOUT; should it come later, it is
+ * never taken for that of another command. A command that is not one line: ZQ_ERR_BAD_VALUE. A handle that is
+ * not open: ZQ_ERR_CONNECTION_NOT_OPEN. On failure `answer` is an empty text. */
 ZQCCM_API int32_t ZQCCM_SendCmd(ZQCCM_HANDLE handle, const char* command, char* answer, uint32_t answerSize);
 
 #ifdef __cplusplus

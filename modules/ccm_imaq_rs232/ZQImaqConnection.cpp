@@ -8,9 +8,9 @@
 namespace ZQAPI {
 
 std::shared_ptr<CZQCommandConnection> OpenCommandConnection(const CZQString& commandAddress) {
-    auto channel = std::make_unique<CZQComImaqRS232>(CZQSdkPaths::MakeBinPath(GetOwnModulePath()));
-    channel->Open(CZQComImaqRS232Config(commandAddress, ""));
-    return std::make_shared<CZQSerialConnection>(std::move(channel));
+    return std::make_shared<CZQSerialConnection>(
+        std::make_unique<CZQComImaqRS232>(CZQSdkPaths::MakeBinPath(GetOwnModulePath())),
+        CZQComImaqRS232Config(commandAddress, ""));
 }
 
 }  // namespace ZQAPI

@@ -6,7 +6,6 @@
 #include "communication/ZQSerialPortNumber.h"
 #include "devices/ZQSdkPaths.h"
 #include "foundation/Io/ZQIniFile.h"
-#include "foundation/ZQException.h"
 #include "foundation/ZQSystem.h"
 
 namespace ZQAPI {
@@ -37,9 +36,7 @@ std::shared_ptr<CZQCommandConnection> OpenCommandConnection(const CZQString& com
     }
     CZQComRS232Config config = LineSettings();
     config.SetPortNumber(*portNumber);
-    auto channel = std::make_unique<CZQComRS232>();
-    channel->Open(config);
-    return std::make_shared<CZQSerialConnection>(std::move(channel));
+    return std::make_shared<CZQSerialConnection>(std::make_unique<CZQComRS232>(), config);
 }
 
 }  // namespace ZQAPI

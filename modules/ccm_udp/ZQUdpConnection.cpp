@@ -48,17 +48,6 @@ std::string CZQUdpConnection::SendCommand(std::string_view command) {
     ZQ_THROW("CZQUdpConnection::SendCommand", ZQ_ERR_COM_TIMEOUT, "Tries=%d", kTries);
 }
 
-void CZQUdpConnection::Abort() noexcept {
-    const std::lock_guard lock(m_mutex);
-    m_aborted = true;
-}
-
-void CZQUdpConnection::ThrowIfAborted() const {
-    if (m_aborted) {
-        ZQ_THROW("CZQUdpConnection::SendCommand", ZQ_ERR_COM_ABORTED);
-    }
-}
-
 platform::UdpSocket CZQUdpConnection::OpenSocket() const {
     platform::UdpSocket socket;
     platform::SystemErrorCode error{};

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <atomic>
 #include <chrono>
 #include <mutex>
 #include <optional>
@@ -15,7 +14,7 @@
 namespace ZQAPI {
 
 // Carries commands to one camera: one datagram "<hardware address>:<command>" each, answered by one datagram
-// "<hardware address>:<answer>\n". Thread-safe; commands don't wait for each other.
+// "<hardware address>:<answer>\n". Commands don't wait for each other.
 //
 // Answers carry nothing that says which command they belong to. Each command therefore has a socket of its
 // own, with a port that no command had whose answer may still come.
@@ -27,7 +26,6 @@ public:
     // The command is sent up to three times, 1000 ms apart, until an answer comes:
     // ZQ_ERR_COM_TIMEOUT after that.
     std::string SendCommand(std::string_view command) override;
-    void Abort() noexcept override;
 
     // The answer that a datagram carries, its line feed included; nothing when it is not this camera's.
     std::optional<std::string> AnswerIn(std::string_view datagram,
@@ -36,9 +34,9 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
+    void WaitForSends() noexcept override { const std::lock_guard lock(m_mutex); }
     platform::UdpSocket OpenSocket() const;
     void Send(platform::UdpSocket& socket, const std::string& request);
-    void ThrowIfAborted() const;
     std::string Receive(platform::UdpSocket& socket, std::size_t size,
                         platform::Ipv4SocketAddress& from) const;
     std::optional<std::string> ReceiveUntil(platform::UdpSocket& socket, Clock::time_point deadline) const;
@@ -46,9 +44,8 @@ private:
 
     const CZQComWs2DllInit m_socketLibrary;
     const CZQUdpCameraAddress m_camera;
-    std::mutex m_mutex;                  // held while sending and for m_latest, never while waiting
-    std::atomic<bool> m_aborted{false};  // set under the mutex: nothing is sent after that
-    platform::UdpSocket m_latest;        // of the command that ended last; see KeepOpen
+    std::mutex m_mutex;            // held while sending and for m_latest, never while waiting
+    platform::UdpSocket m_latest;  // of the command that ended last; see KeepOpen
 };
 
 }  // namespace ZQAPI

@@ -1,21 +1,23 @@
-// A command module's three functions: they check, find the connection, call it and turn
-// exceptions into numbers.
+// A command module's three functions: they check, find the connection, call it and turn exceptions into numbers.
 #include <cstring>
 #include <map>
 #include <memory>
 #include <mutex>
 #include <new>
+#include <string>
+#include <string_view>
+#include <utility>
 
 #include "ZQAPI/ZQCommandModule.h"
 #include "ZQCommandConnection.h"
-#include "foundation/ZQException.h"
 #include "foundation/ZQNoDestructor.h"
 
 namespace ZQAPI {
 
 namespace {
 
-// The open connections. A connection that is in use lives on until that use is over. Thread-safe.
+// The open connections, for the three functions, in whose names they throw. A connection that is in use lives on until
+// that use is over. Thread-safe.
 class Connections {
 public:
     ZQCCM_HANDLE Add(std::shared_ptr<CZQCommandConnection> connection) {
@@ -28,7 +30,7 @@ public:
         const std::lock_guard lock(m_mutex);
         const auto found = m_connections.find(handle);
         if (found == m_connections.end()) {
-            ZQ_THROW("Connections::Find", ZQ_ERR_CONNECTION_NOT_OPEN);
+            ZQ_THROW("ZQCCM_SendCmd", ZQ_ERR_CONNECTION_NOT_OPEN);
         }
         return found->second;
     }
@@ -37,7 +39,7 @@ public:
         const std::lock_guard lock(m_mutex);
         auto removed = m_connections.extract(handle);
         if (removed.empty()) {
-            ZQ_THROW("Connections::Remove", ZQ_ERR_CONNECTION_NOT_OPEN);
+            ZQ_THROW("ZQCCM_CloseCCM", ZQ_ERR_CONNECTION_NOT_OPEN);
         }
         return std::move(removed.mapped());
     }
@@ -53,26 +55,6 @@ Connections& OpenConnections() {
     // is unloaded, under the loader's lock.
     static CZQNoDestructor<Connections> connections;
     return connections.Get();
-}
-
-void RequireInput(const void* input) {
-    if (input == nullptr) {
-        ZQ_THROW("RequireInput", ZQ_ERR_NULL_INPUT);
-    }
-}
-
-void RequireOutput(const void* output) {
-    if (output == nullptr) {
-        ZQ_THROW("RequireOutput", ZQ_ERR_NULL_OUTPUT);
-    }
-}
-
-// A module takes one line at a time: what follows a line feed would be a command of its own to the camera.
-void RequireOneLine(std::string_view command) {
-    if (command.size() < 2 || command.find('\n') != command.size() - 1) {
-        ZQ_THROW("RequireOneLine", ZQ_ERR_BAD_VALUE,
-                 "The command is not one line with a line feed at its end");
-    }
 }
 
 // No exception leaves the module: each becomes its number.
@@ -96,9 +78,13 @@ std::int32_t ResultOf(Body&& body) noexcept {
 
 std::int32_t ZQCCM_OpenCCM(const char* parameter, const char* address, ZQCCM_HANDLE* handle) {
     return ZQAPI::ResultOf([&] {
-        ZQAPI::RequireInput(parameter);  // used by no module of the kit
-        ZQAPI::RequireInput(address);
-        ZQAPI::RequireOutput(handle);
+        if (parameter == nullptr || address == nullptr) {
+            ZQ_THROW("ZQCCM_OpenCCM", ZQ_ERR_NULL_INPUT);
+        }
+        if (handle == nullptr) {
+            ZQ_THROW("ZQCCM_OpenCCM", ZQ_ERR_NULL_OUTPUT);
+        }
+        // No module of the kit uses the parameter.
         *handle = ZQAPI::OpenConnections().Add(ZQAPI::OpenCommandConnection(address));
     });
 }
@@ -109,14 +95,23 @@ std::int32_t ZQCCM_CloseCCM(ZQCCM_HANDLE handle) {
 
 std::int32_t ZQCCM_SendCmd(ZQCCM_HANDLE handle, const char* command, char* answer, std::uint32_t answerSize) {
     return ZQAPI::ResultOf([&] {
-        ZQAPI::RequireInput(command);
-        ZQAPI::RequireOutput(answer);
-        if (answerSize > 0) {
+        if (answer != nullptr && answerSize > 0) {
             *answer = '\0';
         }
+        if (command == nullptr) {
+            ZQ_THROW("ZQCCM_SendCmd", ZQ_ERR_NULL_INPUT);
+        }
+        if (answer == nullptr) {
+            ZQ_THROW("ZQCCM_SendCmd", ZQ_ERR_NULL_OUTPUT);
+        }
         const auto connection = ZQAPI::OpenConnections().Find(handle);
-        ZQAPI::RequireOneLine(command);
-        const std::string text = connection->SendCommand(command);
+        // What follows a line feed would be a command of its own to the camera.
+        const std::string_view line(command);
+        if (line.size() < 2 || line.find('\n') != line.size() - 1) {
+            ZQ_THROW("ZQCCM_SendCmd", ZQ_ERR_BAD_VALUE,
+                     "The command is not one line with a line feed at its end");
+        }
+        const std::string text = connection->SendCommand(line);
         if (text.size() >= answerSize) {
             ZQ_THROW("ZQCCM_SendCmd", ZQ_ERR_BUFFER_TOO_SMALL, "NeededBytes=%zu, BufferSize=%u",
                      text.size() + 1, answerSize);

@@ -1,23 +1,22 @@
 // Libraries loaded at run time, where they are looked for, and threads that outlive the library they run in.
 #include <gmock/gmock.h>
 
-#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <future>
-#include <thread>
 
 #include "foundation/ZQDllSearchPath.h"
 #include "foundation/ZQDynamicDLL.h"
 #include "platform/Files.h"
 #include "support/ExpectError.h"
+#include "support/ScarceResources.h"
 #include "support/SearchPath.h"
 #include "support/TempFolder.h"
+#include "support/WaitUntil.h"
 
 namespace ZQAPI::test {
 namespace {
 
-using namespace std::chrono_literals;
 using testing::HasSubstr;
 using testing::Pair;
 namespace fs = std::filesystem;
@@ -140,16 +139,13 @@ TEST(DynamicDLL, StaysWhenItIsKept) {
     const TempFolder folder;
     const std::string file = folder.File(FileName(kThreadLibrary));
     fs::copy_file(kThreadLibrary, file);
-    const auto countCalls = [&](bool keep) {
-        CZQDynamicDLL library(file);
-        if (keep) {
-            library.KeepLibrary();
-        }
-        return library.Find<int()>("CountCalls")();
-    };
-    EXPECT_EQ(countCalls(false), 1);
-    EXPECT_EQ(countCalls(true), 1);
-    EXPECT_EQ(countCalls(false), 2);
+    CZQDynamicDLL library(file);
+    library.CloseLibrary();
+    EXPECT_FALSE(IsLoaded(file.c_str()));
+    library.OpenLibrary(file);
+    library.KeepLibrary();
+    library.CloseLibrary();
+    EXPECT_TRUE(IsLoaded(file.c_str()));
 }
 
 // A library knows its own path whole, and its kit's folder by it; a module finds the kit's libraries first.
@@ -200,32 +196,14 @@ TEST(DllSearchPath, AppendsWhatExists) {
 }
 
 std::promise<void> g_release;
-std::promise<void> g_ended;
 
 TEST(ModuleThread, KeepsItsLibraryUntilItEnds) {
     CZQDynamicDLL library(kThreadLibrary);
-    EXPECT_EQ(library.Find<int()>("CountCalls")(), 1);
-    ASSERT_TRUE(library.Find<bool(void (*)())>("StartThread")([] {
-        g_release.get_future().wait();
-        g_ended.set_value();
-    }));
+    ASSERT_TRUE(library.Find<bool(void (*)())>("StartThread")([] { g_release.get_future().wait(); }));
     library.CloseLibrary();
-    library.OpenLibrary(kThreadLibrary);
-    EXPECT_EQ(library.Find<int()>("CountCalls")(), 2);
-    library.CloseLibrary();
+    EXPECT_TRUE(IsLoaded(kThreadLibrary));
     g_release.set_value();
-    ASSERT_EQ(g_ended.get_future().wait_for(10s), std::future_status::ready);
-
-    // The thread is about to end; then closing the library unloads it.
-    const auto deadline = std::chrono::steady_clock::now() + 10s;
-    int calls = 0;
-    while (calls != 1 && std::chrono::steady_clock::now() < deadline) {
-        library.OpenLibrary(kThreadLibrary);
-        calls = library.Find<int()>("CountCalls")();
-        library.CloseLibrary();
-        std::this_thread::yield();
-    }
-    EXPECT_EQ(calls, 1);
+    WaitUntil([] { return !IsLoaded(kThreadLibrary); });
 }
 
 }  // namespace

@@ -153,13 +153,6 @@ protected:
     CZQComRS232 channel;
 };
 
-TEST_F(RS232OnPort, OnePortHasOneUser) {
-    channel.Open(config);
-    EXPECT_ZQ_ERROR(CZQComRS232().Open(config), ZQ_ERR_RS232_OPEN);
-    channel.Close();
-    CZQComRS232().Open(config);
-}
-
 // The system would wait for it.
 TEST_F(RS232OnPort, ClosingDiscardsWhatIsStillToBeSent) {
     constexpr std::size_t kMoreThanTheDeviceTakesUnread = 8000;

@@ -3,6 +3,7 @@
 #include "Fuzz.h"
 #include "ZQAPI/ZQCommandModule.h"
 #include "ZQSerialConnection.h"
+#include "communication/ZQComRS232Config.h"
 
 namespace ZQAPI::fuzz {
 
@@ -63,5 +64,5 @@ void CheckInput(std::string_view input) {
 
 std::shared_ptr<ZQAPI::CZQCommandConnection> ZQAPI::OpenCommandConnection(
     const CZQString& /*commandAddress*/) {
-    return std::make_shared<CZQSerialConnection>(std::make_unique<fuzz::ScriptedLine>());
+    return std::make_shared<CZQSerialConnection>(std::make_unique<fuzz::ScriptedLine>(), CZQComRS232Config());
 }

@@ -8,7 +8,6 @@
 #include <cstring>
 #include <map>
 #include <optional>
-#include <thread>
 
 #include "ZQSimSerialServer.h"
 #include "ZQSimUdpServer.h"
@@ -16,6 +15,7 @@
 #include "support/ComPorts.h"
 #include "support/KitScan.h"
 #include "support/StandIns.h"
+#include "support/WaitUntil.h"
 
 namespace ZQAPI::test {
 namespace {
@@ -214,12 +214,7 @@ TEST_F(AllScanners, ALibraryThatBlocksCostsItsOwnCamerasAlone) {
     EXPECT_EQ(found, others.erase(others.find("TAVI:"), sizeof "TAVI:1:T1"));
 
     scan.reset();
-    const auto deadline = std::chrono::steady_clock::now() + 20s;
-    while (standIns.Traced().find("ZQTAVI_DeInit") == std::string::npos &&
-           std::chrono::steady_clock::now() < deadline) {
-        std::this_thread::sleep_for(50ms);
-    }
-    EXPECT_NE(standIns.Traced().find("ZQTAVI_DeInit"), std::string::npos);
+    WaitUntil([this] { return standIns.Traced().find("ZQTAVI_DeInit") != std::string::npos; });
 }
 
 }  // namespace

@@ -2,15 +2,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <chrono>
-#include <thread>
-
 #include "foundation/Io/ZQConfigFile.h"
 #include "foundation/ZQDynamicDLL.h"
 #include "platform/Process.h"
 #include "support/DebugLines.h"
+#include "support/ExpectNothingTaken.h"
 #include "support/KitScan.h"
-#include "support/ScarceResources.h"
 #include "support/StandIns.h"
 
 extern "C" int RecordSizeInC(void);
@@ -63,24 +60,6 @@ protected:
         standIns.Play("[imaq.0]\nModel=ZQSerCam-1M\nSerial=7\n");
         // Its command module needs no hardware.
         scan.Configure("SCANNER_ZQ_IMAQ_RS232", "[DeviceScanner.SCANNER_ZQ_IMAQ_RS232]\r\n");
-    }
-
-    // Does the work once before it counts, and then so often.
-    template <class Work>
-    static void ExpectNothingTaken(std::size_t rounds, std::size_t indicesPerRound, Work&& work) {
-        work();
-        const std::size_t indices = FreeThreadLocalIndices();
-        const std::size_t handles = OpenHandles();
-        for (std::size_t i = 0; i < rounds; ++i) {
-            work();
-        }
-        EXPECT_GE(FreeThreadLocalIndices() + indicesPerRound * rounds, indices);
-        // Threads that have done their work may still be ending.
-        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-        while (OpenHandles() > handles && std::chrono::steady_clock::now() < deadline) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
-        }
-        EXPECT_LE(OpenHandles(), handles);
     }
 
     StandIns standIns;

@@ -231,21 +231,5 @@ TEST_F(ImaqScan, FindsCamerasOnFrameGrabbersWithTheKitsOwnLibrary) {
     }
 }
 
-// Nothing in an answer says which command it belongs to.
-TEST_F(ImaqScan, TheModuleTakesNoLateAnswerForTheNextOne) {
-    const StandInPath path;
-    const auto play = [this](const char* faults) {
-        standIns.Play(std::string("[imaq.0]\nModel=ZQSerCam-1M\nSerial=7\n") + faults);
-    };
-    play("DelayMs=1300\n");
-    CZQCCM module;
-    module.OpenCCM(kit.File("CCMs/ZQCCMImaqRs232API.dll"), "", "img0");
-    EXPECT_ZQ_ERROR(module.SendCmd("SYST:ID?\n"), ZQ_ERR_COM_TIMEOUT);
-    play("");
-    EXPECT_EQ(module.SendCmd("SYST:VERS?\n"), "3.0.1\n");
-    EXPECT_ZQ_ERROR(module.SendCmd("SYST:ID?\nSYST:VERS?\n"), ZQ_ERR_BAD_VALUE);
-    EXPECT_EQ(module.SendCmd("SERV:ID?\n"), "ZQSerCam-1M\n");
-}
-
 }  // namespace
 }  // namespace ZQAPI::test

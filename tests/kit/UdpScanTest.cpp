@@ -15,7 +15,9 @@
 #include "ZQSimUdpServer.h"
 #include "communication/ZQComICMPPing.h"
 #include "kit/RecordText.h"
+#include "support/DebugLines.h"
 #include "support/KitScan.h"
+#include "support/ScarceResources.h"
 #include "support/UdpPeer.h"
 
 namespace ZQAPI::test {
@@ -119,9 +121,10 @@ TEST_F(UdpScan, SilentCommandPortAndUnknownTypeLeaveTheOthers) {
     sim::CZQSimUdpServer server(std::move(cameras), {});
     server.SetFaults(1, {.command = {.silent = true}});
     std::vector<ZQDEVICEINFO> devices;
-    const std::string told = ToldDuring([&] { devices = Scan(); });
+    const auto told = DebugLinesOf([&] { devices = Scan(); });
     for (const char* const camera : {"127.0.1.11", "127.0.1.12"}) {
-        EXPECT_THAT(told, testing::HasSubstr(std::string("ExtraText: Address=") + camera + ", Hard"));
+        EXPECT_THAT(told, testing::Contains(
+                              testing::HasSubstr(std::string("ExtraText: Address=") + camera + ", Hard")));
     }
     ASSERT_EQ(devices.size(), 1U);
     EXPECT_STREQ(devices[0].UsedAddress, "127.0.1.13");
@@ -224,11 +227,6 @@ private:
     std::jthread m_thread{[this](const std::stop_token& stop) { Answer(stop); }};
 };
 
-std::size_t CountEntries(const char* folder) {
-    return static_cast<std::size_t>(
-        std::distance(std::filesystem::directory_iterator(folder), std::filesystem::directory_iterator()));
-}
-
 class UdpCrowd : public UdpScan {
 protected:
     UdpCrowd() { Configure("NofScanCycles=1\r\nScanTimeMs=1500\r\n"); }
@@ -245,11 +243,11 @@ TEST_F(UdpCrowd, ACrowdOfSilentCamerasHidesNobodyAndTakesLittle) {
     sim::CZQSimUdpServer server(sim::MakeCameras(64, kFirstAddress, kMask), {});
     LetAnswerLate(server);
     const Crowd crowd(4000);
-    const std::size_t threadsBefore = CountEntries("/proc/self/task");
-    const std::size_t descriptorsBefore = CountEntries("/proc/self/fd");
+    const std::size_t threadsBefore = RunningThreads() + 1;  // with the one that hears the debug output
+    const std::size_t descriptorsBefore = OpenHandles();
     std::size_t threads = 0;
     std::size_t descriptors = 0;
-    const std::string told = ToldDuring([&] {
+    const auto told = DebugLinesOf([&] {
         std::vector<std::future<int>> scans;
         for (int i = 0; i < kScans; ++i) {
             scans.push_back(
@@ -257,18 +255,14 @@ TEST_F(UdpCrowd, ACrowdOfSilentCamerasHidesNobodyAndTakesLittle) {
         }
         for (auto& scan : scans) {
             while (scan.wait_for(milliseconds(20)) != std::future_status::ready) {
-                threads = std::max(threads, CountEntries("/proc/self/task"));
-                descriptors = std::max(descriptors, CountEntries("/proc/self/fd"));
+                threads = std::max(threads, RunningThreads());
+                descriptors = std::max(descriptors, OpenHandles());
             }
             EXPECT_EQ(scan.get(), ZQ_OK);
         }
     });
-    int complete = 0;
-    constexpr const char* kAllFound = "Scanner SCANNER_ZQ_UDP: 64 found";
-    for (auto at = told.find(kAllFound); at != std::string::npos; at = told.find(kAllFound, at + 1)) {
-        ++complete;
-    }
-    EXPECT_EQ(complete, kScans);
+    EXPECT_THAT(told,
+                testing::Contains(testing::HasSubstr("Scanner SCANNER_ZQ_UDP: 64 found")).Times(kScans));
     EXPECT_EQ(Devices().size(), 64U);
     EXPECT_LE(threads - threadsBefore, 64U + 4U * kScans);
     EXPECT_LE(descriptors - descriptorsBefore, 300U);

@@ -4,7 +4,6 @@
 #include <string>
 #include <vector>
 
-#include "platform/Process.h"
 #include "support/FileBytes.h"
 #include "support/KitCopy.h"
 
@@ -34,16 +33,6 @@ public:
     std::vector<ZQDEVICEINFO> Scan() {
         EXPECT_EQ(ZQ_CALL(kit, ZQDEV_ScanForDevices), ZQ_OK);
         return Devices();
-    }
-    // What the library says on the debug output meanwhile; elsewhere than on Linux nothing.
-    template <class Body>
-    static std::string ToldDuring(Body&& body) {
-        platform::SystemErrorCode error = 0;
-        EXPECT_TRUE(platform::SetEnvironmentText("ZQSDK_DEBUG", "1", error));
-        testing::internal::CaptureStderr();
-        body();
-        EXPECT_TRUE(platform::SetEnvironmentText("ZQSDK_DEBUG", "0", error));
-        return testing::internal::GetCapturedStderr();
     }
     // What a scan finds: "<UsedAddress>=<DeviceID>;..." in the order of the list.
     std::string ScanForAddresses() {

@@ -1,4 +1,4 @@
-// What a process holds of the things that run out.
+// What a process holds of the things that run out, and of libraries.
 #pragma once
 
 #include <cstddef>
@@ -14,5 +14,7 @@ std::size_t OpenHandles();
 std::size_t RunningThreads();
 
 std::size_t ResidentKiB();
+
+bool IsLoaded(const char* libraryFile);
 
 }  // namespace ZQAPI::test

@@ -52,7 +52,7 @@ std::int32_t ZQCCM_SendCmd(ZQCCM_HANDLE handle, const char* command, char* answe
         std::memset(answer, 'x', answerSize);
         return ZQ_OK;
     }
-    const std::string text = ZQ_TEST_NAME ":" + std::to_string(handle) + ":" + command;
+    const std::string text = std::to_string(handle) + ":" + command;
     std::memcpy(answer, text.c_str(), text.size() + 1);
     return ZQ_OK;
 }

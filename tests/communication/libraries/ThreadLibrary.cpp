@@ -7,19 +7,12 @@
 #define EXPORT extern "C" ZQ_TEST_EXPORT
 
 EXPORT bool StartThread(void (*whileRunning)());
-EXPORT int CountCalls();
 EXPORT const char* OwnPath();
 EXPORT int FirstOf(const char* libraryName);
 
 bool StartThread(void (*whileRunning)()) {
     ZQAPI::platform::SystemErrorCode error = 0;
     return ZQAPI::platform::StartModuleThread([whileRunning] { whileRunning(); }, error);
-}
-
-// From 1, again and again each time the library has been loaded anew.
-int CountCalls() {
-    static int calls = 0;
-    return ++calls;
 }
 
 const char* OwnPath() {

@@ -1,5 +1,6 @@
 #include "support/ScarceResources.h"
 
+#include <dlfcn.h>
 #include <pthread.h>
 #include <unistd.h>
 
@@ -43,6 +44,11 @@ std::size_t ResidentKiB() {
     std::size_t residentPages = 0;
     std::ifstream("/proc/self/statm") >> pages >> residentPages;
     return residentPages * static_cast<std::size_t>(sysconf(_SC_PAGESIZE)) / 1024;
+}
+
+bool IsLoaded(const char* libraryFile) {
+    void* const loaded = dlopen(libraryFile, RTLD_LAZY | RTLD_NOLOAD);
+    return loaded != nullptr && dlclose(loaded) == 0;
 }
 
 }  // namespace ZQAPI::test

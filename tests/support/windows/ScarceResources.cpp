@@ -44,4 +44,8 @@ std::size_t ResidentKiB() {
     return counters.WorkingSetSize / 1024;
 }
 
+bool IsLoaded(const char* libraryFile) {
+    return GetModuleHandleA(libraryFile) != nullptr;
+}
+
 }  // namespace ZQAPI::test

@@ -1,16 +1,15 @@
 // What Windows makes of sockets besides their traffic.
 #include <winsock2.h>
 // After winsock2.h.
-#include <ZQAPI/ZQCommandModule.h>
 #include <gtest/gtest.h>
 #include <windows.h>
 
 #include <atomic>
-#include <chrono>
-#include <thread>
 
 #include "communication/ZQComNetInterface.h"
 #include "communication/ZQComUDP.h"
+#include "modules/CommandModule.h"
+#include "support/ScarceResources.h"
 
 namespace ZQAPI::test {
 namespace {
@@ -38,10 +37,6 @@ int WSAAPI CountedCleanup() {
     return WSACleanup();
 }
 
-void* Function(HMODULE module, const char* name) {
-    return reinterpret_cast<void*>(GetProcAddress(module, name));
-}
-
 // Has the module's own calls of a socket function go to another.
 void Redirect(HMODULE module, const char* name, void* to) {
     auto* const base = reinterpret_cast<std::byte*>(module);
@@ -49,7 +44,9 @@ void Redirect(HMODULE module, const char* name, void* to) {
         reinterpret_cast<IMAGE_NT_HEADERS*>(base + reinterpret_cast<IMAGE_DOS_HEADER*>(base)->e_lfanew);
     const auto table = header->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IAT];
     const std::span slots(reinterpret_cast<void**>(base + table.VirtualAddress), table.Size / sizeof(void*));
-    const auto slot = std::find(slots.begin(), slots.end(), Function(GetModuleHandleA("ws2_32.dll"), name));
+    const auto slot =
+        std::find(slots.begin(), slots.end(),
+                  reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("ws2_32.dll"), name)));
     ASSERT_NE(slot, slots.end());
     DWORD protection = 0;
     ASSERT_TRUE(VirtualProtect(slots.data(), table.Size, PAGE_READWRITE, &protection));
@@ -58,27 +55,17 @@ void Redirect(HMODULE module, const char* name, void* to) {
 
 // A connection is open and a socket is kept for late answers: the loader holds its lock while it unloads.
 TEST(UdpModule, CallsNoSocketsWhileItIsUnloaded) {
-    const HMODULE module = LoadLibraryA(ZQ_MODULE_FILE);
-    ASSERT_NE(module, nullptr);
-    Redirect(module, "closesocket", reinterpret_cast<void*>(&CountedClose));
-    Redirect(module, "WSACleanup", reinterpret_cast<void*>(&CountedCleanup));
+    CommandModule module(ZQ_TEST_UDP_MODULE);
+    Redirect(GetModuleHandleA(ZQ_TEST_UDP_MODULE), "closesocket", reinterpret_cast<void*>(&CountedClose));
+    Redirect(GetModuleHandleA(ZQ_TEST_UDP_MODULE), "WSACleanup", reinterpret_cast<void*>(&CountedCleanup));
 
     // The loopback network's broadcast address: the command fails at once, and its socket is put aside.
     ZQCCM_HANDLE handle = 0;
-    ASSERT_EQ(reinterpret_cast<ZQCCM_OpenCCM_Function>(Function(module, "ZQCCM_OpenCCM"))(
-                  "", "127.255.255.255", &handle),
-              ZQ_OK);
-    char answer[64];
-    EXPECT_EQ(reinterpret_cast<ZQCCM_SendCmd_Function>(Function(module, "ZQCCM_SendCmd"))(
-                  handle, "SERV:ID?\n", answer, sizeof answer),
-              ZQ_ERR_COM_SEND);
+    ASSERT_EQ(module.Open("", "127.255.255.255", &handle), ZQ_OK);
+    EXPECT_EQ(module.Ask(handle, "SERV:ID?\n"), Reply(ZQ_ERR_COM_SEND, ""));
 
-    FreeLibrary(module);
-    const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-    while (GetModuleHandleA(ZQ_MODULE_FILE) != nullptr && std::chrono::steady_clock::now() < limit) {
-        std::this_thread::yield();
-    }
-    EXPECT_EQ(GetModuleHandleA(ZQ_MODULE_FILE), nullptr) << "still loaded";
+    module.CloseLibrary();
+    WaitUntil([] { return !IsLoaded(ZQ_TEST_UDP_MODULE); });
     EXPECT_GE(g_calls, 2);
     EXPECT_EQ(g_callsInLoader, 0);
 }
