@@ -1,6 +1,7 @@
 #include "ZQUdpConnection.h"
 
 #include <algorithm>
+#include <iterator>
 #include <span>
 #include <utility>
 
@@ -12,11 +13,17 @@ namespace ZQAPI {
 
 namespace {
 
+using namespace std::chrono_literals;
+
 constexpr std::uint16_t kCommandPort = 19383;
 constexpr std::uint32_t kLimitedBroadcast = 0xFFFFFFFF;
 constexpr const char* kAnyCamera = "FFFFFFFFFFFF";
-constexpr int kTries = 3;
-constexpr std::chrono::milliseconds kTimePerTry{1000};
+// The command is sent at once and again after each of these times but the last: what was lost is mended soon, and a slow
+// camera is not flooded.
+constexpr std::chrono::milliseconds kTryEnds[] = {100ms, 300ms, 700ms, 1500ms, 3000ms};
+// So many of them by unicast, where the camera's own subnet is the interface's. After that its address may be claimed
+// by another, or another card have the same subnet.
+constexpr std::size_t kUnicastTries = 2;
 // An abort is noticed within this time.
 constexpr std::chrono::microseconds kMaxWait = std::chrono::milliseconds(10);
 
@@ -27,25 +34,31 @@ std::shared_ptr<CZQCommandConnection> OpenCommandConnection(const CZQString& com
 }
 
 CZQUdpConnection::CZQUdpConnection(const CZQString& cameraAddress)
-    : m_camera(cameraAddress), m_latest(OpenSocket()) {}
+    : m_camera(cameraAddress),
+      m_isUnicast(!m_camera.IsBroadcast() || m_camera.isInSubnet),
+      m_latest(OpenSocket()) {}
 
 std::string CZQUdpConnection::SendCommand(std::string_view command) {
     std::string request = m_camera.IsBroadcast() ? m_camera.hardwareAddress : kAnyCamera;
     request.append(":").append(command);
 
     CZQCommandSocket socket(OpenSocket());
-    for (int attempt = 1; attempt <= kTries; ++attempt) {
+    const Clock::time_point start = Clock::now();
+    for (std::size_t attempt = 0; attempt < std::size(kTryEnds); ++attempt) {
+        if (attempt == kUnicastTries && m_camera.IsBroadcast()) {
+            m_isUnicast = false;
+        }
         Send(socket.Get(), request);
-        auto answer = ReceiveUntil(socket.Get(), Clock::now() + kTimePerTry);
+        auto answer = ReceiveUntil(socket.Get(), start + kTryEnds[attempt]);
         if (!answer) {
             continue;
         }
-        if (attempt == 1) {
+        if (attempt == 0) {
             KeepOpen(socket.TakeBack());
         }
         return *std::move(answer);
     }
-    ZQ_THROW("CZQUdpConnection::SendCommand", ZQ_ERR_COM_TIMEOUT, "Tries=%d", kTries);
+    ZQ_THROW("CZQUdpConnection::SendCommand", ZQ_ERR_COM_TIMEOUT, "Tries=%zu", std::size(kTryEnds));
 }
 
 platform::UdpSocket CZQUdpConnection::OpenSocket() const {
@@ -68,7 +81,7 @@ void CZQUdpConnection::Send(platform::UdpSocket& socket, const std::string& requ
     const std::lock_guard lock(m_mutex);
     ThrowIfAborted();
     platform::Ipv4SocketAddress to;
-    to.addressBe = m_camera.IsBroadcast() ? kLimitedBroadcast : m_camera.addressBe;
+    to.addressBe = m_isUnicast ? m_camera.addressBe : kLimitedBroadcast;
     to.portBe = platform::SwapPort(kCommandPort);
     platform::SystemErrorCode error{};
     if (socket.SendTo(to, std::as_bytes(std::span(request)), error) != request.size()) {

@@ -23,8 +23,7 @@ public:
     // Nothing is sent. ZQ_ERR_SOCKET_CREATE when the address's interface is not one of this machine's.
     explicit CZQUdpConnection(const CZQString& cameraAddress);
 
-    // The command is sent up to three times, 1000 ms apart, until an answer comes:
-    // ZQ_ERR_COM_TIMEOUT after that.
+    // The command is sent up to five times until an answer comes, ever later; after 3000 ms ZQ_ERR_COM_TIMEOUT.
     std::string SendCommand(std::string_view command) override;
 
     // The answer that a datagram carries, its line feed included; nothing when it is not this camera's.
@@ -44,8 +43,9 @@ private:
 
     const CZQComWs2DllInit m_socketLibrary;
     const CZQUdpCameraAddress m_camera;
-    std::mutex m_mutex;            // held while sending and for m_latest, never while waiting
-    platform::UdpSocket m_latest;  // of the command that ended last; see KeepOpen
+    std::atomic<bool> m_isUnicast;  // once it has led nowhere, never again
+    std::mutex m_mutex;             // held while sending and for m_latest, never while waiting
+    platform::UdpSocket m_latest;   // of the command that ended last; see KeepOpen
 };
 
 }  // namespace ZQAPI

@@ -1,5 +1,7 @@
 #include "communication/ZQComNetInterface.h"
 
+#include <bit>
+
 #include "communication/ZQComIPAddr.h"
 #include "communication/ZQComWs2DllInit.h"
 #include "foundation/ZQException.h"
@@ -28,6 +30,10 @@ void CZQComNetInterface::SearchForInterfaces(std::vector<CZQComNetInterface>& in
 
 CZQString CZQComNetInterface::GetAddressText() const {
     return GetAddress(m_record.address);
+}
+
+CZQString CZQComNetInterface::GetCidrText() const {
+    return CZQString::Formatted("%s/%d", GetAddressText().c_str(), std::popcount(m_record.netMask.addressBe));
 }
 
 CZQString CZQComNetInterface::GetDirectedBroadcastText() const {

@@ -29,6 +29,8 @@ public:
     const platform::Ipv4SocketAddress& GetSocketAddress() const noexcept { return m_record.address; }
     // Dotted decimal. ZQ_ERR_ADDRESS_TO_TEXT.
     CZQString GetAddressText() const;
+    // The address and the bits of its subnet: "192.168.1.5/24". ZQ_ERR_ADDRESS_TO_TEXT.
+    CZQString GetCidrText() const;
     CZQString GetMaskText() const { return GetAddress(m_record.netMask); }
     // Of the interface's network, computed: what the system reports may be 255.255.255.255.
     CZQString GetDirectedBroadcastText() const;

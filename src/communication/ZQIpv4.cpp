@@ -78,6 +78,14 @@ std::uint32_t ClassMaskOf(std::uint32_t address) noexcept {
     return BlockOf(address) < 192 ? 0xFFFF0000 : 0xFFFFFF00;
 }
 
+std::optional<std::uint32_t> ParseIpv4PrefixLength(std::string_view text) noexcept {
+    constexpr std::uint32_t kBits = 32;
+    const auto length = TakeOctet(text);
+    return length && *length >= 1 && *length <= kBits && text.empty()
+               ? std::optional(~std::uint32_t{0} << (kBits - *length))
+               : std::nullopt;
+}
+
 bool IsHostUnderMask(std::uint32_t address, std::uint32_t mask) noexcept {
     const std::uint32_t host = address & ~mask;
     return host != 0 && host != ~mask;

@@ -22,6 +22,10 @@ bool IsIpv4Unicast(std::uint32_t address) noexcept;
 // The subnet mask of the address's class A, B or C; 0 for an address of none of them and for loopback.
 std::uint32_t ClassMaskOf(std::uint32_t address) noexcept;
 
+// The subnet mask of so many bits, 1 to 32 in decimal, as behind the slash of "192.168.1.1/24" (RFC 4632); nothing for any
+// other text.
+std::optional<std::uint32_t> ParseIpv4PrefixLength(std::string_view text) noexcept;
+
 // Whether the host part is neither all zeros (the network itself) nor all ones (its broadcast address).
 bool IsHostUnderMask(std::uint32_t address, std::uint32_t mask) noexcept;
 

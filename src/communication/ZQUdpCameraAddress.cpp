@@ -54,9 +54,16 @@ CZQUdpCameraAddress::CZQUdpCameraAddress(const CZQString& text) {
     const std::size_t at = colon + 1 + kHardwareAddressLength;
     Require(IsHardwareAddress(hardware) && at < whole.size() && whole[at] == '@', text);
     hardwareAddress = hardware;
-    const std::uint32_t local = AddressIn(whole.substr(at + 1), text);
+    const std::string_view card = whole.substr(at + 1);
+    const std::size_t slash = card.find('/');
+    const std::uint32_t local = AddressIn(card.substr(0, slash), text);
     Require(IsIpv4Unicast(local), text);
     localBe = platform::SwapAddress(local);
+    if (slash != std::string_view::npos) {
+        const auto mask = ParseIpv4PrefixLength(card.substr(slash + 1));
+        Require(mask.has_value(), text);
+        isInSubnet = ((address ^ local) & *mask) == 0 && IsHostUnderMask(address, *mask);
+    }
 }
 
 }  // namespace ZQAPI

@@ -21,7 +21,9 @@ namespace ZQAPI {
 struct SUdpDeviceConnInfo {
     CZQString hardwareAddress;  // 12 letters or digits
     CZQString ipAddress;        // dotted; 0.0.0.0 for a camera that has none yet
-    CZQString localAddress;  // the local interface that heard it, dotted; empty: the socket was bound to none
+    // Of the local interface that heard it, with the bits of its subnet, "192.168.1.5/24"; empty: the socket was bound
+    // to none.
+    CZQString localAddress;
     bool hasConflict = false;  // answers with this hardware address gave different IP addresses
 };
 

@@ -33,7 +33,7 @@ bool IsForWantOfMeans(std::int32_t errorNumber, const CZQString& deviceType) {
     }
 }
 
-// The module reaches a camera in a foreign subnet only through the interface that heard it.
+// The module reaches a camera in a foreign subnet only through the interface that heard it, by broadcast.
 CZQString CommandAddress(const SUdpDeviceConnInfo& camera) {
     if (camera.localAddress.IsEmpty()) {
         return camera.ipAddress;

@@ -82,7 +82,7 @@ private:
             CZQComUDPConfig config = BroadcastConfig();
             config.SetBoundInterface(&card);
             DebugOutput("ZQSDK: Scan with UDP: %s", card.ToString().c_str());
-            Listen(config, index, card.GetAddressText());
+            Listen(config, index, card.GetCidrText());
         } catch (const CZQException& exception) {
             DebugOutput("%s", exception.ToString().c_str());
         } catch (...) {
