@@ -2,11 +2,13 @@
 #pragma once
 
 #include <atomic>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
 
 #include "foundation/ZQException.h"
+#include "foundation/ZQStopWatch.h"
 
 namespace ZQAPI {
 
@@ -37,7 +39,34 @@ protected:
         }
     }
 
+    // The line that `receiveByte` brings byte by byte, given the milliseconds that are left. Not whole after so many:
+    // ZQ_ERR_COM_TIMEOUT; more than the library takes: ZQ_ERR_BUFFER_TOO_SMALL.
+    template <class ReceiveByte>
+    std::string ReceiveLine(std::uint32_t limitMs, ReceiveByte&& receiveByte) const {
+        const CZQStopWatch watch(true);
+        std::string line;
+        while (!line.ends_with('\n')) {
+            ThrowIfAborted();
+            const std::uint64_t elapsed = watch.GetElapsed();
+            if (elapsed > limitMs) {
+                ZQ_THROW("CZQCommandConnection::ReceiveLine", ZQ_ERR_COM_TIMEOUT);
+            }
+            if (line.size() == kMaxAnswerLength) {
+                ZQ_THROW("CZQCommandConnection::ReceiveLine", ZQ_ERR_BUFFER_TOO_SMALL);
+            }
+            const char byte = receiveByte(static_cast<std::uint32_t>(limitMs - elapsed));
+            // A NUL would end the answer early for whoever reads it as a text.
+            if (byte == '\0') {
+                ZQ_THROW("CZQCommandConnection::ReceiveLine", ZQ_ERR_BAD_VALUE, "The answer holds a NUL");
+            }
+            line += byte;
+        }
+        return line;
+    }
+
 private:
+    static constexpr std::size_t kMaxAnswerLength = 1023;
+
     // Until nobody is any more between ThrowIfAborted and the end of what he sends.
     virtual void WaitForSends() noexcept = 0;
 

@@ -9,9 +9,7 @@ namespace ZQAPI {
 
 namespace {
 
-constexpr std::uint64_t kAnswerTimeMs = 1000;
-constexpr std::size_t kMaxAnswerLength = 1023;  // what the library takes at most
-
+constexpr std::uint32_t kAnswerTimeMs = 1000;
 constexpr std::uint32_t kQuietTimeMs = 500;
 constexpr std::uint64_t kMaxTimeUntilQuietMs = 3000;
 
@@ -26,7 +24,11 @@ std::string CZQSerialConnection::SendCommand(std::string_view command) {
     m_channel->Flush();
     m_mayAnswerLate = true;
     m_channel->Send(command.data(), static_cast<std::uint32_t>(command.size()));
-    std::string answer = ReadLine();
+    std::string answer = ReceiveLine(kAnswerTimeMs, [this](std::uint32_t leftMs) {
+        char byte = 0;
+        m_channel->Recv(&byte, 1, leftMs, false);
+        return byte;
+    });
     m_mayAnswerLate = false;
     return answer;
 }
@@ -54,29 +56,6 @@ void CZQSerialConnection::WaitUntilQuiet() {
             throw;
         }
     }
-}
-
-std::string CZQSerialConnection::ReadLine() {
-    const CZQStopWatch watch(true);
-    std::string answer;
-    while (!answer.ends_with('\n')) {
-        ThrowIfAborted();
-        const std::uint64_t elapsed = watch.GetElapsed();
-        if (elapsed > kAnswerTimeMs) {
-            ZQ_THROW("CZQSerialConnection::ReadLine", ZQ_ERR_COM_TIMEOUT);
-        }
-        if (answer.size() == kMaxAnswerLength) {
-            ZQ_THROW("CZQSerialConnection::ReadLine", ZQ_ERR_BUFFER_TOO_SMALL);
-        }
-        char byte = 0;
-        m_channel->Recv(&byte, 1, static_cast<std::uint32_t>(kAnswerTimeMs - elapsed), false);
-        // A NUL would end the answer early for whoever reads it as a text.
-        if (byte == '\0') {
-            ZQ_THROW("CZQSerialConnection::ReadLine", ZQ_ERR_BAD_VALUE, "The answer holds a NUL");
-        }
-        answer += byte;
-    }
-    return answer;
 }
 
 }  // namespace ZQAPI

@@ -28,7 +28,6 @@ public:
 private:
     void WaitForSends() noexcept override;
     void WaitUntilQuiet();
-    std::string ReadLine();
 
     std::mutex m_mutex;  // held for the whole command
     const std::unique_ptr<CZQComBase> m_channel;
