@@ -148,10 +148,10 @@ TEST_P(ModuleContract, OneConnectionServesSeveralThreadsAndEndsUnderThem) {
     const ZQCCM_HANDLE handle = Open();
     std::atomic<int> answered{0};
     std::vector<std::future<Reply>> ends;
-    for (const auto& [command, answer] : kAnswers) {
-        ends.push_back(std::async(std::launch::async, [&, command, answer] {
+    for (const auto& question : kAnswers) {
+        ends.push_back(std::async(std::launch::async, [&] {
             Reply reply;
-            while ((reply = module->Ask(handle, command)) == answer) {
+            while ((reply = module->Ask(handle, question.first)) == question.second) {
                 ++answered;
             }
             return reply;
