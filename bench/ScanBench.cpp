@@ -1,11 +1,16 @@
-// What a network scan takes beyond its configured listening time, by number of cameras and by their command
-// latency. Runs in a network of its own only: it broadcasts.
+// What a network scan takes beyond its configured listening time, of time and of processor time, and a re-check in all,
+// against a farm of simulated cameras in a process of its own. Runs in a network of its own only: it broadcasts.
+#include <sys/resource.h>
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <fstream>
+#include <stdexcept>
+#include <string>
 #include <vector>
 
-#include "ZQSimUdpServer.h"
 #include "support/FileBytes.h"
 #include "support/KitCopy.h"
 
@@ -15,66 +20,133 @@ namespace {
 using Milliseconds = std::chrono::duration<double, std::milli>;
 
 constexpr int kListeningMs = 500;
-constexpr int kRepetitions = 5;
-constexpr double kNotFound = -1e9;
-constexpr std::uint32_t kFirstAddress = 0x7F010001;  // 127.1.0.1
+constexpr int kLongListeningMs = 10000;
+constexpr int kRepetitions = 10;
 
-void Configure(const test::KitCopy& kit) {
+// Cameras that are there as long as the object is.
+class Farm {
+public:
+    Farm(const test::KitCopy& kit, std::size_t cameras, const std::string& options) {
+        const std::string fifo = (m_folder.Path() / "ready").string();
+        if (mkfifo(fifo.c_str(), S_IRUSR | S_IWUSR) != 0) {
+            throw std::runtime_error("no pipe");
+        }
+        const std::string command = "'" + kit.File("zqcamsim") +
+                                    "' --until-eof --first-address 127.1.0.1 --count " +
+                                    std::to_string(cameras) + " " + options + " >'" + fifo + "'";
+        m_process = popen(command.c_str(), "w");
+        std::ifstream ready(fifo);
+        for (std::string line; line != "ready";) {
+            if (!std::getline(ready, line)) {
+                throw std::runtime_error("no cameras: " + command);
+            }
+        }
+    }
+    Farm(const Farm&) = delete;
+    Farm& operator=(const Farm&) = delete;
+    ~Farm() { pclose(m_process); }
+
+private:
+    test::TempFolder m_folder;
+    std::FILE* m_process = nullptr;
+};
+
+void Configure(const test::KitCopy& kit, int listeningMs) {
     test::WriteSealed(kit.ApiIni(),
                       "[DeviceScanner]\r\nActiveScanners=SCANNER_ZQ_UDP\r\n"
                       "[DeviceScanner.SCANNER_ZQ_UDP]\r\nNofScanCycles=5\r\nScanTimeMs=" +
-                          std::to_string(kListeningMs) + "\r\n");
+                          std::to_string(listeningMs) + "\r\n");
 }
 
-// Time of one scan beyond its listening time; kNotFound when it does not find what is there.
-double OverheadMs(test::KitCopy& kit, std::size_t cameras) {
-    const auto start = std::chrono::steady_clock::now();
-    const int result = ZQ_CALL(kit, ZQDEV_ScanForDevices);
-    const Milliseconds took = std::chrono::steady_clock::now() - start;
-    unsigned count = 0;
-    ZQ_CALL(kit, ZQDEV_GetNofDevices, &count);
-    return result == ZQ_OK && count == cameras ? took.count() - kListeningMs : kNotFound;
+double ProcessorMs() {
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    const auto ms = [](const timeval& time) {
+        return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_usec) / 1e3;
+    };
+    return ms(usage.ru_utime) + ms(usage.ru_stime);
 }
 
-// The scans' overheads as one line of the table; false when one did not find every camera.
-bool Measure(test::KitCopy& kit, std::size_t cameras, const char* latency) {
-    std::vector<double> overheads;
-    for (int i = 0; i < kRepetitions; ++i) {
-        overheads.push_back(OverheadMs(kit, cameras));
+struct Series {
+    std::vector<double> values;
+
+    double Median() {
+        std::sort(values.begin(), values.end());
+        return values[values.size() / 2];
     }
-    std::sort(overheads.begin(), overheads.end());
-    std::printf("%8zu %12s %12.2f %12.2f %12.2f\n", cameras, latency, overheads.front(),
-                overheads[overheads.size() / 2], overheads.back());
-    return overheads.front() != kNotFound;
+};
+
+void PrintRow(const std::string& what, Series& ms, Series& processorMs, const std::string& found) {
+    const double median = ms.Median();
+    std::printf("%-44s %9.1f %9.1f %9.1f %9.1f  %s\n", what.c_str(), ms.values.front(), median,
+                ms.values.back(), processorMs.Median(), found.c_str());
 }
 
-bool Measure(test::KitCopy& kit, std::size_t cameras, std::chrono::milliseconds latency) {
-    sim::CZQSimUdpServer server(sim::MakeCameras(cameras, kFirstAddress, 0xFF000000), {});
-    sim::CZQSimFaults faults;
-    faults.command.delay = {latency, latency};
-    server.SetFaults(faults);
-    return Measure(kit, cameras, std::to_string(latency.count()).c_str());
+// False when a scan without losses did not find every camera.
+bool MeasureScan(test::KitCopy& kit, std::size_t cameras, const std::string& options) {
+    const Farm farm(kit, cameras, options);
+    Series beyond;
+    Series processor;
+    unsigned fewest = static_cast<unsigned>(cameras);
+    for (int i = 0; i < kRepetitions; ++i) {
+        const double processorBefore = ProcessorMs();
+        const auto start = std::chrono::steady_clock::now();
+        const int result = ZQ_CALL(kit, ZQDEV_ScanForDevices);
+        const Milliseconds took = std::chrono::steady_clock::now() - start;
+        beyond.values.push_back(took.count() - kListeningMs);
+        processor.values.push_back(ProcessorMs() - processorBefore);
+        unsigned count = 0;
+        ZQ_CALL(kit, ZQDEV_GetNofDevices, &count);
+        fewest = std::min(fewest, result == ZQ_OK ? count : 0);
+    }
+    PrintRow(std::to_string(cameras) + " cameras " + options, beyond, processor,
+             std::to_string(fewest) + " found at least");
+    return fewest == cameras || options.find("--loss") != std::string::npos;
+}
+
+bool MeasureRecheck(test::KitCopy& kit) {
+    const Farm farm(kit, 1, "--latency 1 --discovery-latency 1");
+    Configure(kit, kListeningMs);
+    ZQDEVICEINFO device{};
+    if (ZQ_CALL(kit, ZQDEV_ScanForDevices) != ZQ_OK || ZQ_CALL(kit, ZQDEV_GetDevice, 0U, &device) != ZQ_OK) {
+        return false;
+    }
+    Configure(kit, kLongListeningMs);
+    Series times;
+    Series processor;
+    bool isThere = true;
+    for (int i = 0; i < kRepetitions; ++i) {
+        const double processorBefore = ProcessorMs();
+        const auto start = std::chrono::steady_clock::now();
+        isThere = ZQ_CALL(kit, ZQDEV_RescanDevice, &device) == ZQ_OK && isThere;
+        times.values.push_back(Milliseconds(std::chrono::steady_clock::now() - start).count());
+        processor.values.push_back(ProcessorMs() - processorBefore);
+    }
+    PrintRow("re-check, listening time 10 s, in all", times, processor,
+             isThere ? "found each time" : "NOT FOUND");
+    return isThere;
 }
 
 int Main() {
     test::KitCopy kit;
-    Configure(kit);
+    Configure(kit, kListeningMs);
     if (ZQ_CALL(kit, ZQDEV_InitLibrary) != ZQ_OK) {
         std::printf("the kit does not initialise\n");
         return 1;
     }
-    std::printf("\nTime of a scan beyond its listening time of %d ms, %d scans each\n", kListeningMs,
-                kRepetitions);
-    std::printf("%8s %12s %12s %12s %12s\n", "cameras", "latency [ms]", "min [ms]", "median [ms]",
-                "max [ms]");
-    bool allFound = Measure(kit, 0, "-");
-    for (const std::size_t cameras : {1, 16, 64, 256}) {
-        for (const int latencyMs : {1, 20}) {
-            allFound = Measure(kit, cameras, std::chrono::milliseconds(latencyMs)) && allFound;
-        }
+    std::printf("\nTime of a scan beyond its listening time of %d ms, %d scans each\n%-44s %9s %9s %9s %9s\n",
+                kListeningMs, kRepetitions, "", "min [ms]", "median", "max", "CPU [ms]");
+    bool allFound = true;
+    for (const std::size_t cameras : {0, 1, 64, 256, 4000}) {
+        allFound = MeasureScan(kit, cameras, "--latency 20 --discovery-latency 1") && allFound;
     }
+    allFound = MeasureScan(kit, 256, "--latency 1 --discovery-latency 1") && allFound;
+    allFound = MeasureScan(kit, 256, "--latency 1 --discovery-latency 90") && allFound;
+    allFound = MeasureScan(kit, 64, "--latency 1 --loss 0.05") && allFound;
+    allFound = MeasureScan(kit, 64, "--latency 1 --loss 0.2") && allFound;
+    allFound = MeasureRecheck(kit) && allFound;
     if (!allFound) {
-        std::printf("not every scan found every camera\n");
+        std::printf("not every camera was found\n");
     }
     return allFound ? 0 : 1;
 }

@@ -20,7 +20,8 @@ constexpr std::uint32_t kLimitedBroadcast = 0xFFFFFFFF;
 constexpr const char* kAnyCamera = "FFFFFFFFFFFF";
 // The command is sent at once and again after each of these times but the last: what was lost is mended soon, and a slow
 // camera is not flooded.
-constexpr std::chrono::milliseconds kTryEnds[] = {100ms, 300ms, 700ms, 1500ms, 3000ms};
+constexpr std::chrono::milliseconds kTryEnds[] = {50ms,   150ms,  300ms,  500ms, 800ms,
+                                                  1200ms, 1700ms, 2300ms, 3000ms};
 // So many of them by unicast, where the camera's own subnet is the interface's. After that its address may be claimed
 // by another, or another card have the same subnet.
 constexpr std::size_t kUnicastTries = 2;

@@ -128,8 +128,8 @@ TEST_F(UdpScan, SilentCommandPortAndUnknownTypeLeaveTheOthers) {
     }
     ASSERT_EQ(devices.size(), 1U);
     EXPECT_STREQ(devices[0].UsedAddress, "127.0.1.13");
-    // Three tries of the first question, no more.
-    EXPECT_EQ(server.GetCounts(1).commands, 5U);
+    // All tries of the first question, no more.
+    EXPECT_EQ(server.GetCounts(1).commands, 9U);
 }
 
 TEST_F(UdpScan, SettingsThatCannotBeReadFailTheScanAndChangeNothing) {
@@ -274,7 +274,8 @@ TEST_F(UdpCrowd, ARescanEndsWithItsCameraAndSendsNothingMore) {
     LetAnswerLate(server);
     Crowd crowd(600);
     EXPECT_EQ(ZQ_CALL(kit, ZQDEV_RescanDevice, &device), ZQ_OK);
-    EXPECT_LE(crowd.CountCommands(milliseconds(0)), 2U) << "asked again and again before others were asked";
+    // What goes out in its first turn and in its second, at most.
+    EXPECT_LE(crowd.CountCommands(milliseconds(0)), 5U) << "asked again and again before others were asked";
     EXPECT_EQ(crowd.CountCommands(milliseconds(1200)), 0U) << "sent after the re-check";
 }
 

@@ -25,15 +25,15 @@ TEST(UdpModule, CopesWithFaults) {
         Reply reply;              // to "SYST:SERN?\n"
         std::uint64_t tries = 1;  // as the camera counted them
     } cases[] = {
-        {"silent", false, {.silent = true}, none, 5},
-        {"silent", true, {.silent = true}, none, 5},
-        {"answers in the fourth try", false, {.delay = {1300ms, 1300ms}}, own, 4},
+        {"silent", false, {.silent = true}, none, 9},
+        {"silent", true, {.silent = true}, none, 9},
+        {"answers in the seventh try", false, {.delay = {1450ms, 1450ms}}, own, 7},
         {"duplicates", false, {.duplicates = 1}, own},
-        {"no colon", false, {.form = EAnswerForm::kNoColon}, none, 5},
+        {"no colon", false, {.form = EAnswerForm::kNoColon}, none, 9},
         {"no colon, then a proper one", false, {.form = EAnswerForm::kNoColon, .properFollows = true}, own},
         {"too short, then a proper one", true, {.form = EAnswerForm::kTooShort, .properFollows = true}, own},
         {"empty, then a proper one", false, {.form = EAnswerForm::kEmpty, .properFollows = true}, own},
-        {"another camera's address", true, {.form = EAnswerForm::kWrongAddress}, none, 5},
+        {"another camera's address", true, {.form = EAnswerForm::kWrongAddress}, none, 9},
         {"the same, then its own", true, {.form = EAnswerForm::kWrongAddress, .properFollows = true}, own},
         {"control characters", false, {.form = EAnswerForm::kControlCharacters}, theCallersMatter},
     };
@@ -50,9 +50,9 @@ TEST(UdpModule, CopesWithFaults) {
             EXPECT_EQ(connection.Ask("SYST:SERN?\n"),
                       test.reply == own ? Reply(ZQ_OK, serial + "\n") : test.reply);
             EXPECT_EQ(cameras.server.GetCounts(i).commands, test.tries);
-            // Answers to the repetitions of the one in the fourth try are still to come.
+            // Answers to the repetitions of the one in the seventh try are still to come.
             cameras.server.SetFaults(i, {});
-            ExpectOwnAnswers(connection, test.tries == 4 ? 1500ms : 0ms);
+            ExpectOwnAnswers(connection, test.tries == 7 ? 1500ms : 0ms);
         }));
     }
     for (auto& run : runs) {
