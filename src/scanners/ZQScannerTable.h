@@ -1,6 +1,6 @@
 // The one table of scanners, beside the public one that gives them number, name and modules (ZQDEV_SCANNER_TABLE):
 // who makes them, their order of precedence, and how the addresses of their cameras are changed. A new scanner is
-// one row in each and one pair of files.
+// one row in each and a file or two.
 #pragma once
 
 #include <cstdint>
