@@ -19,7 +19,7 @@ namespace {
 
 CZQString FindConfigRoot(const CZQString& binPath) {
     const CZQString separator = PathSeparator();
-    const CZQString marker = binPath + "USE_LOCAL_SDK_CONFIG";
+    const CZQString marker = binPath + CZQSdkPaths::kMarkerFile;
     if (!CZQFile::Exists(marker)) {
         return CZQSystem::GetSpecialDirectory(platform::kCommonAppDataFolder) + separator + "Valdremonix" +
                separator + "ZQSDK 2" + separator;

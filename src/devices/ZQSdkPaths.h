@@ -17,6 +17,8 @@ public:
     // The bin path of a library file: the folder of its kit.
     static CZQString MakeBinPath(const CZQString& libraryFile) { return KitFolderOf(libraryFile); }
 
+    static constexpr const char* kMarkerFile = "USE_LOCAL_SDK_CONFIG";
+
     const CZQString& GetBinPath() const noexcept { return m_binPath; }
     const CZQString& GetSdkConfigRoot() const noexcept { return m_configRoot; }
     CZQString GetConfigFilesPath() const;

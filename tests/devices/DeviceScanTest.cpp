@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <latch>
+#include <future>
 #include <map>
 #include <stdexcept>
 
@@ -119,15 +119,15 @@ TEST_F(DeviceScan, UnknownNameStartsNothing) {
 }
 
 TEST_F(DeviceScan, TimeLimitTakesWhatIsThereAndLateScannersDoNoHarm) {
-    const auto gate = std::make_shared<std::latch>(1);
-    const auto ended = std::make_shared<std::latch>(1);
+    const auto gate = std::make_shared<std::promise<void>>();
+    const auto ended = std::make_shared<std::promise<void>>();
     std::atomic<int> stopped{0};
     m_stop = [&stopped] { ++stopped; };
     Script("SCANNER_MV", [gate, ended](CZQDeviceList& found) {
         found.AddDevice(SampleDevice("early", "SCANNER_MV"), false);
-        gate->wait();
+        gate->get_future().wait();
         found.AddDevice(SampleDevice("late", "SCANNER_MV"), false);
-        ended->count_down();
+        ended->set_value();
     });
     Finds("SCANNER_ZQ_UDP", {"u"});
     Logged().Take();
@@ -138,8 +138,8 @@ TEST_F(DeviceScan, TimeLimitTakesWhatIsThereAndLateScannersDoNoHarm) {
     EXPECT_EQ(logged[0].GetErrorNumber(), ZQ_ERR_WAIT_FAILED);
     EXPECT_EQ(logged[0].GetExtraText(), "TIMEOUT during scan for devices");
     EXPECT_EQ(stopped, 1) << "the one that is still at work, before the scan returns";
-    gate->count_down();
-    ended->wait();
+    gate->set_value();
+    ended->get_future().wait();
 }
 
 TEST_F(DeviceScan, OnlyBroadcastingScannersExcludeEachOther) {

@@ -260,6 +260,9 @@ TEST_F(Zqdev, FilesAreMadeMendedAndSealedOnlyWhenAsked) {
     ExpectFailure({"config", "check"}, 1, {"IPPort=99999: a number from 0 to 65535", "config seal"});
     WriteSealed(m_kit.ApiIni(), odd + "IPort=1\r\n[DeviceScanner.SCANNER_UDP]\r\n");
     EXPECT_EQ(RunJson({"config", "show"})["warnings"].size(), 3U);
+
+    WriteBytes(m_kit.File("USE_LOCAL_SDK_CONFIG"), "[Paths]\r\nAppDataPath=elsewhere\r\n");
+    EXPECT_THAT(Run({"config", "check"}).err, testing::HasSubstr("is relative"));
 }
 
 TEST_F(Zqdev, EditsAtOnceAreAllKept) {

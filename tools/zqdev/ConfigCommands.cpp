@@ -166,6 +166,12 @@ ExitStatus CheckFiles(Session& session) {
                 FailureLine(file, finding.number, Advice(finding.subject, finding.number, kit, file)));
         }
     }
+    if (platform::ToPath(kit.ConfigFolder()).is_relative()) {
+        failures.push_back(kit.ConfigFolder() +
+                           " is relative: each process looks for it in its own current folder; write an "
+                           "absolute AppDataPath into " +
+                           kit.MarkerFile());
+    }
     if (ReadingObstacle(kit.ApiIni()).empty()) {
         for (const std::string& warning : Warnings(ReadScanSettings(kit.ApiIni()))) {
             failures.push_back(kit.ApiIni() + ": " + warning + "; " +

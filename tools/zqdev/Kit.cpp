@@ -41,6 +41,10 @@ std::string Kit::BinPath() const {
     return Tidy(m_paths.GetBinPath());
 }
 
+std::string Kit::MarkerFile() const {
+    return Tidy(m_paths.GetBinPath() + CZQSdkPaths::kMarkerFile);
+}
+
 std::string Kit::ConfigFolder() const {
     return Tidy(m_paths.GetConfigFilesPath());
 }

@@ -19,6 +19,8 @@ public:
     const std::string& LibraryFile() const noexcept { return m_libraryFile; }
 
     std::string BinPath() const;
+    // That tells where the configuration is, if it is there.
+    std::string MarkerFile() const;
     std::string ConfigFolder() const;
     std::string ApiIni() const;
     std::string DevicesIni() const;

@@ -10,12 +10,14 @@
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <utility>
 
 #include "platform/posix/Descriptor.h"
 
 namespace ZQAPI::platform {
 
 struct FileLock::State {
+    explicit State(Descriptor opened) noexcept : file(std::move(opened)) {}
     Descriptor file;
 };
 

@@ -10,6 +10,7 @@
 namespace ZQAPI::platform {
 
 struct FileLock::State {
+    explicit State(OwnedHandle opened) noexcept : file(std::move(opened)) {}
     OwnedHandle file;
 };
 
