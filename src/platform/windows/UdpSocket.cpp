@@ -157,18 +157,12 @@ bool UdpSocket::GetLocalAddress(Ipv4SocketAddress& address, SystemErrorCode& err
 
 std::optional<std::size_t> UdpSocket::SendTo(const Ipv4SocketAddress& to, std::span<const std::byte> data,
                                              SystemErrorCode& error) noexcept {
-    // A datagram goes whole or not at all. Under Wine on a busy machine it now and then does not go, without an error.
-    constexpr int kTries = 3;
-    const int size = static_cast<int>(data.size());
-    int sent = 0;
-    error = 0;
-    for (int tries = 0; tries < kTries && sent != size && error == 0; ++tries) {
-        WSASetLastError(0);
-        sent = sendto(Socket(m_handle), reinterpret_cast<const char*>(data.data()), size, 0,
-                      SystemAddress(to), sizeof to);
-        Check(sent != SOCKET_ERROR, error);
+    const int sent = sendto(Socket(m_handle), reinterpret_cast<const char*>(data.data()),
+                            static_cast<int>(data.size()), 0, SystemAddress(to), sizeof to);
+    if (!Check(sent != SOCKET_ERROR, error)) {
+        return std::nullopt;
     }
-    return sent == SOCKET_ERROR ? std::nullopt : std::optional(static_cast<std::size_t>(sent));
+    return static_cast<std::size_t>(sent);
 }
 
 WaitResult UdpSocket::WaitReadable(std::chrono::microseconds timeout) noexcept {
