@@ -70,8 +70,13 @@ void CZQSerialLineSearch::ListLines() {
 
 // One line at a time needs no other thread, and where the system gives none this one does the work.
 void CZQSerialLineSearch::ProbeOnThreads(Clock::time_point deadline) {
+    std::unique_lock lock(m_mutex);
+    if (m_isOver) {
+        return;  // the camera that is wanted was on its own line
+    }
     const std::size_t atOnce = m_kind->maxLinesAtOnce;
     const std::size_t wanted = atOnce > 1 ? std::min(m_untried.size(), atOnce) : 0;
+    lock.unlock();
     std::size_t started = 0;
     while (started < wanted && StartWorker()) {
         ++started;
@@ -79,7 +84,7 @@ void CZQSerialLineSearch::ProbeOnThreads(Clock::time_point deadline) {
     if (started == 0) {
         Work();
     }
-    std::unique_lock lock(m_mutex);
+    lock.lock();
     if (!m_workerEnded.wait_until(lock, deadline, [this] { return m_nofWorkers == 0; })) {
         DebugOutput("ZQSDK: !! %s: %zu lines not tried or without an end in time", m_kind->names.scanner,
                     m_untried.size() + m_nofWorkers);

@@ -3,10 +3,12 @@
 // none. A new setting is a member, a row and its effect.
 #pragma once
 
+#include <algorithm>
 #include <concepts>
 #include <cstdint>
 #include <limits>
 #include <span>
+#include <type_traits>
 #include <utility>
 
 #include "foundation/ZQStringArray.h"
