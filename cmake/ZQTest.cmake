@@ -8,7 +8,7 @@ endif()
 
 set(support "${PROJECT_SOURCE_DIR}/tests/support")
 add_library(zq_test_support STATIC "${support}/TestMain.cpp"
-  "${support}/$<IF:$<PLATFORM_ID:Windows>,windows,posix>/ScarceResources.cpp")
+  "${support}/${ZQ_SYSTEM}/Program.cpp" "${support}/${ZQ_SYSTEM}/ScarceResources.cpp")
 target_include_directories(zq_test_support PUBLIC "${PROJECT_SOURCE_DIR}/tests")
 target_link_libraries(zq_test_support PUBLIC zq_tools_platform zq_options GTest::gmock)
 if(ZQ_SANITIZE MATCHES "thread")

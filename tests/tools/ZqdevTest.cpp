@@ -13,6 +13,7 @@
 #include "platform/Files.h"
 #include "support/FileBytes.h"
 #include "support/KitCopy.h"
+#include "support/Program.h"
 #include "support/SampleDevices.h"
 #include "tools/platform/FileLock.h"
 #include "tools/platform/SystemText.h"
@@ -30,19 +31,13 @@ struct Outcome {
 
 class Zqdev : public ::testing::Test {
 protected:
-    // May be called by several threads. `program`: without what a shell takes for its own.
-    Outcome Run(const Arguments& arguments, std::string program = {}) {
+    // May be called by several threads.
+    Outcome Run(const Arguments& arguments, const std::string& program = {}) {
         const std::string number = std::to_string(++m_runs);
         const std::string out = m_outputs.File("out" + number);
         const std::string err = m_outputs.File("err" + number);
-        std::string command = program.empty() ? m_kit.File("zqdev") : std::move(program);
-        for (const std::string& argument : arguments) {
-            command += " \"" + argument + "\"";
-        }
-        const int status =
-            std::system((command + " >" + out + " 2>" + err).c_str());  // NOLINT: own arguments
-        // Some systems put the exit status into the second byte.
-        return {status > 0xFF ? status >> 8 : status, TextOf(out), TextOf(err)};
+        const int status = RunProgram(program.empty() ? m_kit.File("zqdev") : program, arguments, out, err);
+        return {status, TextOf(out), TextOf(err)};
     }
 
     // Expects one line on standard error with all these parts in it.
