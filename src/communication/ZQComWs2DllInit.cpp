@@ -10,7 +10,6 @@ namespace ZQAPI {
 
 namespace {
 
-// The system counts the starts as well: each of ours is answered by one stop.
 std::atomic<int> g_useCount{0};
 
 }  // namespace
@@ -30,8 +29,12 @@ void CZQComWs2DllInit::Startup() {
 }
 
 CZQComWs2DllInit::~CZQComWs2DllInit() {
-    platform::StopSocketLibrary();
-    --g_useCount;
+    // The system counts the starts too, and at none closes every socket of the process. Wine counts without a lock, and
+    // would get there too early if each start had its stop: only the last of ours stops it, and what is left of its
+    // count keeps the others' sockets open.
+    if (--g_useCount == 0) {
+        platform::StopSocketLibrary();
+    }
 }
 
 int CZQComWs2DllInit::GetUseCount() noexcept {
