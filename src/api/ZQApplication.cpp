@@ -40,7 +40,7 @@ public:
         Attempt("the logger could not be taken down", DeleteGlobalLogger);
         Attempt("the library could not be taken down", [] {
             SetErrorReporter(nullptr);
-            ForgetSdkPaths();
+            CZQSdkPaths::ForgetOwnKit();
         });
     }
 
@@ -52,11 +52,11 @@ private:
     // The kit brings a vendor's library (FlyCapture2) in a folder of its own, where it is found by name.
     static void AddVendorFolder() {
         const CZQString separator = PathSeparator();
-        const CZQDllSearchPath vendor(GetBinPath() + "3dParty" + separator + "PGR" + separator + "x64" +
-                                      separator);
+        const CZQDllSearchPath vendor(CZQSdkPaths::OfOwnKit().GetBinPath() + "3dParty" + separator + "PGR" +
+                                      separator + "x64" + separator);
     }
 
-    CZQDeviceAPI m_library{SDeviceAPIEnvironment::OfOwnKit()};
+    CZQDeviceAPI m_library{SDeviceAPIEnvironment()};
 };
 
 // Left alone when the process ends.

@@ -5,11 +5,9 @@
 
 #include "api/ZQCatchProtocol.h"
 #include "devices/ZQCamConfigFile.h"
-#include "devices/ZQSdkPaths.h"
 #include "foundation/Io/ZQConfigFile.h"
 #include "foundation/ZQException.h"
 #include "scanners/ZQNetAddressChange.h"
-#include "scanners/ZQScannerTable.h"
 
 namespace ZQAPI {
 
@@ -35,15 +33,6 @@ CZQDeviceInfo CheckedDevice(const ZQDEVICEINFO& record) {
 }
 
 }  // namespace
-
-SDeviceAPIEnvironment SDeviceAPIEnvironment::OfOwnKit() {
-    SDeviceAPIEnvironment environment;
-    environment.getApiIniPath = GetApiIniPath;
-    environment.getDevicesIniPath = GetDevicesIniPath;
-    environment.getCameraConfigFile = GetCameraConfigFile;
-    environment.createScanner = ZQAPI::CreateScanner;
-    return environment;
-}
 
 CZQDeviceAPI::CZQDeviceAPI(SDeviceAPIEnvironment environment) : m_environment(std::move(environment)) {}
 
@@ -138,7 +127,7 @@ int CZQDeviceAPI::ModifyDevice(const ZQDEVICEINFO& record) noexcept {
 
 int CZQDeviceAPI::SaveDeviceConfig() noexcept {
     return Initialised(ZQ_HERE("CZQDeviceAPI::SaveDeviceConfig"),
-                       [&] { m_devices.SaveToFile(m_environment.getDevicesIniPath()); });
+                       [&] { m_devices.SaveToFile(m_environment.kit.GetDevicesIniPath()); });
 }
 
 int CZQDeviceAPI::LoadDeviceConfig() noexcept {
@@ -148,7 +137,7 @@ int CZQDeviceAPI::LoadDeviceConfig() noexcept {
 void CZQDeviceAPI::LoadList() {
     m_devices.Clear();
     CZQDeviceList loaded;
-    loaded.LoadFromFile(m_environment.getDevicesIniPath());
+    loaded.LoadFromFile(m_environment.kit.GetDevicesIniPath());
     m_devices = std::move(loaded);
 }
 
@@ -160,7 +149,7 @@ int CZQDeviceAPI::QueryText(const SSourceLocation& here, const char* deviceType,
     return Initialised(here, [&] {
         CheckInput(deviceType, here);
         CheckOutput(buffer, here);
-        CZQCamConfigFile config(m_environment.getCameraConfigFile(deviceType));
+        CZQCamConfigFile config(m_environment.kit.GetCameraConfigFile(deviceType));
         constexpr auto kMaxSize = static_cast<unsigned int>(std::numeric_limits<std::int32_t>::max());
         CZQString(query(config)).CopyToChars(buffer, static_cast<std::int32_t>(std::min(size, kMaxSize)));
     });
@@ -172,7 +161,7 @@ int CZQDeviceAPI::QueryCount(const SSourceLocation& here, const char* deviceType
     return Initialised(here, [&] {
         CheckInput(deviceType, here);
         CheckOutput(count, here);
-        CZQCamConfigFile config(m_environment.getCameraConfigFile(deviceType));
+        CZQCamConfigFile config(m_environment.kit.GetCameraConfigFile(deviceType));
         *count = query(config).GetSize();
     });
 }
@@ -221,7 +210,7 @@ int CZQDeviceAPI::GetSupportedDevice(unsigned int /*index*/, char* /*buffer*/,
 // ---- scanning -----------------------------------------------------------------------------------
 
 std::unique_ptr<CZQScanIFBase> CZQDeviceAPI::CreateScanner(const CZQString& name) const {
-    return m_environment.createScanner(name, m_environment.getApiIniPath());
+    return m_environment.createScanner(name, m_environment.kit);
 }
 
 CZQStringArray CZQDeviceAPI::SelectScanners(std::span<const std::int32_t> scannerNumbers) const {
@@ -230,7 +219,7 @@ CZQStringArray CZQDeviceAPI::SelectScanners(std::span<const std::int32_t> scanne
         names.Add(ScannerNameOfNumber(number));
     }
     if (scannerNumbers.empty()) {
-        CZQConfigFile config(m_environment.getApiIniPath(), CZQConfigFile::Mode::kRead, true);
+        CZQConfigFile config(m_environment.kit.GetApiIniPath(), CZQConfigFile::Mode::kRead, true);
         config.SetSection(kScannerSection);
         config.ReadStringArray(kActiveScanners, names, ';');
     }
@@ -268,7 +257,7 @@ int CZQDeviceAPI::ChangeDeviceNetAddr(const ZQDEVICEINFO& record, const char* ne
     const SSourceLocation here = ZQ_HERE("CZQDeviceAPI::ChangeDeviceNetAddr");
     return Initialised(here, [&] {
         CheckInput(newAddress, here);
-        ChangeNetAddress(CheckedDevice(record), newAddress);
+        ChangeNetAddress(m_environment.kit, CheckedDevice(record), newAddress);
     });
 }
 

@@ -10,22 +10,19 @@
 
 #include "devices/ZQDeviceList.h"
 #include "devices/ZQDeviceScan.h"
+#include "devices/ZQSdkPaths.h"
 #include "foundation/Threading/ZQThreadSync.h"
 #include "foundation/ZQExceptionLocationInfo.h"
+#include "scanners/ZQScannerTable.h"
 
 namespace ZQAPI {
 
-// What the device interface takes from around it: the kit's files and scanners, or others in a test.
+// What the device interface takes from around it: its own kit and scanners, or others in a test.
 struct SDeviceAPIEnvironment {
-    std::function<CZQString()> getApiIniPath;
-    std::function<CZQString()> getDevicesIniPath;
-    std::function<CZQString(const CZQString& deviceType)> getCameraConfigFile;
-    std::function<std::unique_ptr<CZQScanIFBase>(const CZQString& name, const CZQString& apiIniPath)>
-        createScanner;
+    CZQSdkPaths kit = CZQSdkPaths::OfOwnKit();
+    std::function<std::unique_ptr<CZQScanIFBase>(const CZQString& name, const CZQSdkPaths& kit)>
+        createScanner = CreateScanner;
     std::uint32_t scanTimeLimitMs = CZQDeviceScan::kTimeLimitMs;
-
-    // The kit that the library lies in.
-    static SDeviceAPIEnvironment OfOwnKit();
 };
 
 // What lies behind the exported functions: the one device list, its lock and the count of initialisations.

@@ -34,14 +34,6 @@ CZQString FindConfigRoot(const CZQString& binPath) {
     return root.RemoveSuffix(separator.view()) + separator;
 }
 
-CZQString CcmPathOf(const CZQString& binPath) {
-    return binPath + PathSeparator() + "CCMs" + PathSeparator();
-}
-
-CZQString CameraConfigPathOf(const CZQString& binPath) {
-    return binPath + PathSeparator() + "CameraConfig" + PathSeparator();
-}
-
 // The digits of a port's name, the superscript ones of code page 1252 and UTF-8 included.
 bool IsPortDigit(std::string_view text) {
     constexpr std::string_view kSuperscripts[] = {"\xB9", "\xB2", "\xB3", "\xC2\xB9", "\xC2\xB2", "\xC2\xB3"};
@@ -64,32 +56,43 @@ bool IsDosDeviceName(const CZQString& fileName) {
            IsPortDigit(name.view().substr(3));
 }
 
-CZQString CameraConfigFileOf(const CZQString& binPath, const CZQString& deviceType) {
-    const bool leavesFolder = deviceType.str().find_first_of("/\\:") != std::string::npos ||
-                              deviceType == "." || deviceType == "..";
-    if (leavesFolder || IsDosDeviceName(deviceType)) {
-        ZQ_THROW("CZQSdkPaths::GetCameraConfigFile", ZQ_ERR_BAD_VALUE, "DeviceType=%s", deviceType.c_str());
-    }
-    return CameraConfigPathOf(binPath) + deviceType + ".ccf";
+CZQString OwnBinPath() {
+    const CZQString module = GetOwnModulePath();
+    CZQString path = CZQSdkPaths::MakeBinPath(module);
+    DebugOutput("SDK: GetBinPath: BinPath=%s from module %s", path.c_str(), module.c_str());
+    return path;
 }
 
-// The paths of this library's own kit, once they have been asked for.
-CZQSharedSlot<const CZQSdkPaths>& Slot() {
-    static CZQNoDestructor<CZQSharedSlot<const CZQSdkPaths>> slot;
+// This library's own configuration root, once it has been asked for.
+CZQSharedSlot<const CZQString>& OwnConfigRoot() {
+    static CZQNoDestructor<CZQSharedSlot<const CZQString>> slot;
     return slot.Get();
-}
-
-std::shared_ptr<const CZQSdkPaths> OwnPaths() {
-    return Slot().GetOrMake([] { return std::make_shared<const CZQSdkPaths>(GetBinPath()); });
 }
 
 }  // namespace
 
-CZQSdkPaths::CZQSdkPaths(CZQString binPath)
-    : m_binPath(std::move(binPath)), m_configRoot(FindConfigRoot(m_binPath)) {}
+CZQSdkPaths::CZQSdkPaths(CZQString binPath) : m_roots(SRoots{binPath, FindConfigRoot(binPath)}) {}
+
+void CZQSdkPaths::ForgetOwnKit() {
+    OwnConfigRoot().Exchange(nullptr);
+}
+
+CZQString CZQSdkPaths::GetBinPath() const {
+    return m_roots ? m_roots->binPath : OwnBinPath();
+}
+
+CZQString CZQSdkPaths::GetSdkConfigRoot() const {
+    return m_roots ? m_roots->configRoot : *OwnConfigRoot().GetOrMake([] {
+        return std::make_shared<const CZQString>(FindConfigRoot(OwnBinPath()));
+    });
+}
 
 CZQString CZQSdkPaths::GetConfigFilesPath() const {
-    return m_configRoot + "config" + PathSeparator();
+    CZQString path = GetSdkConfigRoot() + "config" + PathSeparator();
+    if (!m_roots) {
+        DebugOutput("SDK: GetConfigFilesPath: Path=%s", path.c_str());
+    }
+    return path;
 }
 
 CZQString CZQSdkPaths::GetApiIniPath() const {
@@ -101,56 +104,20 @@ CZQString CZQSdkPaths::GetDevicesIniPath() const {
 }
 
 CZQString CZQSdkPaths::GetCcmPath() const {
-    return CcmPathOf(m_binPath);
+    return GetBinPath() + PathSeparator() + "CCMs" + PathSeparator();
 }
 
 CZQString CZQSdkPaths::GetCameraConfigPath() const {
-    return CameraConfigPathOf(m_binPath);
+    return GetBinPath() + PathSeparator() + "CameraConfig" + PathSeparator();
 }
 
 CZQString CZQSdkPaths::GetCameraConfigFile(const CZQString& deviceType) const {
-    return CameraConfigFileOf(m_binPath, deviceType);
-}
-
-CZQString GetBinPath() {
-    const CZQString module = GetOwnModulePath();
-    CZQString path = CZQSdkPaths::MakeBinPath(module);
-    DebugOutput("SDK: GetBinPath: BinPath=%s from module %s", path.c_str(), module.c_str());
-    return path;
-}
-
-void ForgetSdkPaths() {
-    Slot().Exchange(nullptr);
-}
-
-CZQString GetSdkConfigRoot() {
-    return OwnPaths()->GetSdkConfigRoot();
-}
-
-CZQString GetConfigFilesPath() {
-    CZQString path = OwnPaths()->GetConfigFilesPath();
-    DebugOutput("SDK: GetConfigFilesPath: Path=%s", path.c_str());
-    return path;
-}
-
-CZQString GetApiIniPath() {
-    return GetConfigFilesPath() + PathSeparator() + "ZQAPI.ini";
-}
-
-CZQString GetDevicesIniPath() {
-    return GetConfigFilesPath() + PathSeparator() + "Devices.ini";
-}
-
-CZQString GetCcmPath() {
-    return CcmPathOf(GetBinPath());
-}
-
-CZQString GetCameraConfigPath() {
-    return CameraConfigPathOf(GetBinPath());
-}
-
-CZQString GetCameraConfigFile(const CZQString& deviceType) {
-    return CameraConfigFileOf(GetBinPath(), deviceType);
+    const bool leavesFolder = deviceType.str().find_first_of("/\\:") != std::string::npos ||
+                              deviceType == "." || deviceType == "..";
+    if (leavesFolder || IsDosDeviceName(deviceType)) {
+        ZQ_THROW("CZQSdkPaths::GetCameraConfigFile", ZQ_ERR_BAD_VALUE, "DeviceType=%s", deviceType.c_str());
+    }
+    return GetCameraConfigPath() + deviceType + ".ccf";
 }
 
 }  // namespace ZQAPI

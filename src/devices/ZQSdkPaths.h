@@ -4,14 +4,22 @@
 // begins with one as well, as it always has.
 #pragma once
 
+#include <optional>
+
 #include "foundation/ZQKitFolder.h"
 
 namespace ZQAPI {
 
-// The paths of the kit that lies at a given bin path. A value; reads the marker file once, when made.
+// The paths of one kit. Whoever works with a kit's files is given this. A value.
 class CZQSdkPaths {
 public:
-    // `binPath` as MakeBinPath gives it.
+    // This library's own kit. The bin path, and what is below it, is computed on every call and written to the debug
+    // output; the configuration root is fixed when it is first asked for, until the library is unloaded. Thread-safe.
+    static CZQSdkPaths OfOwnKit() { return CZQSdkPaths(); }
+    // What was fixed is found anew when it is next asked for: at the library's unloading.
+    static void ForgetOwnKit();
+
+    // The kit at a bin path as MakeBinPath gives it. Reads the marker file once, now.
     explicit CZQSdkPaths(CZQString binPath);
 
     // The bin path of a library file: the folder of its kit.
@@ -19,8 +27,8 @@ public:
 
     static constexpr const char* kMarkerFile = "USE_LOCAL_SDK_CONFIG";
 
-    const CZQString& GetBinPath() const noexcept { return m_binPath; }
-    const CZQString& GetSdkConfigRoot() const noexcept { return m_configRoot; }
+    CZQString GetBinPath() const;
+    CZQString GetSdkConfigRoot() const;
     CZQString GetConfigFilesPath() const;
     CZQString GetApiIniPath() const;
     CZQString GetDevicesIniPath() const;
@@ -32,22 +40,14 @@ public:
     CZQString GetCameraConfigFile(const CZQString& deviceType) const;
 
 private:
-    CZQString m_binPath;
-    CZQString m_configRoot;
+    struct SRoots {
+        CZQString binPath;
+        CZQString configRoot;
+    };
+
+    CZQSdkPaths() = default;
+
+    std::optional<SRoots> m_roots;  // of a kit that is not this library's own
 };
-
-// The same for this library's own kit. The bin path, and what is below it, is computed on every call and written
-// to the debug output; the configuration root is fixed when it is first asked for, until the library is unloaded. Thread-safe.
-CZQString GetBinPath();
-CZQString GetSdkConfigRoot();
-CZQString GetConfigFilesPath();
-CZQString GetApiIniPath();
-CZQString GetDevicesIniPath();
-CZQString GetCcmPath();
-CZQString GetCameraConfigPath();
-CZQString GetCameraConfigFile(const CZQString& deviceType);
-
-// What was fixed is found anew when it is next asked for: at the library's unloading.
-void ForgetSdkPaths();
 
 }  // namespace ZQAPI

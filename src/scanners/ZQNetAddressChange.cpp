@@ -15,9 +15,9 @@ CZQString SubnetMaskOf(const CZQString& address) {
     return FormatIpv4(mask);
 }
 
-void ChangeNetAddress(const CZQDeviceInfo& device, const CZQString& newAddress) {
+void ChangeNetAddress(const CZQSdkPaths& kit, const CZQDeviceInfo& device, const CZQString& newAddress) {
     const CZQString mask = SubnetMaskOf(newAddress);
-    AddressChangeOf(device.GetUsedScanner())(device, newAddress, mask);
+    AddressChangeOf(device.GetUsedScanner())(kit, device, newAddress, mask);
 }
 
 }  // namespace ZQAPI

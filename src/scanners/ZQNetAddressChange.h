@@ -2,6 +2,7 @@
 #pragma once
 
 #include "devices/ZQDeviceInfo.h"
+#include "devices/ZQSdkPaths.h"
 
 namespace ZQAPI {
 
@@ -10,6 +11,6 @@ namespace ZQAPI {
 CZQString SubnetMaskOf(const CZQString& address);
 
 // Carries the change out in the way of the scanner that found the device.
-void ChangeNetAddress(const CZQDeviceInfo& device, const CZQString& newAddress);
+void ChangeNetAddress(const CZQSdkPaths& kit, const CZQDeviceInfo& device, const CZQString& newAddress);
 
 }  // namespace ZQAPI

@@ -26,10 +26,10 @@ bool IsThere(CZQPleora& library, const CZQString& deviceId) {
 
 }  // namespace
 
-void ChangePleoraAddress(const CZQDeviceInfo& device, const CZQString& newAddress,
+void ChangePleoraAddress(const CZQSdkPaths& kit, const CZQDeviceInfo& device, const CZQString& newAddress,
                          const CZQString& /*subnetMask*/) {
-    const auto change = [device, newAddress](const IsAwaited& isAwaited) {
-        CZQPleora library(GetBinPath());
+    const auto change = [kit, device, newAddress](const IsAwaited& isAwaited) {
+        CZQPleora library(kit.GetBinPath());
         if (!IsThere(library, device.GetDeviceID())) {
             throw DeviceGone(ZQ_HERE(kMethod), device);
         }

@@ -33,9 +33,9 @@ SAdimecCamera CZQAdimecPorts::GetCamera(std::uint32_t port) {
     return answers;
 }
 
-std::unique_ptr<CZQAdimecPorts> SAdimecScanner::MakeSource() {
+std::unique_ptr<CZQAdimecPorts> SAdimecScanner::MakeSource(const CZQSdkPaths& kit) {
     const CZQString separator = PathSeparator();
-    return std::make_unique<Source>(GetBinPath() + "3dParty" + separator + "Euresys" + separator +
+    return std::make_unique<Source>(kit.GetBinPath() + "3dParty" + separator + "Euresys" + separator +
                                     "clseremc_x64.dll");
 }
 

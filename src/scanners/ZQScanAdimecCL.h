@@ -34,7 +34,7 @@ struct SAdimecScanner : SVendorScannerTraits<CZQAdimecPorts> {
     static constexpr std::int32_t kBadTextError = ZQ_ERR_BAD_VALUE;
 
     // The library that the kit brings.
-    static std::unique_ptr<Source> MakeSource();
+    static std::unique_ptr<Source> MakeSource(const CZQSdkPaths& kit);
     static SVendorIdentity Identify(const Camera& camera);
     static SVendorProduct ProductOf(const Camera& camera);
 

@@ -43,7 +43,9 @@ struct SGigEScanner : SVendorScannerTraits<CZQGigESource> {
                                            "CZQScanIFZQGigE::FindZQDeviceType", "ZQDeviceType"};
 
     // The library that the process shares.
-    static std::unique_ptr<Source> MakeSource() { return std::make_unique<Source>(CZQGigE::Shared()); }
+    static std::unique_ptr<Source> MakeSource(const CZQSdkPaths& kit) {
+        return std::make_unique<Source>(CZQGigE::Shared(kit.GetBinPath()));
+    }
     static SVendorIdentity Identify(const Camera& camera) {
         return {camera.modelName, camera.serialNumber, camera.ipAddress, camera.deviceVersion,
                 camera.macAddress};

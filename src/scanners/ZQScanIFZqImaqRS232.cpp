@@ -1,7 +1,6 @@
 #include "scanners/ZQScanIFZqImaqRS232.h"
 
 #include "communication/ZQComImaqRS232.h"
-#include "devices/ZQSdkPaths.h"
 
 namespace ZQAPI {
 
@@ -20,8 +19,9 @@ constexpr SSettingRow kSettings[] = {
     Setting<&Settings::commandTimeoutMs>("CommandTimeoutMs", "time for each byte of an answer in ms"),
 };
 
-std::unique_ptr<CZQComBase> OpenInterface(const CZQString& name, const CZQString& cameraFile) {
-    auto channel = std::make_unique<CZQComImaqRS232>(GetBinPath());
+std::unique_ptr<CZQComBase> OpenInterface(const CZQSdkPaths& kit, const CZQString& name,
+                                          const CZQString& cameraFile) {
+    auto channel = std::make_unique<CZQComImaqRS232>(kit.GetBinPath());
     channel->Open(CZQComImaqRS232Config(name, cameraFile));
     return channel;
 }
@@ -32,21 +32,23 @@ void ChooseIAM(CZQDeviceInfo& device, const CZQString& line) {
 }
 
 // One line at a time: what the library does when several threads use it is not known.
-SSerialLineKind MakeKind(const Settings& settings) {
-    return {
-        .names = kNames,
-        .commandModule = "ZQCCMImaqRs232API.dll",
-        .byteTimeoutMs = settings.commandTimeoutMs,
-        .maxLinesAtOnce = 1,
-        .listLines = [] { return CZQImaqLibrary(GetBinPath()).QueryInterfaceNames(); },
-        .openLine = [file = settings.cameraFile](const CZQString& line) { return OpenInterface(line, file); },
-        .chooseIAM = ChooseIAM};
+SSerialLineKind MakeKind(const CZQSdkPaths& kit, const CZQString& section) {
+    const auto settings = ReadSettings<Settings>(kit.GetApiIniPath(), section, kSettings);
+    return {.names = kNames,
+            .kit = kit,
+            .commandModule = "ZQCCMImaqRs232API.dll",
+            .byteTimeoutMs = settings.commandTimeoutMs,
+            .maxLinesAtOnce = 1,
+            .listLines = [kit] { return CZQImaqLibrary(kit.GetBinPath()).QueryInterfaceNames(); },
+            .openLine = [kit, file = settings.cameraFile](
+                            const CZQString& line) { return OpenInterface(kit, line, file); },
+            .chooseIAM = ChooseIAM};
 }
 
 }  // namespace
 
-CZQScanIFZqImaqRS232::CZQScanIFZqImaqRS232(const CZQString& apiIniPath, const CZQString& section)
-    : CZQSerialLineScanner(MakeKind(ReadSettings<Settings>(apiIniPath, section, kSettings))) {}
+CZQScanIFZqImaqRS232::CZQScanIFZqImaqRS232(const CZQSdkPaths& kit, const CZQString& section)
+    : CZQSerialLineScanner(MakeKind(kit, section)) {}
 
 std::span<const SSettingRow> CZQScanIFZqImaqRS232::GetSettings() {
     return kSettings;

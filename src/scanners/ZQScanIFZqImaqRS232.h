@@ -9,7 +9,7 @@ namespace ZQAPI {
 // fails with ZQ_ERR_LIBRARY_NOT_LOADED.
 class CZQScanIFZqImaqRS232 : public CZQSerialLineScanner {
 public:
-    CZQScanIFZqImaqRS232(const CZQString& apiIniPath, const CZQString& section);
+    CZQScanIFZqImaqRS232(const CZQSdkPaths& kit, const CZQString& section);
     static std::span<const SSettingRow> GetSettings();
 };
 

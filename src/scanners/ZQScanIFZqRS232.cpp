@@ -3,7 +3,6 @@
 #include "communication/ZQComRS232.h"
 #include "communication/ZQSerialPortNumber.h"
 #include "devices/ZQCamConfigFile.h"
-#include "devices/ZQSdkPaths.h"
 #include "foundation/ZQException.h"
 
 namespace ZQAPI {
@@ -42,28 +41,30 @@ std::unique_ptr<CZQComBase> OpenPort(CZQComRS232Config config, const CZQString& 
     return channel;
 }
 
-void ChooseIAM(CZQDeviceInfo& device, const CZQString& /*line*/) {
-    CZQCamConfigFile config(GetCameraConfigFile(device.GetDeviceTypeByName()));
+void ChooseIAM(const CZQSdkPaths& kit, CZQDeviceInfo& device) {
+    CZQCamConfigFile config(kit.GetCameraConfigFile(device.GetDeviceTypeByName()));
     device.SetIAM(config.GetDefaultIAM());
     device.SetIAMAddress(CZQCamConfigFile::GetDefaultAddress(device.GetIAM()));
 }
 
-SSerialLineKind MakeKind(const CZQString& apiIniPath, const CZQString& section) {
+SSerialLineKind MakeKind(const CZQSdkPaths& kit, const CZQString& section) {
+    const CZQString apiIniPath = kit.GetApiIniPath();
     const auto settings = ReadSettings<Settings>(apiIniPath, section, kSettings);
     const CZQComRS232Config config(apiIniPath, section);
     return {.names = kNames,
+            .kit = kit,
             .commandModule = "ZQCCMRs232API.dll",
             .byteTimeoutMs = 500,
             .maxLinesAtOnce = 32,
             .listLines = [ports = settings.ports] { return ports; },
             .openLine = [config](const CZQString& line) { return OpenPort(config, line); },
-            .chooseIAM = ChooseIAM};
+            .chooseIAM = [kit](CZQDeviceInfo& device, const CZQString& /*line*/) { ChooseIAM(kit, device); }};
 }
 
 }  // namespace
 
-CZQScanIFZqRS232::CZQScanIFZqRS232(const CZQString& apiIniPath, const CZQString& section)
-    : CZQSerialLineScanner(MakeKind(apiIniPath, section)) {}
+CZQScanIFZqRS232::CZQScanIFZqRS232(const CZQSdkPaths& kit, const CZQString& section)
+    : CZQSerialLineScanner(MakeKind(kit, section)) {}
 
 std::span<const SSettingRow> CZQScanIFZqRS232::GetSettings() {
     return kSettings;

@@ -9,7 +9,7 @@ namespace ZQAPI {
 class CZQScanIFZqRS232 : public CZQSerialLineScanner {
 public:
     // The line settings must all be there (see CZQComRS232Config::LoadFromFile).
-    CZQScanIFZqRS232(const CZQString& apiIniPath, const CZQString& section);
+    CZQScanIFZqRS232(const CZQSdkPaths& kit, const CZQString& section);
     static std::span<const SSettingRow> GetSettings();
 };
 

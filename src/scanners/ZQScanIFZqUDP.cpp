@@ -22,8 +22,9 @@ constexpr SSettingRow kSettings[] = {
 
 }  // namespace
 
-CZQScanIFZqUDP::CZQScanIFZqUDP(const CZQString& apiIniPath, const CZQString& section)
-    : m_search(std::make_shared<CZQUdpSearch>(ReadSettings<Settings>(apiIniPath, section, kSettings),
+CZQScanIFZqUDP::CZQScanIFZqUDP(const CZQSdkPaths& kit, const CZQString& section)
+    : m_search(std::make_shared<CZQUdpSearch>(kit,
+                                              ReadSettings<Settings>(kit.GetApiIniPath(), section, kSettings),
                                               CZQUdpSearch::Clock::now() + kTimeLimit)) {}
 
 std::span<const SSettingRow> CZQScanIFZqUDP::GetSettings() {

@@ -12,7 +12,7 @@ namespace ZQAPI {
 class CZQScanIFZqUDP : public CZQScanIFBase {
 public:
     // The time that a scan or re-check takes at most begins here.
-    CZQScanIFZqUDP(const CZQString& apiIniPath, const CZQString& section);
+    CZQScanIFZqUDP(const CZQSdkPaths& kit, const CZQString& section);
     static std::span<const SSettingRow> GetSettings();
 
     // A camera that can't be identified is logged, handed to the error reporter and left out.

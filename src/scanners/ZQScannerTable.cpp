@@ -27,22 +27,22 @@ namespace ZQAPI {
 
 namespace {
 
-using Factory = std::unique_ptr<CZQScanIFBase> (*)(const CZQString& apiIniPath, const CZQString& section);
+using Factory = std::unique_ptr<CZQScanIFBase> (*)(const CZQSdkPaths& kit, const CZQString& section);
 
 template <class Scanner>
-std::unique_ptr<CZQScanIFBase> Make(const CZQString& apiIniPath, const CZQString& section) {
-    return std::make_unique<Scanner>(apiIniPath, section);
+std::unique_ptr<CZQScanIFBase> Make(const CZQSdkPaths& kit, const CZQString& section) {
+    return std::make_unique<Scanner>(kit, section);
 }
 
-std::unique_ptr<CZQScanIFBase> MakeNone(const CZQString& /*apiIniPath*/, const CZQString& /*section*/) {
+std::unique_ptr<CZQScanIFBase> MakeNone(const CZQSdkPaths& /*kit*/, const CZQString& /*section*/) {
     return nullptr;
 }
 
 using ReleaseLibrary = std::shared_ptr<const void> (*)() noexcept;
 
-void ChangeGigEAddressOfProcess(const CZQDeviceInfo& device, const CZQString& newAddress,
-                                const CZQString& subnetMask) {
-    ChangeGigEAddress(&CZQGigE::Shared, device, newAddress, subnetMask);
+void ChangeGigEAddressOfProcess(const CZQSdkPaths& kit, const CZQDeviceInfo& device,
+                                const CZQString& newAddress, const CZQString& subnetMask) {
+    ChangeGigEAddress([kit] { return CZQGigE::Shared(kit.GetBinPath()); }, device, newAddress, subnetMask);
 }
 
 std::shared_ptr<const void> ReleaseGigE() noexcept {
@@ -142,12 +142,12 @@ CZQString ScannerNameOfNumber(std::int32_t number) {
     return kScannerNames[number].scanner;
 }
 
-std::unique_ptr<CZQScanIFBase> CreateScanner(const CZQString& name, const CZQString& apiIniPath) {
+std::unique_ptr<CZQScanIFBase> CreateScanner(const CZQString& name, const CZQSdkPaths& kit) {
     const Row* const row = FindRow(name);
     if (row == nullptr) {
         ZQ_THROW("CZQDeviceAPI::CreateScanner", ZQ_ERR_BAD_VALUE, "Unknown scanner type: '%s'", name.c_str());
     }
-    return row->make(apiIniPath, SectionOf(name));
+    return row->make(kit, SectionOf(name));
 }
 
 bool ScannerUsesNetworkLock(const CZQString& name) {

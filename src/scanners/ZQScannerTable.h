@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "devices/ZQScanIFBase.h"
+#include "devices/ZQSdkPaths.h"
 #include "foundation/ZQStringArray.h"
 #include "scanners/ZQSettings.h"
 
@@ -16,9 +17,9 @@ namespace ZQAPI {
 // The scanner's name; a number outside the table: ZQ_ERR_NULL_INPUT, "Scanner=%ld".
 CZQString ScannerNameOfNumber(std::int32_t number);
 
-// A new scanner with the path of ZQAPI.ini and its section there; null for "SCANNER_MANUAL". A text that is
-// no scanner's name: ZQ_ERR_BAD_VALUE, "Unknown scanner type: '%s'".
-std::unique_ptr<CZQScanIFBase> CreateScanner(const CZQString& name, const CZQString& apiIniPath);
+// A new scanner with the files of this kit; null for "SCANNER_MANUAL". A text that is no scanner's name:
+// ZQ_ERR_BAD_VALUE, "Unknown scanner type: '%s'".
+std::unique_ptr<CZQScanIFBase> CreateScanner(const CZQString& name, const CZQSdkPaths& kit);
 
 // Whether the scanner uses the network's broadcast path, which is used by one at a time.
 bool ScannerUsesNetworkLock(const CZQString& name);
@@ -27,8 +28,8 @@ bool ScannerUsesNetworkLock(const CZQString& name);
 bool ScannerFindsNetworkCameras(const CZQString& name);
 
 // How that is done; with the kit's text commands for a name that is none of those.
-using AddressChange = void (*)(const CZQDeviceInfo& device, const CZQString& newAddress,
-                               const CZQString& subnetMask);
+using AddressChange = void (*)(const CZQSdkPaths& kit, const CZQDeviceInfo& device,
+                               const CZQString& newAddress, const CZQString& subnetMask);
 AddressChange AddressChangeOf(const CZQString& name);
 
 // In ZQAPI.ini: the section of all scanners, and there the names of those that a scan uses.

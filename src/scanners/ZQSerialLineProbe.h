@@ -8,6 +8,7 @@
 
 #include "communication/ZQComBase.h"
 #include "devices/ZQDeviceInfo.h"
+#include "devices/ZQSdkPaths.h"
 #include "foundation/ZQStringArray.h"
 #include "scanners/ZQScannerNames.h"
 
@@ -17,6 +18,7 @@ namespace ZQAPI {
 // a time.
 struct SSerialLineKind {
     SScannerNames names = {};
+    CZQSdkPaths kit;
     const char* commandModule = "";   // by its file in the kit's module folder
     std::uint32_t byteTimeoutMs = 0;  // how long each byte of a line's answer may take
     std::size_t maxLinesAtOnce = 1;

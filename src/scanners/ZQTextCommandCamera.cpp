@@ -1,17 +1,8 @@
 #include "scanners/ZQTextCommandCamera.h"
 
-#include "devices/ZQSdkPaths.h"
 #include "scanners/ZQCameraText.h"
 
 namespace ZQAPI {
-
-CZQTextCommandCamera::CZQTextCommandCamera(const CZQString& moduleName, const CZQString& commandAddress) {
-    Open(moduleName, commandAddress);
-}
-
-void CZQTextCommandCamera::Open(const CZQString& moduleName, const CZQString& commandAddress) {
-    m_ccm.OpenCCM(GetCcmPath() + moduleName, "", commandAddress);
-}
 
 CZQString CZQTextCommandCamera::Ask(const char* command) {
     CZQString answer = m_ccm.SendCmd(command);

@@ -6,6 +6,7 @@
 
 #include "communication/ZQCCM.h"
 #include "devices/ZQDeviceInfo.h"
+#include "devices/ZQSdkPaths.h"
 
 namespace ZQAPI {
 
@@ -15,12 +16,11 @@ class CZQTextCommandCamera {
 public:
     using Clock = std::chrono::steady_clock;
 
-    CZQTextCommandCamera() = default;
-    CZQTextCommandCamera(const CZQString& moduleName, const CZQString& commandAddress);
-
     // Opens the module file of the kit's module folder ("ZQCCMUdpAPI.dll") with the command address. Errors
     // are CZQCCM's.
-    void Open(const CZQString& moduleName, const CZQString& commandAddress);
+    void Open(const CZQSdkPaths& kit, const char* moduleName, const CZQString& commandAddress) {
+        m_ccm.OpenCCM(kit.GetCcmPath() + moduleName, "", commandAddress);
+    }
 
     // Fills what the camera itself knows: DeviceTypeByName, DeviceID ("type:serial"), DeviceDesc and FirmwareVersion
     // from its answers, and the address given. `chooseIAM` sets IAM and IAMAddress as soon as the type is known.

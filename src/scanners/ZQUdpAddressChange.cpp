@@ -6,7 +6,6 @@
 #include "communication/ZQCCM.h"
 #include "communication/ZQComICMPPing.h"
 #include "communication/ZQUdpCameraAddress.h"
-#include "devices/ZQSdkPaths.h"
 #include "foundation/ZQStopWatch.h"
 
 namespace ZQAPI {
@@ -28,11 +27,12 @@ void WaitForCamera(const CZQString& address) {
 
 }  // namespace
 
-void ChangeUdpAddress(const CZQDeviceInfo& device, const CZQString& newAddress, const CZQString& subnetMask) {
+void ChangeUdpAddress(const CZQSdkPaths& kit, const CZQDeviceInfo& device, const CZQString& newAddress,
+                      const CZQString& subnetMask) {
     // These commands must reach one camera alone, whatever the module on disk takes for an address.
     static_cast<void>(CZQUdpCameraAddress(device.GetCCMAddress()));
     CZQCCM ccm;
-    ccm.OpenCCM(GetCcmPath() + "ZQCCMUdpAPI.dll", device.GetName(), device.GetCCMAddress());
+    ccm.OpenCCM(kit.GetCcmPath() + "ZQCCMUdpAPI.dll", device.GetName(), device.GetCCMAddress());
     ccm.SendCmd("SYST:NET:IP " + newAddress + "\n");
     ccm.SendCmd("SYST:NET:SMASK " + subnetMask + "\n");
     ccm.SendCmd("SYST:NET:ENABLE\n");

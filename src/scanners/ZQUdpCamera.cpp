@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "devices/ZQCamConfigFile.h"
-#include "devices/ZQSdkPaths.h"
 #include "foundation/Io/ZQFile.h"
 #include "foundation/ZQException.h"
 #include "scanners/ZQScannerNames.h"
@@ -14,24 +13,6 @@ namespace ZQAPI {
 namespace {
 
 constexpr SScannerNames kNames = ZQ_SCANNER_NAMES(ZQ_UDP, "CZQScanIFZqUDP");
-
-// Whether this machine may have lacked the means for the moment: a socket, memory, a free file handle for the
-// module or for the camera configuration file, which is then there all the same.
-bool IsForWantOfMeans(std::int32_t errorNumber, const CZQString& deviceType) {
-    switch (errorNumber) {
-        case ZQ_ERR_SOCKET_CREATE:
-        case ZQ_ERR_OUT_OF_MEMORY:
-        case ZQ_ERR_LIBRARY_NOT_LOADED:
-            return true;
-        case ZQ_ERR_SEAL_READ:
-        case ZQ_ERR_SEAL_COMPUTE:
-        case ZQ_ERR_STREAM_OPEN:
-        case ZQ_ERR_INI_KEY_MISSING:
-            return CZQFile::Exists(GetCameraConfigFile(deviceType));
-        default:
-            return false;
-    }
-}
 
 // The module reaches a camera in a foreign subnet only through the interface that heard it, by broadcast.
 CZQString CommandAddress(const SUdpDeviceConnInfo& camera) {
@@ -71,14 +52,15 @@ CZQString CZQUdpImagePaths::IamOf(const CZQString& deviceType) {
     if (known != m_iams.end()) {
         return known->second;
     }
-    CZQString iam = ReadIam(GetCameraConfigFile(deviceType));
+    CZQString iam = ReadIam(m_kit.GetCameraConfigFile(deviceType));
     m_iams.emplace(deviceType.str(), iam);
     return iam;
 }
 
-CZQUdpCamera::CZQUdpCamera(SUdpDeviceConnInfo answer, std::shared_ptr<CZQUdpImagePaths> imagePaths,
-                           IdentifiedCallback onIdentified)
-    : m_answer(std::move(answer)),
+CZQUdpCamera::CZQUdpCamera(const CZQSdkPaths& kit, SUdpDeviceConnInfo answer,
+                           std::shared_ptr<CZQUdpImagePaths> imagePaths, IdentifiedCallback onIdentified)
+    : m_kit(kit),
+      m_answer(std::move(answer)),
       m_imagePaths(std::move(imagePaths)),
       m_onIdentified(std::move(onIdentified)) {}
 
@@ -129,9 +111,27 @@ CZQUdpCamera::EEnd CZQUdpCamera::Identify(CZQTextCommandCamera& camera) {
 }
 
 void CZQUdpCamera::ReadDevice(CZQTextCommandCamera& camera, CZQDeviceInfo& device) {
-    camera.Open("ZQCCMUdpAPI.dll", CommandAddress(m_answer));
+    camera.Open(m_kit, "ZQCCMUdpAPI.dll", CommandAddress(m_answer));
     camera.ReadRecord(device, m_answer.ipAddress, [&] { m_imagePaths->Choose(device, m_answer.ipAddress); });
     SetFinder(device, kNames, device.GetDeviceID());
+}
+
+// Whether this machine may have lacked the means for the moment: a socket, memory, a free file handle for the
+// module or for the camera configuration file, which is then there all the same.
+bool CZQUdpCamera::IsForWantOfMeans(std::int32_t errorNumber, const CZQString& deviceType) const {
+    switch (errorNumber) {
+        case ZQ_ERR_SOCKET_CREATE:
+        case ZQ_ERR_OUT_OF_MEMORY:
+        case ZQ_ERR_LIBRARY_NOT_LOADED:
+            return true;
+        case ZQ_ERR_SEAL_READ:
+        case ZQ_ERR_SEAL_COMPUTE:
+        case ZQ_ERR_STREAM_OPEN:
+        case ZQ_ERR_INI_KEY_MISSING:
+            return CZQFile::Exists(m_kit.GetCameraConfigFile(deviceType));
+        default:
+            return false;
+    }
 }
 
 // To be called while the exception is handled.

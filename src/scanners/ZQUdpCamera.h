@@ -18,6 +18,8 @@ namespace ZQAPI {
 // How the images of each device type come, read once per type and search. Thread-safe.
 class CZQUdpImagePaths {
 public:
+    explicit CZQUdpImagePaths(const CZQSdkPaths& kit) : m_kit(kit) {}
+
     // Sets IAM and IAMAddress of a record whose device type is known; `ipAddress` where images come over the
     // network. Errors of the type's camera configuration file.
     void Choose(CZQDeviceInfo& device, const CZQString& ipAddress);
@@ -25,6 +27,7 @@ public:
 private:
     CZQString IamOf(const CZQString& deviceType);
 
+    const CZQSdkPaths m_kit;
     std::mutex m_mutex;
     std::map<std::string, CZQString> m_iams;
 };
@@ -35,8 +38,8 @@ public:
     // Called on the thread that asked, at once.
     using IdentifiedCallback = std::function<void(const CZQDeviceInfo& device)>;
 
-    CZQUdpCamera(SUdpDeviceConnInfo answer, std::shared_ptr<CZQUdpImagePaths> imagePaths,
-                 IdentifiedCallback onIdentified);
+    CZQUdpCamera(const CZQSdkPaths& kit, SUdpDeviceConnInfo answer,
+                 std::shared_ptr<CZQUdpImagePaths> imagePaths, IdentifiedCallback onIdentified);
 
     EEnd Ask() noexcept override;
     void Abort(bool forGood) noexcept override;
@@ -55,9 +58,11 @@ private:
     Connection BeginAttempt();
     EEnd Identify(CZQTextCommandCamera& camera);
     void ReadDevice(CZQTextCommandCamera& camera, CZQDeviceInfo& device);
+    bool IsForWantOfMeans(std::int32_t errorNumber, const CZQString& deviceType) const;
     EEnd Fail(bool isForWantOfMeans) noexcept;
     bool IsAborted() const noexcept;
 
+    const CZQSdkPaths m_kit;
     const SUdpDeviceConnInfo m_answer;
     const std::shared_ptr<CZQUdpImagePaths> m_imagePaths;
     const IdentifiedCallback m_onIdentified;

@@ -21,8 +21,8 @@ public:
     using Cameras = std::vector<std::shared_ptr<CZQUdpCamera>>;
 
     // Nothing is sent after the deadline.
-    CZQUdpSearch(const SUdpDiscoverySettings& settings, Clock::time_point deadline)
-        : m_settings(settings), m_deadline(deadline) {}
+    CZQUdpSearch(const CZQSdkPaths& kit, const SUdpDiscoverySettings& settings, Clock::time_point deadline)
+        : m_kit(kit), m_settings(settings), m_deadline(deadline) {}
 
     // What was heard, in the order of discovery, identified as far as there was time. Ends when the listening
     // time is over and every camera has been asked, or as soon as one with the identifier `wantedId` (empty:
@@ -39,10 +39,11 @@ private:
     std::shared_ptr<CZQUdpCamera> Keep(std::size_t card, const SUdpDeviceConnInfo& answer);
     void Check(const CZQDeviceInfo& device) noexcept;
 
+    const CZQSdkPaths m_kit;
     const SUdpDiscoverySettings m_settings;
     const Clock::time_point m_deadline;
     CZQString m_wantedId;
-    const std::shared_ptr<CZQUdpImagePaths> m_imagePaths = std::make_shared<CZQUdpImagePaths>();
+    const std::shared_ptr<CZQUdpImagePaths> m_imagePaths = std::make_shared<CZQUdpImagePaths>(m_kit);
     CZQIdentificationRound m_round;
     std::exception_ptr m_failure;  // of the listening, written before it ends
 

@@ -162,7 +162,9 @@ struct SVendorScannerTraits {
 
     static constexpr OnCameraFailure kOnCameraFailure = OnCameraFailure::kEnd;
     static constexpr std::int32_t kBadTextError = ZQ_ERR_VENDOR_LIBRARY;
-    static std::unique_ptr<Source> MakeSource() { return std::make_unique<Source>(GetBinPath()); }
+    static std::unique_ptr<Source> MakeSource(const CZQSdkPaths& kit) {
+        return std::make_unique<Source>(kit.GetBinPath());
+    }
 };
 
 // The scanner with these traits.
@@ -172,8 +174,8 @@ class CZQVendorScannerOf : public CZQVendorScanner<typename Traits::Camera> {
 
 public:
     // Has no settings.
-    CZQVendorScannerOf(const CZQString& /*apiIniPath*/, const CZQString& /*section*/)
-        : CZQVendorScannerOf(typename Base::MakeSource(Traits::MakeSource)) {}
+    CZQVendorScannerOf(const CZQSdkPaths& kit, const CZQString& /*section*/)
+        : CZQVendorScannerOf(typename Base::MakeSource([kit] { return Traits::MakeSource(kit); })) {}
     // With another library: `place` is what the source is made with, as a rule the library's folder.
     explicit CZQVendorScannerOf(const CZQString& place)
         : CZQVendorScannerOf(typename Base::MakeSource(

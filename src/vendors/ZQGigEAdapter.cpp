@@ -3,7 +3,6 @@
 #include <mutex>
 #include <utility>
 
-#include "devices/ZQSdkPaths.h"
 #include "foundation/ZQNoDestructor.h"
 
 namespace ZQAPI {
@@ -32,7 +31,7 @@ CZQGigE::CZQGigE(const CZQString& folder) {
     }
 }
 
-std::shared_ptr<const CZQGigE> CZQGigE::Shared() {
+std::shared_ptr<const CZQGigE> CZQGigE::Shared(const CZQString& folder) {
     SharedSlot& slot = GetSharedSlot();
     std::unique_lock lock(slot.mutex);
     if (slot.library != nullptr) {
@@ -40,7 +39,7 @@ std::shared_ptr<const CZQGigE> CZQGigE::Shared() {
     }
     const std::uint32_t nofReleases = slot.nofReleases;
     lock.unlock();
-    auto library = std::make_shared<const CZQGigE>(GetBinPath());
+    auto library = std::make_shared<const CZQGigE>(folder);
     lock.lock();
     // Released meanwhile: then this is its last user's.
     if (slot.nofReleases == nofReleases) {

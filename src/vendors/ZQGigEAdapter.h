@@ -44,10 +44,9 @@ public:
     // Looks for the library in the folder first. One of another interface version: ZQ_ERR_VENDOR_LIBRARY.
     explicit CZQGigE(const CZQString& folder);
 
-    // The one that all of the process share, from the kit's bin path; loaded when it is first asked for,
-    // and tried again after a failure. For whoever has the library's turn (CZQVendorGuard): loading it
-    // runs its code.
-    static std::shared_ptr<const CZQGigE> Shared();
+    // The one that all of the process share; loaded from the folder when it is first asked for, and tried again after
+    // a failure. For whoever has the library's turn (CZQVendorGuard): loading it runs its code.
+    static std::shared_ptr<const CZQGigE> Shared(const CZQString& folder);
     // With the last de-initialisation: the process shares it no more, and whoever lets go of it last frees it,
     // which runs its code. Null when there is none. Never waits. An application that leaves this out leaves
     // it loaded, for a driver's threads could not end while the system unloads this library.

@@ -14,9 +14,9 @@
 #include "scanners/ZQScannerTable.h"
 #include "support/ExpectError.h"
 #include "support/FileBytes.h"
+#include "support/LocalKit.h"
 #include "support/RecordingLogger.h"
 #include "support/SampleDevices.h"
-#include "support/TempFolder.h"
 
 namespace ZQAPI::test {
 namespace {
@@ -43,23 +43,10 @@ private:
 
 class DeviceAPI : public ::testing::Test {
 protected:
-    DeviceAPI() : m_api(Environment()) { SampleList(2).SaveToFile(m_folder.File("Devices.ini")); }
+    DeviceAPI() { SampleList(2).SaveToFile(m_kit.DevicesIni()); }
 
-    SDeviceAPIEnvironment Environment() {
-        SDeviceAPIEnvironment environment;
-        environment.getApiIniPath = [this] { return m_folder.File("ZQAPI.ini"); };
-        environment.getDevicesIniPath = [this] { return m_folder.File("Devices.ini"); };
-        environment.getCameraConfigFile = [this](const CZQString& type) {
-            return m_folder.File(type.str() + ".ccf");
-        };
-        environment.createScanner = [](const CZQString& name,
-                                       const CZQString&) -> std::unique_ptr<CZQScanIFBase> {
-            if (name == "SCANNER_MV") {
-                return std::make_unique<FixedScanner>(name);
-            }
-            return CreateScanner(name, "");
-        };
-        return environment;
+    static std::unique_ptr<CZQScanIFBase> Create(const CZQString& name, const CZQSdkPaths& kit) {
+        return name == "SCANNER_MV" ? std::make_unique<FixedScanner>(name) : CreateScanner(name, kit);
     }
 
     unsigned Count() {
@@ -68,8 +55,8 @@ protected:
         return count;
     }
 
-    TempFolder m_folder;
-    CZQDeviceAPI m_api;
+    LocalKit m_kit;
+    CZQDeviceAPI m_api{{.kit = m_kit.Paths(), .createScanner = Create}};
 };
 
 TEST_F(DeviceAPI, NothingWorksBeforeInitialisationAndNullIsSeenAfterThatCheck) {
@@ -106,13 +93,13 @@ TEST_F(DeviceAPI, NothingWorksBeforeInitialisationAndNullIsSeenAfterThatCheck) {
 }
 
 TEST_F(DeviceAPI, InitialisationIsCountedUnlessItFailsAndOnlyTheFirstOneLoads) {
-    WriteSealed(m_folder.File("Devices.ini"), "[General]\r\nDevices=\r\n");
+    WriteSealed(m_kit.DevicesIni(), "[General]\r\nDevices=\r\n");
     Logged().Take();
     EXPECT_EQ(m_api.InitCameraLibrary(), ZQ_ERR_INI_KEY_MISSING);
     const auto logged = Logged().Take();
     ASSERT_EQ(logged.size(), 1U);
     EXPECT_EQ(logged[0].GetCatchLocation().GetFunction(), "CZQDeviceAPI::InitCameraLibrary");
-    SampleList(2).SaveToFile(m_folder.File("Devices.ini"));
+    SampleList(2).SaveToFile(m_kit.DevicesIni());
     ASSERT_EQ(m_api.InitCameraLibrary(), ZQ_OK);
     EXPECT_EQ(m_api.AddDevice(SampleDevice("unsaved").GetRecord()), ZQ_OK);
     ASSERT_EQ(m_api.InitCameraLibrary(), ZQ_OK);
@@ -126,13 +113,13 @@ TEST_F(DeviceAPI, InitialisationIsCountedUnlessItFailsAndOnlyTheFirstOneLoads) {
 }
 
 TEST_F(DeviceAPI, FailedInitialisationCountsNothingAndIsTriedAgain) {
-    WriteSealed(m_folder.File("Devices.ini"), "[General]\r\nDevices=\r\n");
+    WriteSealed(m_kit.DevicesIni(), "[General]\r\nDevices=\r\n");
     Logged().Take();
     EXPECT_EQ(m_api.InitCameraLibrary(), ZQ_ERR_INI_KEY_MISSING);
     const auto logged = Logged().Take();
     ASSERT_EQ(logged.size(), 1U);
     EXPECT_EQ(logged[0].GetCatchLocation().GetFunction(), "CZQDeviceAPI::InitCameraLibrary");
-    SampleList(1).SaveToFile(m_folder.File("Devices.ini"));
+    SampleList(1).SaveToFile(m_kit.DevicesIni());
     EXPECT_EQ(m_api.InitCameraLibrary(), ZQ_OK);
     EXPECT_EQ(Count(), 1U);
 }
@@ -165,7 +152,7 @@ TEST_F(InitialisedAPI, BadRecordsChangeNothing) {
 }
 
 TEST_F(InitialisedAPI, ModuleQueriesFollowTheTypesFile) {
-    WriteSealed(m_folder.File("cam.ccf"), "[Interfaces]\r\nCCMs=CCM_A; CCM_LONGER\r\nIAMs=IAM_B\r\n");
+    WriteSealed(m_kit.CameraConfig("cam"), "[Interfaces]\r\nCCMs=CCM_A; CCM_LONGER\r\nIAMs=IAM_B\r\n");
     unsigned count = 0;
     char text[32] = {};
     EXPECT_EQ(m_api.GetNofSupportedCCMs("cam", &count), ZQ_OK);
@@ -178,31 +165,30 @@ TEST_F(InitialisedAPI, ModuleQueriesFollowTheTypesFile) {
     EXPECT_EQ(m_api.GetDefaultIAM("cam", text, 4), ZQ_ERR_TEXT_TOO_LONG);
     EXPECT_EQ(m_api.GetDefaultIAM("cam", text, 0xFFFFFFFF), ZQ_OK);
     EXPECT_EQ(m_api.GetDefaultCCM("unknown", text, 31), ZQ_ERR_SEAL_READ);
-    WriteSealed(m_folder.File("none.ccf"), "[Interfaces]\r\nCCMs=\r\n");
+    WriteSealed(m_kit.CameraConfig("none"), "[Interfaces]\r\nCCMs=\r\n");
     EXPECT_EQ(m_api.GetDefaultCCM("none", text, 31), ZQ_ERR_INI_KEY_MISSING);
-    CZQCamConfigFile file(m_folder.File("cam.ccf"));
+    CZQCamConfigFile file(m_kit.CameraConfig("cam"));
     EXPECT_TRUE(file.IsSupportedIAM("IAM_B"));
     EXPECT_FALSE(file.IsSupportedIAM("iam_b"));
 }
 
 TEST_F(InitialisedAPI, ScanReplacesTheListInMemoryOnly) {
-    const std::string onDisk = ContentOf(m_folder.File("Devices.ini"));
+    const std::string onDisk = ContentOf(m_kit.DevicesIni());
 
     for (const std::int32_t outside : {-1, int{ZQDEV_NOF_SCANNERS}}) {
         EXPECT_EQ(m_api.ScanForDevices({&outside, 1}), ZQ_ERR_NULL_INPUT);
     }
-    WriteSealed(m_folder.File("ZQAPI.ini"), "[DeviceScanner]\r\nActiveScanners=\r\n");
+    WriteSealed(m_kit.ApiIni(), "[DeviceScanner]\r\nActiveScanners=\r\n");
     EXPECT_EQ(m_api.ScanForDevices({}), ZQ_ERR_INI_KEY_MISSING);
     EXPECT_EQ(Count(), 2U);
 
-    WriteSealed(m_folder.File("ZQAPI.ini"),
-                "[DeviceScanner]\r\nActiveScanners=SCANNER_MV; SCANNER_MANUAL\r\n");
+    WriteSealed(m_kit.ApiIni(), "[DeviceScanner]\r\nActiveScanners=SCANNER_MV; SCANNER_MANUAL\r\n");
     EXPECT_EQ(m_api.ScanForDevices({}), ZQ_OK);
     EXPECT_EQ(Count(), 3U);
     const std::int32_t manual[] = {ZQDEV_SCANNER_MANUAL};
     EXPECT_EQ(m_api.ScanForDevices(manual), ZQ_OK);
     EXPECT_EQ(Count(), 0U);
-    EXPECT_EQ(ContentOf(m_folder.File("Devices.ini")), onDisk);
+    EXPECT_EQ(ContentOf(m_kit.DevicesIni()), onDisk);
 }
 
 TEST_F(InitialisedAPI, RescanRefreshesTheCallersRecordOnly) {
@@ -219,7 +205,7 @@ TEST_F(InitialisedAPI, RescanRefreshesTheCallersRecordOnly) {
 }
 
 TEST_F(InitialisedAPI, AnyThreadMayCallAnything) {
-    WriteSealed(m_folder.File("ZQAPI.ini"), "[DeviceScanner]\r\nActiveScanners=SCANNER_MV\r\n");
+    WriteSealed(m_kit.ApiIni(), "[DeviceScanner]\r\nActiveScanners=SCANNER_MV\r\n");
     const auto repeat = [](auto call) {
         return std::jthread([call] {
             for (int i = 0; i < 20; ++i) {
@@ -238,7 +224,7 @@ TEST_F(InitialisedAPI, AnyThreadMayCallAnything) {
         };
     }
     CZQDeviceList saved;
-    saved.LoadFromFile(m_folder.File("Devices.ini"));
+    saved.LoadFromFile(m_kit.DevicesIni());
     EXPECT_GT(saved.GetCount(), 0U);
 }
 

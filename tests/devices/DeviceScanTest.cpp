@@ -52,7 +52,7 @@ protected:
         const CZQDeviceScan scan({[this](const CZQString& name) -> std::unique_ptr<CZQScanIFBase> {
                                       const auto body = m_bodies.find(name);
                                       if (body == m_bodies.end()) {
-                                          return CreateScanner(name, "");
+                                          return CreateScanner(name, CZQSdkPaths::OfOwnKit());
                                       }
                                       return std::make_unique<ScriptedScanner>(body->second, m_stop, m_life);
                                   },

@@ -89,11 +89,12 @@ TEST(SdkPaths, DeviceTypeNeverLeadsOutOfTheFolder) {
 }
 
 TEST(SdkPaths, BinPathIsComputedAndToldOnEveryCall) {
-    static_cast<void>(GetSdkConfigRoot());
-    const auto told = DebugLinesOf([] {
-        EXPECT_EQ(GetCameraConfigFile("x"), GetCameraConfigPath() + "x.ccf");
-        static_cast<void>(GetCcmPath());
-        static_cast<void>(GetSdkConfigRoot());
+    const CZQSdkPaths own = CZQSdkPaths::OfOwnKit();
+    static_cast<void>(own.GetSdkConfigRoot());
+    const auto told = DebugLinesOf([&] {
+        EXPECT_EQ(own.GetCameraConfigFile("x"), own.GetCameraConfigPath() + "x.ccf");
+        static_cast<void>(own.GetCcmPath());
+        static_cast<void>(own.GetSdkConfigRoot());
     });
     EXPECT_EQ(told.size(), 3U);
     EXPECT_THAT(told, testing::Each(testing::StartsWith("SDK: GetBinPath: BinPath=")));

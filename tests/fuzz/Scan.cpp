@@ -118,6 +118,17 @@ private:
     Script m_script;
 };
 
+// The one that this program lies in; its settings are this target's.
+CZQSdkPaths MakeKit() {
+    const CZQString binPath = CZQSdkPaths::OfOwnKit().GetBinPath();
+    const std::string own = binPath.str();
+    std::filesystem::create_directories(own + "AppData/config");
+    test::WriteBytes(own + CZQSdkPaths::kMarkerFile, "");
+    CZQSdkPaths kit(binPath);
+    test::WriteBytes(kit.GetApiIniPath().str(), "[" + std::string(kSection) + kSettings);
+    return kit;
+}
+
 }  // namespace
 
 void CheckInput(std::string_view input) {
@@ -127,14 +138,13 @@ void CheckInput(std::string_view input) {
     }
     static Camera& camera = *new Camera;
     // Held: libFuzzer goes on reading the module's counters when it has been unloaded.
-    static const CZQDynamicDLL module(GetCcmPath() + "ZQCCMUdpAPI.dll");
-    static const InputFile settings;
-    settings.Write("[" + std::string(kSection) + kSettings);
+    static const CZQSdkPaths kit = MakeKit();
+    static const CZQDynamicDLL module(kit.GetCcmPath() + "ZQCCMUdpAPI.dll");
     camera.Play(ScriptOf(input));
 
     CZQDeviceList found;
     // An answer that is too long ends the search.
-    Succeeds([&] { CZQScanIFZqUDP(settings.Path(), kSection).Scan(found); });
+    Succeeds([&] { CZQScanIFZqUDP(kit, kSection).Scan(found); });
     if (found.GetCount() == 0) {
         return;
     }
@@ -146,7 +156,7 @@ void CheckInput(std::string_view input) {
     RequireComesBack(list);
 
     CZQDeviceInfo device = found.GetDevice(0);
-    Succeeds([&] { CZQScanIFZqUDP(settings.Path(), kSection).Update(device); });
+    Succeeds([&] { CZQScanIFZqUDP(kit, kSection).Update(device); });
     RequireKeepable(device);
 }
 
