@@ -1,5 +1,9 @@
 #include "GlibDeviceFile.h"
 
+#include <fcntl.h>
+#include <glib/gstdio.h>
+#include <unistd.h>
+
 #include <cstring>
 #include <stdexcept>
 
@@ -34,6 +38,18 @@ struct GStrFreeV {
 };
 using Text = std::unique_ptr<char, GFree>;
 using Texts = std::unique_ptr<char*, GStrFreeV>;
+
+// The steps of CZQFile::Replace: a file beside it, written, synced, moved over. g_key_file_save_to_file syncs the folder
+// as well, which would count against it.
+bool Replace(const std::string& path, const char* content, gsize size) {
+    std::string temporary = path + ".XXXXXX";
+    const int file = g_mkstemp_full(temporary.data(), O_WRONLY, 0666);
+    if (file < 0) {
+        return false;
+    }
+    const bool isWritten = write(file, content, size) == static_cast<gssize>(size) && g_fsync(file) == 0;
+    return g_close(file, nullptr) != FALSE && isWritten && g_rename(temporary.c_str(), path.c_str()) == 0;
+}
 
 Texts DeviceNames(GKeyFile* file) {
     return Texts(g_key_file_get_string_list(file, "General", "Devices", nullptr, nullptr));
@@ -88,7 +104,9 @@ void SaveWithGlib(const std::vector<ZQDEVICEINFO>& devices, const std::string& p
             g_key_file_set_string(file.get(), section.c_str(), key.name, device.*key.field);
         }
     }
-    if (g_key_file_save_to_file(file.get(), path.c_str(), nullptr) == FALSE) {
+    gsize size = 0;
+    const Text content(g_key_file_to_data(file.get(), &size, nullptr));
+    if (!Replace(path, content.get(), size)) {
         throw std::runtime_error("can't write " + path);
     }
 }

@@ -17,6 +17,7 @@ using KeyFile = std::unique_ptr<GKeyFile, KeyFileDeleter>;
 
 // Every device of a file, all eleven texts.
 std::vector<ZQDEVICEINFO> LoadWithGlib(const std::string& path);
+// As durable as the list's own save: the file is replaced whole, and on the disk before it is.
 void SaveWithGlib(const std::vector<ZQDEVICEINFO>& devices, const std::string& path);
 
 // A parsed file, and the name of the device with this identifier; empty when there is none.

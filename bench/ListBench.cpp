@@ -1,4 +1,6 @@
-// The device list's work at 10 to 10,000 devices, beside GLib's GKeyFile on the same file in the same run.
+// The device list's work at 10 to 10,000 devices, beside GLib's GKeyFile on the same file in the same run. A save waits
+// for the disk once in both, a short one for little else: TMPDIR=/dev/shm leaves that out of both. On a busy machine:
+// --benchmark_repetitions=9 --benchmark_enable_random_interleaving=true.
 #include <benchmark/benchmark.h>
 
 #include "GlibDeviceFile.h"

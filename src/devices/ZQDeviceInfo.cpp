@@ -62,8 +62,8 @@ void ForEachField(const ZQDEVICEINFO& record, Check&& check) {
 }  // namespace
 
 std::string_view CZQDeviceInfo::View(const Field& field) noexcept {
-    const char* const end = std::find(std::begin(field), std::end(field), '\0');
-    return {field, static_cast<std::size_t>(end - field)};
+    const std::string_view whole(field, sizeof field);
+    return whole.substr(0, whole.find('\0'));
 }
 
 void CZQDeviceInfo::SetText(Field& field, const char* name, const CZQString& text) {

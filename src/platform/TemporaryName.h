@@ -6,7 +6,6 @@
 #include <charconv>
 #include <cstdint>
 #include <optional>
-#include <random>
 #include <string>
 #include <string_view>
 
@@ -20,14 +19,15 @@ inline std::string_view TemporaryStem(std::string_view fileName) {
     return fileName.substr(0, kMaxStem);
 }
 
-inline std::string MakeTemporaryName(std::string_view fileName, unsigned long processId) {
+// `random`: from the system's own source.
+inline std::string MakeTemporaryName(std::string_view fileName, unsigned long processId,
+                                     std::uint64_t random) {
     constexpr std::string_view kDigits = "0123456789abcdef";
     constexpr int kRandomDigits = 16;
-    std::random_device random;
     std::string name(TemporaryStem(fileName));
     name.append(".").append(std::to_string(processId)).append(".");
-    for (int i = 0; i < kRandomDigits; ++i) {
-        name.push_back(kDigits[random() % kDigits.size()]);
+    for (int i = 0; i < kRandomDigits; ++i, random >>= 4) {
+        name.push_back(kDigits[random & 0xF]);
     }
     return name.append(kTemporaryExtension);
 }

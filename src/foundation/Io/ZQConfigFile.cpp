@@ -156,10 +156,10 @@ std::uint32_t CZQConfigFile::CreateFileChecksum() {
     return ChecksumOf(Covered(content));
 }
 
-std::string CZQConfigFile::Sealed(std::string_view text) {
-    const std::string_view covered = Covered(text);
-    const CZQString seal = CZQString::Formatted("\r\n<#CRC%010" PRIu32 "#>", ChecksumOf(covered));
-    return std::string(covered).append(seal.view());
+std::string CZQConfigFile::Sealed(std::string text) {
+    text.resize(Covered(text).size());
+    const CZQString seal = CZQString::Formatted("\r\n<#CRC%010" PRIu32 "#>", ChecksumOf(text));
+    return text.append(seal.view());
 }
 
 }  // namespace ZQAPI

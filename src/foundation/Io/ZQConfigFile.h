@@ -32,7 +32,7 @@ public:
     std::uint32_t CreateFileChecksum();
 
     // The text with its checksum line, in place of the one it may have.
-    static std::string Sealed(std::string_view text);
+    static std::string Sealed(std::string text);
 
 private:
     std::string ReadContent() const;

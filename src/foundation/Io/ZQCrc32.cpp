@@ -7,7 +7,7 @@ namespace ZQAPI {
 namespace {
 
 // Bytes taken in one step.
-constexpr std::size_t kStep = 8;
+constexpr std::size_t kStep = 16;
 
 using Tables = std::array<std::array<std::uint32_t, 256>, kStep>;
 
@@ -32,17 +32,25 @@ constexpr Tables MakeTables() {
 
 constexpr Tables kTables = MakeTables();
 
+// Four bytes, the first one lowest.
+std::uint32_t Word(std::span<const std::byte> bytes, std::size_t at) noexcept {
+    const auto byte = [&](std::size_t i) { return std::to_integer<std::uint32_t>(bytes[at + i]); };
+    return byte(0) | byte(1) << 8 | byte(2) << 16 | byte(3) << 24;
+}
+
+// What a word does to the register when so many bytes follow it.
+std::uint32_t Effect(std::uint32_t word, std::size_t following) noexcept {
+    return kTables[following + 3][word & 0xFF] ^ kTables[following + 2][(word >> 8) & 0xFF] ^
+           kTables[following + 1][(word >> 16) & 0xFF] ^ kTables[following][word >> 24];
+}
+
 }  // namespace
 
 void CZQCrc32::Add(std::span<const std::byte> bytes) noexcept {
     std::uint32_t crc = m_register;
     for (; bytes.size() >= kStep; bytes = bytes.subspan(kStep)) {
-        std::uint32_t next = 0;
-        for (std::size_t i = 0; i < kStep; ++i) {
-            const std::uint32_t mixed = i < 4 ? crc >> (8 * i) : 0;
-            next ^= kTables[kStep - 1 - i][(mixed ^ std::to_integer<std::uint32_t>(bytes[i])) & 0xFF];
-        }
-        crc = next;
+        crc = Effect(crc ^ Word(bytes, 0), 12) ^ Effect(Word(bytes, 4), 8) ^ Effect(Word(bytes, 8), 4) ^
+              Effect(Word(bytes, 12), 0);
     }
     for (const std::byte byte : bytes) {
         crc = kTables[0][(crc ^ std::to_integer<std::uint32_t>(byte)) & 0xFF] ^ (crc >> 8);

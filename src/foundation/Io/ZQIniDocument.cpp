@@ -1,7 +1,6 @@
 #include "foundation/Io/ZQIniDocument.h"
 
 #include <algorithm>
-#include <cstring>
 #include <type_traits>
 #include <utility>
 
@@ -18,8 +17,11 @@ constexpr std::string_view kLineEnd = "\r\n";
 // What is set aside from the start: memory for the lines as a multiple of the file's size, and room for a
 // section in so many bytes. Guesses that fit device lists.
 constexpr std::size_t kFirstBlock = 1024;
-constexpr std::size_t kLineOverhead = 3;
-constexpr std::size_t kSectionSize = 128;
+constexpr std::size_t kLineOverhead = 2;
+constexpr std::size_t kSectionSize = 96;
+
+// Of the table of sections: so few that a new name seldom meets another one.
+constexpr float kSectionLoad = 0.5F;
 
 // A section with more lines than this is looked through with an index.
 constexpr int kMaxUnindexedLines = 64;
@@ -68,6 +70,7 @@ CZQIniDocument::CZQIniDocument(std::string content)
 
 void CZQIniDocument::Parse() {
     const std::string_view content = m_content;
+    m_sections.max_load_factor(kSectionLoad);
     m_sections.reserve(content.size() / kSectionSize);
     m_isUtf16 = content.starts_with(kUtf16Mark);
     if (m_isUtf16) {
@@ -90,7 +93,7 @@ void CZQIniDocument::ParseUtf16(std::string_view bytes) {
         units[i] = static_cast<char16_t>(low | high << 8);
     }
     ForEachLine(std::u16string_view(units), [&](std::u16string_view line, std::size_t textLength) {
-        Append(Keep(platform::Utf16ToAnsi(line.substr(0, textLength))), bytes.substr(0, 2 * line.size()));
+        Append(Keep({platform::Utf16ToAnsi(line.substr(0, textLength))}), bytes.substr(0, 2 * line.size()));
         m_last->isTerminated = textLength < line.size();
         bytes.remove_prefix(2 * line.size());
     });
@@ -131,9 +134,11 @@ bool CZQIniDocument::Extend(Line& last, const Line& line) const noexcept {
 // After an edit that the file reads differently from what was asked for, and to get rid of replaced lines.
 void CZQIniDocument::Reparse() {
     std::string content = Bytes();
-    m_sections.clear();
+    m_sections = Sections(&m_arena);
     m_recentSection = nullptr;
+    m_lastSection = nullptr;
     m_parsedSection = nullptr;
+    m_keptBytes = 0;
     m_droppedBytes = 0;
     m_front = {};
     m_last = &m_front;
@@ -167,16 +172,26 @@ CZQIniDocument::Section& CZQIniDocument::AddSection(Line& header) {
     if (section.header == nullptr) {
         section.header = &header;
         section.lastEntry = &header;
+        if (m_lastSection != nullptr) {
+            m_lastSection->next = &section;
+        }
+        m_lastSection = &section;
     }
     return section;
 }
 
 CZQIniDocument::Section* CZQIniDocument::FindSection(std::string_view name) const {
-    if (m_recentSection == nullptr || !SIniNameEqual()(m_recentSection->header->Name(), name)) {
-        const auto found = m_sections.find(name);
-        m_recentSection = found == m_sections.end() ? nullptr : &found->second;
+    const auto isIt = [&](const Section* section) {
+        return section != nullptr && SIniNameEqual()(section->header->Name(), name);
+    };
+    if (isIt(m_recentSection)) {
+        return m_recentSection;
     }
-    return m_recentSection;
+    if (m_recentSection != nullptr && isIt(m_recentSection->next)) {
+        return m_recentSection = m_recentSection->next;
+    }
+    const auto found = m_sections.find(name);
+    return m_recentSection = found == m_sections.end() ? nullptr : &found->second;
 }
 
 CZQIniDocument::Line* CZQIniDocument::FindEntry(Section& section, std::string_view key) {
@@ -299,7 +314,7 @@ bool CZQIniDocument::SetValue(std::string_view section, std::string_view key, st
     Section* const found = FindSection(section);
     if (found == nullptr) {
         Terminate(*m_last);
-        Line& added = InsertAfter(*m_last, MakeLine({"[", section, "]"}));
+        Line& added = InsertAfter(*m_last, MakeLine({"[", section, "]", kLineEnd}));
         AddValue(AddSection(added), key, value);
         if (HasLineBreak(section)) {
             Reparse();
@@ -317,7 +332,7 @@ bool CZQIniDocument::SetValue(std::string_view section, std::string_view key, st
 void CZQIniDocument::AddValue(Section& section, std::string_view key, std::string_view value) {
     Line& previous = *section.lastEntry;
     Terminate(previous);
-    Line& added = InsertAfter(previous, MakeLine({key, "=", value}));
+    Line& added = InsertAfter(previous, MakeLine({key, "=", value, kLineEnd}));
     if (added.kind == LineKind::kEntry) {
         section.lastEntry = &added;
     }
@@ -331,7 +346,7 @@ bool CZQIniDocument::ReplaceValue(Line& line, std::string_view value) {
     if (line.hasValue && line.Value() == value) {
         return false;
     }
-    Line changed = MakeLine({line.Name(), "=", value});
+    Line changed = MakeLine({line.Name(), "=", value, kLineEnd});
     if (changed.Bytes() == line.Bytes()) {
         return false;  // the value has blanks around it, which reading takes off
     }
@@ -377,12 +392,8 @@ bool CZQIniDocument::DeleteKey(std::string_view section, std::string_view key) {
 }
 
 std::string CZQIniDocument::Bytes() const {
-    std::size_t size = 0;
-    for (const Line* line = &m_front; line != nullptr; line = line->next) {
-        size += line->size;
-    }
     std::string bytes;
-    bytes.reserve(size);
+    bytes.reserve(m_content.size() + m_keptBytes);
     for (const Line* line = &m_front; line != nullptr; line = line->next) {
         bytes.append(line->Bytes());
     }
@@ -411,14 +422,10 @@ CZQIniDocument::Line& CZQIniDocument::InsertAfter(Line& previous, const Line& li
 
 // A line as this class writes it, not yet in its place.
 CZQIniDocument::Line CZQIniDocument::MakeLine(std::initializer_list<std::string_view> parts) {
-    std::string text;
-    for (const std::string_view part : parts) {
-        text.append(part);
-    }
-    const std::string_view kept = Keep(text.append(kLineEnd));
+    const std::string_view text = Keep(parts);
     Line line;
-    line.SetBytes(m_isUtf16 ? Keep(ToUtf16Bytes(kept)) : kept);
-    Classify(kept.substr(0, kept.size() - kLineEnd.size()), line);
+    line.SetBytes(m_isUtf16 ? Keep({ToUtf16Bytes(text)}) : text);
+    Classify(text.substr(0, text.size() - kLineEnd.size()), line);
     return line;
 }
 
@@ -426,15 +433,23 @@ CZQIniDocument::Line CZQIniDocument::MakeLine(std::initializer_list<std::string_
 void CZQIniDocument::Terminate(Line& line) {
     if (!line.isTerminated) {
         const std::string lineEnd = m_isUtf16 ? ToUtf16Bytes(kLineEnd) : std::string(kLineEnd);
-        line.SetBytes(Keep(std::string(line.Bytes()) + lineEnd));
+        line.SetBytes(Keep({line.Bytes(), lineEnd}));
         line.isTerminated = true;
     }
 }
 
-std::string_view CZQIniDocument::Keep(std::string_view text) {
-    auto* const kept = static_cast<char*>(m_arena.allocate(text.size(), alignof(char)));
-    std::memcpy(kept, text.data(), text.size());
-    return {kept, text.size()};
+std::string_view CZQIniDocument::Keep(std::initializer_list<std::string_view> parts) {
+    std::size_t size = 0;
+    for (const std::string_view part : parts) {
+        size += part.size();
+    }
+    m_keptBytes += size;
+    auto* const kept = static_cast<char*>(m_arena.allocate(size, alignof(char)));
+    char* end = kept;
+    for (const std::string_view part : parts) {
+        end = std::copy(part.begin(), part.end(), end);
+    }
+    return {kept, size};
 }
 
 }  // namespace ZQAPI

@@ -82,9 +82,12 @@ private:
     struct Section {
         Line* header = nullptr;
         Line* lastEntry = nullptr;  // new keys go behind it; the header itself when there is none
+        Section* next = nullptr;    // in the text
         // Its entries by hash and place: made when one is looked for far from the header.
         std::unique_ptr<std::vector<IndexedEntry>> index;
     };
+
+    using Sections = std::pmr::unordered_map<std::string_view, Section, SIniNameHash, SIniNameEqual>;
 
     static void Classify(std::string_view text, Line& line);
     static Line* FindEntry(Section& section, std::string_view key);
@@ -112,19 +115,21 @@ private:
     Line& InsertAfter(Line& previous, const Line& line);
     Line MakeLine(std::initializer_list<std::string_view> parts);
     void Terminate(Line& line);
-    std::string_view Keep(std::string_view text);
+    std::string_view Keep(std::initializer_list<std::string_view> parts);
 
     std::string m_content;
     bool m_isUtf16 = false;
     std::pmr::monotonic_buffer_resource m_arena;  // lines, and the texts that are not in m_content
+    std::size_t m_keptBytes = 0;                  // of texts in m_arena
     std::size_t m_droppedBytes = 0;               // of replaced lines, still in m_arena
     Line m_front;                                 // before the first line; holds the UTF-16 mark
     Line* m_last = &m_front;
     Section* m_parsedSection = nullptr;  // while parsing: where entries belong
-    // The last one looked for: the next call is mostly about it again.
+    Section* m_lastSection = nullptr;
+    // The last one looked for: the next call is mostly about it again, or about the one behind it.
     mutable Section* m_recentSection = nullptr;
     // Looking something up makes indexes, so it is mutable.
-    mutable std::unordered_map<std::string_view, Section, SIniNameHash, SIniNameEqual> m_sections;
+    mutable Sections m_sections{&m_arena};
 };
 
 }  // namespace ZQAPI

@@ -1,7 +1,6 @@
 #include "foundation/Io/ZQIniFile.h"
 
 #include <algorithm>
-#include <array>
 #include <cinttypes>
 #include <cstdlib>
 #include <limits>
@@ -15,14 +14,12 @@ namespace ZQAPI {
 
 namespace {
 
-constexpr std::size_t kBufferSize = 4096;
-
 // The default that shows a key to be missing.
 constexpr const char* kMissingKey = "333KeyExists?";
 
 // Any leading part of the sentinel counts as the sentinel: files out there rely on it.
-CZQString WithoutSentinel(std::string_view value) {
-    return std::string_view(CZQIniFile::kEmptyValue).starts_with(value) ? CZQString() : CZQString(value);
+std::string_view WithoutSentinel(std::string_view value) {
+    return std::string_view(CZQIniFile::kEmptyValue).starts_with(value) ? std::string_view() : value;
 }
 
 std::int32_t ToNumber(const CZQString& text) {
@@ -59,8 +56,7 @@ void CZQIniFile::CheckRead(platform::SystemErrorCode error) const {
     }
 }
 
-CZQString CZQIniFile::ReadFromFile(const CZQString& key, const CZQString* defaultValue, bool noWriteBack) {
-    std::array<char, kBufferSize> buffer;  // NOLINT(cppcoreguidelines-pro-type-member-init): filled by Get
+std::string_view CZQIniFile::Get(const CZQString& key, Buffer& buffer) {
     platform::SystemErrorCode error = 0;
     const std::size_t count =
         m_profile->Get(m_section.c_str(), key.c_str(), "", buffer.data(), buffer.size(), error);
@@ -68,11 +64,21 @@ CZQString CZQIniFile::ReadFromFile(const CZQString& key, const CZQString* defaul
     if (count == kBufferSize - 1) {
         ZQ_THROW("CZQIniFile::ReadFromFile", ZQ_ERR_INI_VALUE_TOO_LONG, "%s", Where(key).c_str());
     }
-    std::string_view value(buffer.data(), count);
+    return {buffer.data(), count};
+}
+
+void CZQIniFile::CheckFound(std::string_view value, const CZQString& key) const {
     if (value.empty()) {
-        if (defaultValue == nullptr) {
-            ZQ_THROW("CZQIniFile::ReadFromFile", ZQ_ERR_INI_KEY_MISSING, "%s", Where(key).c_str());
-        }
+        ZQ_THROW("CZQIniFile::ReadFromFile", ZQ_ERR_INI_KEY_MISSING, "%s", Where(key).c_str());
+    }
+}
+
+CZQString CZQIniFile::ReadFromFile(const CZQString& key, const CZQString* defaultValue, bool noWriteBack) {
+    Buffer buffer;  // NOLINT(cppcoreguidelines-pro-type-member-init): filled by Get
+    std::string_view value = Get(key, buffer);
+    if (defaultValue == nullptr) {
+        CheckFound(value, key);
+    } else if (value.empty()) {
         value = defaultValue->view().substr(0, kBufferSize - 1);
         if (!noWriteBack) {
             try {
@@ -105,12 +111,15 @@ void CZQIniFile::ReadString(const CZQString& key, CZQString& value) {
 }
 
 void CZQIniFile::Read(const CZQString& key, char* buffer, std::uint32_t size) {
-    const CZQString value = ReadFromFile(key, nullptr, false);
-    if (value.GetLength() > size) {
+    Buffer whole;  // NOLINT(cppcoreguidelines-pro-type-member-init): filled by Get
+    const std::string_view found = Get(key, whole);
+    CheckFound(found, key);
+    const std::string_view value = WithoutSentinel(found);
+    if (value.size() > size) {
         ZQ_THROW("CZQIniFile::Read", ZQ_ERR_TEXT_TOO_LONG, "%s; strlen=%ld", Where(key).c_str(),
-                 static_cast<long>(value.GetLength()));
+                 static_cast<long>(value.size()));
     }
-    std::copy_n(value.c_str(), value.GetLength() + 1, buffer);
+    *std::copy(value.begin(), value.end(), buffer) = '\0';
 }
 
 void CZQIniFile::ReadBool(const CZQString& key, bool& value) {
@@ -137,9 +146,7 @@ void CZQIniFile::ReadLongStringArray(const CZQString& key, CZQStringArray& value
     platform::SystemErrorCode error = 0;
     const std::string value = m_profile->GetWhole(m_section.c_str(), key.c_str(), error);
     CheckRead(error);
-    if (value.empty()) {
-        ZQ_THROW("CZQIniFile::ReadFromFile", ZQ_ERR_INI_KEY_MISSING, "%s", Where(key).c_str());
-    }
+    CheckFound(value, key);
     values.Split(WithoutSentinel(value), static_cast<std::uint8_t>(separator), true);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <string_view>
@@ -84,6 +85,13 @@ protected:
 private:
     friend class CZQIniBatch;
 
+    static constexpr std::size_t kBufferSize = 4096;
+    using Buffer = std::array<char, kBufferSize>;
+
+    // The value as it stands in the file, put into the buffer; empty when there is none.
+    std::string_view Get(const CZQString& key, Buffer& buffer);
+    // ZQ_ERR_INI_KEY_MISSING for an empty one.
+    void CheckFound(std::string_view value, const CZQString& key) const;
     CZQStringArray ReadNames(const char* section);
     CZQString Where(const CZQString& key) const;
     void CheckRead(platform::SystemErrorCode error) const;

@@ -11,15 +11,23 @@ namespace ZQAPI {
 namespace {
 
 // 1A is the end-of-file mark of old editors.
-constexpr std::string_view kBlanks = " \t\v\f\x1A";
+constexpr bool IsBlank(char c) {
+    return c == ' ' || c == '\t' || c == '\v' || c == '\f' || c == '\x1A';
+}
 
 constexpr char LowerAscii(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
-std::string_view Trim(std::string_view text, std::string_view characters) {
-    text.remove_prefix(std::min(text.find_first_not_of(characters), text.size()));
-    return text.substr(0, text.find_last_not_of(characters) + 1);
+template <class Predicate>
+std::string_view Trim(std::string_view text, Predicate isDropped) {
+    while (!text.empty() && isDropped(text.front())) {
+        text.remove_prefix(1);
+    }
+    while (!text.empty() && isDropped(text.back())) {
+        text.remove_suffix(1);
+    }
+    return text;
 }
 
 }  // namespace
@@ -27,18 +35,19 @@ std::string_view Trim(std::string_view text, std::string_view characters) {
 std::size_t SIniNameHash::operator()(std::string_view name) const {
     std::uint64_t hash = 14695981039346656037U;  // FNV-1a
     for (const char c : name) {
-        hash = (hash ^ static_cast<unsigned char>(LowerAscii(c))) * 1099511628211U;
+        // The bit that makes a letter lower case; that other characters may meet costs nothing but a comparison.
+        hash = (hash ^ static_cast<unsigned char>(c | 0x20)) * 1099511628211U;
     }
     return static_cast<std::size_t>(hash);
 }
 
-bool SIniNameEqual::operator()(std::string_view left, std::string_view right) const {
-    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+bool SIniNameEqual::EqualsNoCase(std::string_view left, std::string_view right) {
+    return std::equal(left.begin(), left.end(), right.begin(),
                       [](char a, char b) { return LowerAscii(a) == LowerAscii(b); });
 }
 
 std::string_view TrimIniBlanks(std::string_view text) {
-    return Trim(text, kBlanks);
+    return Trim(text, IsBlank);
 }
 
 std::string_view TrimIniPart(std::string_view text) {
@@ -46,7 +55,7 @@ std::string_view TrimIniPart(std::string_view text) {
 }
 
 std::string_view TrimIniArgument(std::string_view name) {
-    return Trim(name, " ");
+    return Trim(name, [](char c) { return c == ' '; });
 }
 
 std::string_view UnquoteIniValue(std::string_view text) {
@@ -56,7 +65,7 @@ std::string_view UnquoteIniValue(std::string_view text) {
 }
 
 bool HasLineBreak(std::string_view text) {
-    return text.find('\n') != std::string_view::npos || text.find('\r') != std::string_view::npos;
+    return std::any_of(text.begin(), text.end(), [](char c) { return c == '\n' || c == '\r'; });
 }
 
 std::size_t CopyIniText(std::string_view text, char* buffer, std::size_t size) {

@@ -12,7 +12,12 @@ struct SIniNameHash {
     std::size_t operator()(std::string_view name) const;
 };
 struct SIniNameEqual {
-    bool operator()(std::string_view left, std::string_view right) const;
+    bool operator()(std::string_view left, std::string_view right) const {
+        return left.size() == right.size() && (left == right || EqualsNoCase(left, right));
+    }
+
+private:
+    static bool EqualsNoCase(std::string_view left, std::string_view right);
 };
 
 // Without the blanks at both ends of a line, name or value in a file.

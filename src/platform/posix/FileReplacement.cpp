@@ -103,7 +103,11 @@ bool FileReplacement::State::MakeFile(mode_t mode, SystemErrorCode& error) {
     constexpr int kFlags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
     constexpr int kMaxTries = 16;
     for (int i = 0; i < kMaxTries; ++i) {
-        temporaryName = MakeTemporaryName(fileName, ProcessId());
+        std::uint64_t random = 0;
+        if (::getentropy(&random, sizeof random) != 0) {
+            return Check(false, error);
+        }
+        temporaryName = MakeTemporaryName(fileName, ProcessId(), random);
         file = Descriptor(::openat(folder.Get(), temporaryName.c_str(), kFlags, mode));
         if (!file.IsOpen() && errno != EEXIST) {
             return Check(false, error);

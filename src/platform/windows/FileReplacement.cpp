@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <memory>
+#include <random>
 #include <vector>
 
 #include "platform/Process.h"
@@ -125,8 +126,10 @@ bool FileReplacement::Create(SystemErrorCode& error) {
     }
     RemoveAbandoned(state.folder, state.fileName);
     constexpr int kMaxTries = 16;
+    std::random_device source;
     for (int i = 0; i < kMaxTries && !state.file; ++i) {
-        state.temporary = state.folder + ToWide(MakeTemporaryName(state.fileName, ProcessId()));
+        const std::uint64_t random = std::uint64_t{source()} << 32 | source();
+        state.temporary = state.folder + ToWide(MakeTemporaryName(state.fileName, ProcessId(), random));
         state.file.reset(
             NullWhenInvalid(CreateFileW(state.temporary.c_str(), GENERIC_WRITE | WRITE_DAC, FILE_SHARE_READ,
                                         nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr)));
