@@ -258,7 +258,14 @@ ZQDEV_API int ZQDEV_RescanDevice(ZQDEVICEINFO* device);
 
 /* Gives a network camera a new IPv4 address (dotted decimal; the subnet mask is that of its address class)
  * and waits for it there; at least 2 s. The list is not changed. No usable host address:
- * ZQ_ERR_BAD_NEW_ADDRESS, and nothing has been sent. */
+ * ZQ_ERR_BAD_NEW_ADDRESS, and nothing has been sent.
+ *
+ * A network camera is commanded at the record's CCMAddress, whoever answers there now. To be sure whom that is, either
+ * ask with ZQDEV_RescanDevice first, or give the address as "IP:HWADDR@LOCAL" (10.0.0.7:00A1B2C3D4E5@192.168.1.1): the
+ * command then goes out through the network card with the last address, and only the camera with that hardware address
+ * obeys it. ZQ_OK says that the commands were answered, not that the camera has moved: one that refuses, or that never
+ * appears at the new address, gives it as well. A camera may also have moved when its answer did not come in time
+ * (ZQ_ERR_COM_TIMEOUT). Look for it afterwards. */
 ZQDEV_API int ZQDEV_ChangeDeviceNetAddr(ZQDEVICEINFO device, const char* newAddress);
 
 #ifdef __cplusplus

@@ -3,6 +3,7 @@
 #include "foundation/ZQException.h"
 #include "foundation/ZQSystem.h"
 #include "scanners/ZQScannerErrors.h"
+#include "scanners/ZQUdpScanLines.h"
 #include "scanners/ZQUpdateByScan.h"
 
 namespace ZQAPI {
@@ -35,32 +36,36 @@ void CZQScanIFZqUDP::Scan(CZQDeviceList& found) {
     DebugOutput("ZQSDK: Start scan with UDP");
     const CZQUdpSearch::Cameras cameras = m_search->Run(m_wantedId);
     // Those that were found first, for there may not be much time left.
-    for (const auto& camera : cameras) {
+    for (const auto& [answer, camera] : cameras) {
         if (const auto device = camera->GetDevice()) {
             found.AddDevice(*device, false);
         }
     }
-    const bool isFound = !m_wantedId.IsEmpty() && found.FindDeviceByID(m_wantedId) >= 0;
-    if (!isFound) {
-        ReportLeftOut(cameras);
+    // A re-check that has found its camera has asked the others for nothing.
+    if (m_wantedId.IsEmpty() || found.FindDeviceByID(m_wantedId) < 0) {
+        Report(cameras);
     }
     DebugOutput("ZQSDK: Scan with UDP finished nofFoundDevices=%d", static_cast<int>(found.GetCount()));
 }
 
-void CZQScanIFZqUDP::ReportLeftOut(const CZQUdpSearch::Cameras& cameras) {
+void CZQScanIFZqUDP::Report(const CZQUdpSearch::Cameras& cameras) {
     std::size_t nofUnfinished = 0;
-    for (const auto& camera : cameras) {
+    for (const auto& [answer, camera] : cameras) {
+        SHeardCamera heard{answer.hardwareAddress, answer.ipAddress, answer.localAddress,
+                           answer.otherLocalAddress};
+        if (const auto device = camera->GetDevice()) {
+            heard.deviceId = device->GetDeviceID();
+        } else {
+            heard.whyNot = "not all answers came while there was time";
+        }
         try {
             camera->RethrowFailure();
+            nofUnfinished += heard.deviceId.IsEmpty() ? 1 : 0;
         } catch (CZQException& exception) {
+            heard.whyNot = exception.ToReason();
             ReportRecovered(exception, camera->ToText(), ZQ_HERE("CZQScanIFZqUDP::Scan"));
-            continue;
         }
-        if (!camera->GetDevice()) {
-            ++nofUnfinished;
-            DebugOutput("ZQSDK: !! %s: left out, not all answers came while there was time",
-                        camera->ToText().c_str());
-        }
+        DebugOutput("%s", FormatHeard(heard).c_str());
     }
     if (nofUnfinished > 0) {
         CZQException exception(ZQ_HERE("CZQScanIFZqUDP::Scan"), ZQ_ERR_COM_TIMEOUT,

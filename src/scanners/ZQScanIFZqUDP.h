@@ -23,7 +23,8 @@ public:
     void Stop() noexcept override { m_search->Stop(); }
 
 private:
-    static void ReportLeftOut(const CZQUdpSearch::Cameras& cameras);
+    // Tells what became of each camera that was heard.
+    static void Report(const CZQUdpSearch::Cameras& cameras);
 
     const std::shared_ptr<CZQUdpSearch> m_search;
     CZQString m_wantedId;  // of a re-check

@@ -7,7 +7,7 @@
 #include "communication/ZQIpv4.h"
 #include "communication/ZQUdpCameraAddress.h"
 #include "foundation/ZQSystem.h"
-#include "scanners/ZQAddressConflict.h"
+#include "scanners/ZQUdpScanLines.h"
 
 namespace ZQAPI {
 
@@ -86,9 +86,13 @@ CZQUdpCameras::EHeard CZQUdpCameras::Add(std::size_t card, SUdpDeviceConnInfo ca
             "%s", FormatConflict({camera.hardwareAddress, known.camera.ipAddress, camera.ipAddress}).c_str());
     }
     if (card >= known.card) {
+        if (card > known.card) {
+            known.camera.otherLocalAddress = std::move(camera.localAddress);
+        }
         return EHeard::kAgain;
     }
     camera.hasConflict = known.camera.hasConflict;
+    camera.otherLocalAddress = std::move(known.camera.localAddress);
     known = {card, ++m_lastOrder, std::move(camera)};
     return EHeard::kOnEarlierCard;
 }

@@ -24,7 +24,8 @@ struct SUdpDeviceConnInfo {
     // Of the local interface that heard it, with the bits of its subnet, "192.168.1.5/24"; empty: the socket was bound
     // to none.
     CZQString localAddress;
-    bool hasConflict = false;  // answers with this hardware address gave different IP addresses
+    CZQString otherLocalAddress = {};  // of a further interface that heard it, if one did
+    bool hasConflict = false;          // answers with this hardware address gave different IP addresses
 };
 
 struct SUdpDatagram {

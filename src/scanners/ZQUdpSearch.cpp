@@ -27,8 +27,9 @@ CZQUdpSearch::Cameras CZQUdpSearch::Run(const CZQString& wantedId) {
 CZQUdpSearch::Cameras CZQUdpSearch::InOrder() {
     const std::lock_guard lock(m_mutex);
     Cameras cameras;
-    for (const SUdpDeviceConnInfo& answer : m_heard.Take()) {
-        cameras.push_back(m_cameras.at(answer.hardwareAddress.str()));
+    for (SUdpDeviceConnInfo& answer : m_heard.Take()) {
+        auto camera = m_cameras.at(answer.hardwareAddress.str());
+        cameras.push_back({std::move(answer), std::move(camera)});
     }
     return cameras;
 }

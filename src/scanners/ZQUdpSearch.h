@@ -18,7 +18,11 @@ namespace ZQAPI {
 class CZQUdpSearch : public std::enable_shared_from_this<CZQUdpSearch> {
 public:
     using Clock = CZQIdentificationRound::Clock;
-    using Cameras = std::vector<std::shared_ptr<CZQUdpCamera>>;
+    struct SHeard {
+        SUdpDeviceConnInfo answer;
+        std::shared_ptr<CZQUdpCamera> camera;
+    };
+    using Cameras = std::vector<SHeard>;
 
     // Nothing is sent after the deadline.
     CZQUdpSearch(const CZQSdkPaths& kit, const SUdpDiscoverySettings& settings, Clock::time_point deadline)

@@ -7,8 +7,8 @@
 
 #include "communication/ZQComICMPPing.h"
 #include "communication/ZQComUDP.h"
-#include "scanners/ZQAddressConflict.h"
 #include "scanners/ZQUdpDiscovery.h"
+#include "scanners/ZQUdpScanLines.h"
 #include "support/DebugLines.h"
 #include "support/ExpectError.h"
 #include "support/UdpPeer.h"
@@ -95,11 +95,12 @@ TEST(UdpCameras, TheFirstCardWinsAndADifferentAddressIsAConflict) {
     });
     std::string text;
     for (const SUdpDeviceConnInfo& camera : cameras.Take()) {
-        text += (camera.hardwareAddress + " " + camera.ipAddress + " " + camera.localAddress +
-                 (camera.hasConflict ? " conflict;" : ";"))
+        text += (camera.hardwareAddress + " " + camera.ipAddress + " " + camera.localAddress + "+" +
+                 camera.otherLocalAddress + (camera.hasConflict ? " conflict;" : ";"))
                     .str();
     }
-    EXPECT_EQ(text, "00A0B1000002 10.0.0.2 a;00A0B1000001 10.0.0.1 a;00A0B1000003 10.0.0.67 a conflict;");
+    EXPECT_EQ(text,
+              "00A0B1000002 10.0.0.2 a+b;00A0B1000001 10.0.0.1 a+b;00A0B1000003 10.0.0.67 a+c conflict;");
     ASSERT_EQ(lines.size(), 1U);
     EXPECT_EQ(ParseConflict(lines[0]), (SAddressConflict{"00A0B1000003", "10.0.0.3", "10.0.0.66"}));
 }
@@ -126,6 +127,25 @@ TEST(AddressConflict, IsReadFromItsOwnLineAlone) {
                                    FormatConflict({"FFFFFFFFFFFF", "10.0.0.1", "10.0.0.2"}),
                                    FormatConflict({"00A0B1000001", "", "10.0.0.2"})}) {
         EXPECT_FALSE(ParseConflict(other.view())) << other.str();
+    }
+}
+
+TEST(HeardCamera, IsReadFromItsOwnLineAlone) {
+    // What a camera says of itself stands last, whatever it is.
+    for (const SHeardCamera& camera :
+         {SHeardCamera{"00A0B1000001", "10.0.0.1", "", "", "A:1: left out, x", ""},
+          {"00A0B1000001", "0.0.0.0", "10.0.0.5/24", "", "", "error -1: device A:1"},
+          {"00A0B1000001", "10.0.0.1", "10.0.0.5/24", "10.0.0.6/24", "A:1", ""}}) {
+        const CZQString line = FormatHeard(camera);
+        EXPECT_EQ(ParseHeard(line.view()), camera) << line.str();
+        EXPECT_EQ(ParseHeard((line + "\r\n").view()), camera);
+    }
+    for (const SHeardCamera& camera : {SHeardCamera{"FFFFFFFFFFFF", "10.0.0.1", "", "", "A:1", ""},
+                                       {"00A0B1000001", "10.0.0", "", "", "A:1", ""},
+                                       {"00A0B1000001", "10.0.0.1", "10.0.0.5", "", "A:1", ""},
+                                       {"00A0B1000001", "10.0.0.1", "10.0.0.5/24", "x", "A:1", ""},
+                                       {"00A0B1000001", "10.0.0.1"}}) {
+        EXPECT_FALSE(ParseHeard(FormatHeard(camera).view())) << FormatHeard(camera).str();
     }
 }
 

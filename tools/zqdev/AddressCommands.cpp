@@ -1,9 +1,9 @@
 #include "Commands.h"
 #include "Progress.h"
+#include "Sighting.h"
 #include "Text.h"
 #include "communication/ZQComICMPPing.h"
 #include "foundation/ZQException.h"
-#include "scanners/ZQAddressConflict.h"
 #include "scanners/ZQNetAddressChange.h"
 #include "scanners/ZQScannerTable.h"
 
@@ -15,6 +15,8 @@ struct SetIpOptions {
     std::string id;
     std::string address;
     bool yes = false;
+    bool force = false;
+    bool noPing = false;
 };
 
 // The mask that goes with the new address. Throws Failure for an address that no camera can have.
@@ -43,107 +45,116 @@ bool Answers(Session& session, const std::string& address) {
     return answers;
 }
 
-bool IsAbout(const SAddressConflict& conflict, std::string_view address) {
-    return conflict.ipAddress.view() == address || conflict.otherIpAddress.view() == address;
+// The camera as it is now. Throws Failure when it is not there.
+Sighting FindNow(Session& session, const ZQDEVICEINFO& saved) {
+    const auto sighting = LookFor(session, saved);
+    if (!sighting) {
+        std::error_code gone = device::MakeErrorCode(ZQ_ERR_DEVICE_NOT_FOUND);
+        session.Check(gone,
+                      "nothing was changed: can't find '" + std::string(device::Text(saved.DeviceID)) + "'",
+                      Subject::kRescan, {}, ExitStatus::kNothingFound);
+    }
+    return *sighting;
 }
 
-// A re-check ends with the first that claims to be the camera: a scan hears the others too.
-void Find(device::Library& library, ZQDEVICEINFO& camera, std::error_code& error) {
-    if (device::Text(camera.UsedScanner) == ZQDEV_SCANNER_NAME_ZQ_UDP) {
-        library.Scan(device::Scanner::kZqUdp, error);
-        if (!error) {
-            library.Load(error);  // the scan has replaced the list
-        }
-    }
-    if (!error) {
-        library.Rescan(camera, error);
-    }
-}
-
-// The camera as it is now. Throws Failure when it is not found, or when what is found may be somebody else.
-void FindBeforehand(Session& session, const SetIpOptions& options, ZQDEVICEINFO& camera) {
-    const std::string id = Printable(options.id);
-    const std::string former(device::Text(camera.UsedAddress));
-    std::vector<SAddressConflict> conflicts;
-    std::error_code error;
-    const bool isHeard = session.ListenDuring(
-        [&](std::string_view message) {
-            if (auto conflict = ParseConflict(message)) {
-                conflicts.push_back(std::move(*conflict));
-            }
-        },
-        [&] {
-            WithProgress(session.GetConsole(), "Looking for " + id,
-                         [&] { Find(session.GetLibrary(), camera, error); });
-        });
-    session.Check(error, "nothing was changed: can't find '" + options.id + "'", Subject::kRescan, {},
-                  error == ZQ_ERR_DEVICE_NOT_FOUND ? ExitStatus::kNothingFound : ExitStatus::kFailed);
-    if (!isHeard) {
-        throw Failure(
-            "nothing was changed: nobody can hear what the library says of '" + options.id +
-            "', and so not tell whether somebody else claims to be it; run it with a standard error");
-    }
-    for (const SAddressConflict& conflict : conflicts) {
-        if (IsAbout(conflict, former) || IsAbout(conflict, device::Text(camera.UsedAddress))) {
-            throw Failure(
-                "nothing was changed: '" + options.id + "' is in conflict, since the hardware address " +
-                conflict.hardwareAddress.str() + " answers as " + conflict.ipAddress.str() + " and as " +
-                conflict.otherIpAddress.str() + "; disconnect whichever is not the camera and try again");
-        }
-    }
+// What will happen, for whoever is asked to agree to it.
+std::string Announcement(const Sighting& sighting, const std::string& address, const std::string& mask) {
+    const std::string id = Printable(device::Text(sighting.camera.DeviceID));
+    const std::string hardware =
+        sighting.hardwareAddress.empty() ? "" : " (" + sighting.hardwareAddress + ")";
+    const std::string card = sighting.card.empty() ? "" : ", through the network card " + sighting.card;
+    return "The camera " + id + hardware + " at " + Printable(device::Text(sighting.camera.UsedAddress)) +
+           " gets the address " + address + ", mask " + mask + card + ". This PC has " +
+           (IsInNetworkOfACard(address) ? "an" : "no") +
+           " address in the new network. The change takes 2 to 32 s; then the camera is looked for.";
 }
 
 // Throws Failure unless this camera can take this address and the user wants it to.
-void CheckAndConfirm(Session& session, const SetIpOptions& options, ZQDEVICEINFO& camera) {
-    const std::string id = Printable(options.id);
-    const std::string scanner(device::Text(camera.UsedScanner));
+Sighting CheckAndConfirm(Session& session, const SetIpOptions& options, const ZQDEVICEINFO& saved) {
+    const std::string id = Printable(device::Text(saved.DeviceID));
+    const std::string scanner(device::Text(saved.UsedScanner));
     if (!ScannerFindsNetworkCameras(scanner)) {
         throw Failure("'" + id + "' was found by " + Printable(scanner) + " and has no network address");
     }
     const std::string mask = MaskOf(session, options.address);
-    FindBeforehand(session, options, camera);
-    const std::string former(device::Text(camera.UsedAddress));
+    // Before anything is sent to a camera: afterwards it would be too late to find that echo requests are not allowed.
+    const bool isTaken = !options.noPing && Answers(session, options.address);
+    const Sighting sighting = FindNow(session, saved);
+    const std::string former(device::Text(sighting.camera.UsedAddress));
     if (former == options.address) {
         throw Failure("'" + id + "' has the address " + former + " already");
     }
-    if (Answers(session, options.address)) {
+    if (isTaken) {
         throw Failure("another device answers at " + options.address + "; choose a free address");
     }
-    session.GetConsole().PrintNote("The camera " + id + " at " + Printable(former) + " gets the address " +
-                                   options.address + ", mask " + mask +
-                                   ". That takes 2 to 32 s; then it is looked for with a scan.");
+    if (!options.force && !IsInNetworkOfACard(options.address)) {
+        throw Failure("nothing was changed: this PC has no address in the network of " + options.address +
+                      " and may not reach the camera there; give a network card one first, or use --force");
+    }
+    session.GetConsole().PrintNote(Announcement(sighting, options.address, mask));
     if (!options.yes && !session.GetConsole().Confirm("Go on?")) {
         throw Failure("nothing was changed");
     }
+    return sighting;
+}
+
+// By its hardware address, through its card, where both are known: no other camera obeys.
+void Change(Session& session, const Sighting& sighting, const std::string& address, std::error_code& error) {
+    ZQDEVICEINFO camera = sighting.camera;
+    if (!sighting.card.empty() && !sighting.hardwareAddress.empty()) {
+        const std::string to = std::string(device::Text(camera.UsedAddress)) + ":" +
+                               sighting.hardwareAddress + "@" +
+                               sighting.card.substr(0, sighting.card.find('/'));
+        device::SetText(camera.CCMAddress, to);
+    }
+    WithProgress(session.GetConsole(), "Changing the address of " + Printable(device::Text(camera.DeviceID)),
+                 [&] { session.GetLibrary().ChangeNetAddress(camera, address.c_str(), error); });
+}
+
+// Of a change that ended with this error, or none.
+std::string Because(const std::error_code& error) {
+    return error ? " (the change ended with error " + std::to_string(error.value()) + ")" : "";
 }
 
 ExitStatus SetIp(Session& session, const SetIpOptions& options) {
-    ZQDEVICEINFO camera = session.GetDevice(options.id);
-    CheckAndConfirm(session, options, camera);
+    const ZQDEVICEINFO saved = session.GetDevice(options.id);
+    const Sighting before = CheckAndConfirm(session, options, saved);
+    const std::string id = Printable(device::Text(saved.DeviceID));
 
-    device::Library& library = session.GetLibrary();
-    const std::string id = Printable(options.id);
-    std::error_code error;
-    WithProgress(session.GetConsole(), "Changing the address of " + id,
-                 [&] { library.ChangeNetAddress(camera, options.address.c_str(), error); });
-    session.Check(error, "can't change the address of '" + options.id + "'", Subject::kAddress);
-
-    WithProgress(session.GetConsole(), "Looking for " + id, [&] { library.Rescan(camera, error); });
-    session.Check(error, "'" + options.id + "' was told its new address and is not found any more",
-                  Subject::kRescan, {}, ExitStatus::kNothingFound);
-    const bool answers = Answers(session, options.address);
-    session.BeginEdit();
-    library.Modify(camera, error);
-    session.Check(error, "can't change device '" + options.id + "'", Subject::kRecord);
-    session.Save(false);
-
-    const std::string address(device::Text(camera.UsedAddress));
-    session.Show({{"device", ToJson(camera)}, {"answersEchoRequests", answers}},
-                 ToText(camera) + "It " + (answers ? "answers" : "does not answer") + " echo requests at " +
-                     options.address + ". Saved.\n");
-    if (address != options.address) {
-        throw Failure("the camera kept the address " + Printable(address) +
+    // A camera may move before its answer is out: what counts is where it is afterwards.
+    std::error_code changeError;
+    Change(session, before, options.address, changeError);
+    const auto after = LookFor(session, saved);
+    if (!after) {
+        throw Failure("'" + id + "' is not heard any more" + Because(changeError) +
+                          "; nothing was saved. Switch it off and on, then \"" +
+                          session.GetKit().Command("scan") + "\" shows where it is",
+                      ExitStatus::kNothingFound);
+    }
+    if (after->hardwareAddress != before.hardwareAddress) {
+        throw Failure("nothing was saved: '" + id + "' is " + after->hardwareAddress + " now, and was " +
+                      before.hardwareAddress + ": another camera answers to that identifier");
+    }
+    const std::string address(device::Text(after->camera.UsedAddress));
+    if (address == device::Text(before.camera.UsedAddress)) {
+        throw Failure("the camera kept the address " + Printable(address) + Because(changeError) +
                       "; -v shows what was sent to it and answered");
+    }
+
+    std::error_code error;
+    session.BeginEdit();
+    session.GetLibrary().Modify(after->camera, error);
+    session.Check(error, "can't change device '" + id + "'", Subject::kRecord);
+    session.Save(false);
+    const bool answers = !options.noPing && Answers(session, address);
+    const std::string echo = options.noPing ? ""
+                                            : std::string("It ") + (answers ? "answers" : "does not answer") +
+                                                  " echo requests at " + address + ". ";
+    session.Show({{"device", ToJson(after->camera)}, {"answersEchoRequests", answers}},
+                 ToText(after->camera) + echo + "Saved.\n");
+    if (address != options.address) {
+        throw Failure("the camera has taken the address " + Printable(address) + " instead" +
+                      Because(changeError));
     }
     return ExitStatus::kDone;
 }
@@ -157,6 +168,10 @@ void AddAddressCommands(Command& app, Session& session) {
             command.AddOption("ID", options.id, "Identifier of the camera").Required();
             command.AddOption("ADDRESS", options.address, "The new address, such as 192.168.1.20").Required();
             command.AddFlag("--yes", options.yes, "Don't ask before the address is changed");
+            command.AddFlag("--force", options.force,
+                            "Also to an address that is in the network of no card of this PC");
+            command.AddFlag("--no-ping", options.noPing,
+                            "Don't ask with echo requests whether the address is free");
             command.SetFooter(
                 "The subnet mask is that of the address's class: 255.0.0.0, 255.255.0.0 or 255.255.255.0.");
         },
