@@ -168,6 +168,12 @@ TEST_F(Zqdev, EditsAreSavedAtOnce) {
     EXPECT_EQ(device["IAM"], ZQDEV_IAM_ZQ_UDP) << "the type's default";
     EXPECT_EQ(device["IAMAddress"], "10.0.0.7");
 
+    // A name will do as well; an identifier of the same text comes first.
+    EXPECT_EQ(RunJson({"show", "Front door"})["DeviceID"], "third");
+    ExpectDone(AddArguments("Front door"));
+    EXPECT_EQ(RunJson({"show", "Front door"})["Name"], "Camera4");
+    ExpectDone({"remove", "Camera4"});
+
     ExpectDone({"rescan", "second", "--save"});
     ExpectDone({"modify", "second", "--desc", "", "--allow-empty"});
     ExpectFailure({"list"}, 1, {"-200013", "lacks a value"});

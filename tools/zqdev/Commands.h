@@ -24,6 +24,11 @@ inline constexpr void (*kCommandGroups[])(Command&, Session&) = {
     AddMachineCommands, AddModuleCommands, AddConfigCommands, AddVersionCommand,
 };
 
+// The argument that says which device of the saved list is meant.
+inline void DeclareDevice(Command& command, std::string& idOrName) {
+    command.AddOption("ID|NAME", idOrName, "The device's identifier, or its name in the list").Required();
+}
+
 // Adds a command without options; `run` is called with the session once the command line is read.
 inline void AddCommand(Command& app, Session& session, const char* name, const char* description,
                        const std::function<ExitStatus(Session&)>& run) {

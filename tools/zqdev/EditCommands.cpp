@@ -15,7 +15,7 @@ struct RemoveOptions {
 
 // The fields as the command line gives them, in the order of Fields().
 struct EditOptions {
-    std::string id;  // of the device to modify
+    std::string id;  // or name, of the device to modify
     std::array<std::string, 11> texts;
     std::array<Option, 11> options;
     bool allowEmpty = false;
@@ -150,7 +150,7 @@ ExitStatus Modify(Session& session, const EditOptions& options) {
     ZQDEVICEINFO device = session.GetDevice(options.id);
     ApplyGivenFields(session, options, device);
     const std::string name(device::Text(device.Name));
-    if (IsNameUsed(session.GetLibrary().Devices(), name, options.id)) {
+    if (IsNameUsed(session.GetLibrary().Devices(), name, device::Text(device.DeviceID))) {
         throw Failure("another device is named '" + name + "'; choose a name that is not in the list");
     }
     std::error_code error;
@@ -169,9 +169,10 @@ ExitStatus Remove(Session& session, const RemoveOptions& options) {
         throw Failure("'" + options.id +
                       "' is the last device, and an empty list can't be loaded again; add another one first");
     }
-    library.Remove(options.id.c_str());
+    library.Remove(std::string(device::Text(device.DeviceID)).c_str());
     session.Save(false);
-    session.Show({{"removed", ToJson(device)}}, "Removed " + Printable(options.id) + " and saved.\n");
+    session.Show({{"removed", ToJson(device)}},
+                 "Removed " + Printable(device::Text(device.DeviceID)) + " and saved.\n");
     return ExitStatus::kDone;
 }
 
@@ -193,16 +194,13 @@ void AddEditCommands(Command& app, Session& session) {
     AddCommand<EditOptions>(
         app, session, "modify", "Change the given fields of a device and save the list at once",
         [](Command& command, EditOptions& options) {
-            command.AddOption("ID", options.id, "Identifier of the device").Required();
+            DeclareDevice(command, options.id);
             DeclareFields(command, options, &ZQDEVICEINFO::DeviceID);
         },
         Modify);
     AddCommand<RemoveOptions>(
         app, session, "remove", "Remove a device and save the list at once; the last one stays",
-        [](Command& command, RemoveOptions& options) {
-            command.AddOption("ID", options.id, "Identifier of the device").Required();
-        },
-        Remove);
+        [](Command& command, RemoveOptions& options) { DeclareDevice(command, options.id); }, Remove);
 }
 
 }  // namespace ZQAPI::zqdev

@@ -103,7 +103,7 @@ void AddScanCommands(Command& app, Session& session) {
     AddCommand<RescanOptions>(
         app, session, "rescan", "Ask the scanner of one device for its addresses and firmware version now",
         [](Command& command, RescanOptions& options) {
-            command.AddOption("ID", options.id, "Identifier of the device").Required();
+            DeclareDevice(command, options.id);
             command.AddFlag("--save", options.save, "Keep the answer in the saved list");
         },
         Rescan);

@@ -112,12 +112,15 @@ void Session::Check(const std::error_code& error, const std::string& what, Subje
     }
 }
 
-ZQDEVICEINFO Session::GetDevice(const std::string& id) {
+ZQDEVICEINFO Session::GetDevice(const std::string& idOrName) {
     const std::vector<ZQDEVICEINFO> devices = GetLibrary().Devices();
-    const ZQDEVICEINFO* device = FindById(devices, id);
+    const ZQDEVICEINFO* device = FindById(devices, idOrName);
     if (device == nullptr) {
-        throw Failure("there is no device '" + id + "' in the list; \"" + GetKit().Command("list") +
-                      "\" shows the identifiers");
+        device = FindByName(devices, idOrName);
+    }
+    if (device == nullptr) {
+        throw Failure("there is no device '" + idOrName + "' in the list; \"" + GetKit().Command("list") +
+                      "\" shows the identifiers and names");
     }
     return *device;
 }

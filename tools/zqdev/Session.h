@@ -53,8 +53,9 @@ public:
     void Check(const std::error_code& error, const std::string& what, Subject subject,
                const std::string& file = {}, ExitStatus status = ExitStatus::kFailed);
 
-    // The device with this identifier in the library's list. Throws Failure when there is none.
-    ZQDEVICEINFO GetDevice(const std::string& id);
+    // The device with this identifier in the library's list, or else the one with this name. Throws Failure when
+    // there is none.
+    ZQDEVICEINFO GetDevice(const std::string& idOrName);
 
     // Keeps every other zqdev from changing the configuration, until Save or the end. Throws Failure when
     // another one does not end in time.
