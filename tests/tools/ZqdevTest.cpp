@@ -115,6 +115,12 @@ TEST_F(Zqdev, FailuresAreOneLineWithTheirStatusAndLeaveTheListAlone) {
         {{"add", "--id", "x"}, 2, {"--type"}},
         {{"add", "--id", "x", "--type", "NoSuchType"}, 2, {"--desc", "--ccm", "--iam-address", "--firmware"}},
         {{"modify", "VirtualCamera:1"}, 2, {"nothing to change"}},
+        {{"config", "get", "ZQ_UDP.IPort"}, 2, {"the nearest is ZQ_UDP.IPPort"}},
+        {{"config", "get", "frobnicate"}, 2, {"ActiveScanners, ZQ_UDP.IPPort"}},
+        {{"config", "set", "IPPort", "65536"}, 2, {"ZQ_UDP.IPPort=65536: a number from 0 to 65535"}},
+        {{"config", "set", "BindToNetworkCard", "maybe"}, 2, {"true or false"}},
+        {{"config", "set", "CameraFile", " x"}, 2, {"read back"}},
+        {{"config", "set", "ActiveScanners", ""}, 2, {"can't be empty"}},
         {{"show", "nobody"}, 1, {"'nobody'", "zqdev list"}},
         {{"remove", "nobody"}, 1, {"'nobody'"}},
         {{"rescan", "nobody"}, 1, {"'nobody'"}},
@@ -207,7 +213,14 @@ TEST_F(Zqdev, FilesThatDoNotServeAreExplained) {
         {api, scanners(""), {"scan"}, {"-200013", "ActiveScanners"}},
         {api, scanners("SCANNER_NONE"), {"scan"}, {"-100006", "ActiveScanners"}},
         {api, kMissing, {"scan"}, {"-220002", "ZQAPI.ini does not exist", "config init"}},
+        {devices, "[General]\r\nDevice=", {"list"}, {"-200013", "no device list", "config init --force"}},
         {devices, shipped, {"config", "seal", "none.ini"}, {"none.ini", "no such file"}},
+        {devices,
+         "no INI text, but long",
+         {"config", "seal", devices},
+         {"not sealed", "no section has a key"}},
+        {api, "[a]\r\nb=\x01 and longer", {"config", "seal", api}, {"not sealed", "control characters"}},
+        {api, "cut", {"config", "set", "IPPort", "1"}, {"-220002", "cut off", "nothing was changed"}},
     };
     for (const auto& c : cases) {
         WriteBytes(devices, shipped);
@@ -247,6 +260,8 @@ TEST_F(Zqdev, FilesAreMadeMendedAndSealedOnlyWhenAsked) {
 
     const std::string unsealed = "[DeviceScanner]\r\nActiveScanners=SCANNER_ZQ_UDP\r\n";
     WriteBytes(m_kit.ApiIni(), unsealed);
+    WriteBytes(m_kit.DevicesIni(), "[General]\r\nDev=Camera1;Camera2\r\n");
+    EXPECT_EQ(RunJson({"config", "init"})[1]["result"], "left as it is, although it is no device list");
     WriteBytes(m_kit.DevicesIni(), "cut");
     ExpectDone({"config", "init"});
     ExpectDone({"config", "show"});
@@ -269,6 +284,28 @@ TEST_F(Zqdev, FilesAreMadeMendedAndSealedOnlyWhenAsked) {
 
     WriteBytes(m_kit.File("USE_LOCAL_SDK_CONFIG"), "[Paths]\r\nAppDataPath=elsewhere\r\n");
     EXPECT_THAT(Run({"config", "check"}).err, testing::HasSubstr("is relative"));
+}
+
+TEST_F(Zqdev, ASettingIsChangedWithoutTouchingAnyOther) {
+    const std::string before =
+        "; first\r\n[DeviceScanner]\r\nActiveScanners=SCANNER_MANUAL\r\n\r\n"
+        "[devicescanner.scanner_zq_udp]\r\nIPPort=1 \r\n; odd\nsurplus\r\n";
+    WriteSealed(m_kit.ApiIni(), before);
+    const auto set = RunJson({"config", "set", "zq_udp.ipport", "2"});
+    EXPECT_EQ(set["former"], "1");
+    EXPECT_EQ(set["from"], "file");
+    std::string after = before;
+    after.replace(after.find("IPPort=1 "), 9, "IPPort=2");
+    WriteSealed(m_kit.File("expected.ini"), after);
+    EXPECT_EQ(ContentOf(m_kit.ApiIni()), ContentOf(m_kit.File("expected.ini")));
+
+    ExpectDone({"config", "set", "DeviceScanner.SCANNER_ZQ_RS232.ScanCOMPorts", "1;2"});
+    EXPECT_EQ(Run({"config", "get", "ScanCOMPorts"}).out, "1;2\n");
+    ExpectDone({"config", "set", "ScanCOMPorts", ""});
+    EXPECT_EQ(RunJson({"config", "get", "SCANNER_ZQ_RS232.ScanCOMPorts"})["from"], "default");
+    EXPECT_EQ(RunJson({"config", "get", "ZQ_UDP.NofScanCycles"})["value"], "5");
+    ExpectFailure({"config", "get", "Baudrate"}, 1, {"no default", "config set"});
+    EXPECT_EQ(RunJson({"config", "show"})["scanSettingsFrom"]["DeviceScanner"]["ActiveScanners"], "file");
 }
 
 TEST_F(Zqdev, EditsAtOnceAreAllKept) {

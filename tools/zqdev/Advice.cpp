@@ -16,6 +16,10 @@ bool IsWriteDenied(const std::string& file) {
     return !WritingObstacle(file).empty();
 }
 
+bool IsNoDeviceList(const std::string& file) {
+    return !IsDeviceList(file);
+}
+
 constexpr const char* kMissing = "{file} does not exist: make it with \"{zqdev config init}\"";
 constexpr const char* kDenied =
     "the system does not let {file} be read ({why-not-read}): mend that, or run it as a user who may read it";
@@ -42,6 +46,8 @@ constexpr Row kRows[] = {
     {Subject::kLoading, ZQ_ERR_SEAL_READ, nullptr, kCutOff},
     {Subject::kLoading, ZQ_ERR_INI_KEY_MISSING, IsDeviceListEmpty,
      "{file} was saved from an empty list: mend it with \"{zqdev config init}\""},
+    {Subject::kLoading, ZQ_ERR_INI_KEY_MISSING, IsNoDeviceList,
+     "{file} is no device list: restore it, or replace it with \"{zqdev config init --force}\""},
     {Subject::kLoading, ZQ_ERR_INI_KEY_MISSING, nullptr,
      "a device in {file} lacks a value: add it by hand, then \"{zqdev config seal FILE}\""},
     {Subject::kLoading, ZQ_ERR_TEXT_TOO_LONG, nullptr,

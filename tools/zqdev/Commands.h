@@ -15,8 +15,11 @@ void AddEditCommands(Command& app, Session& session);     // add, modify, remove
 void AddAddressCommands(Command& app, Session& session);  // set-ip
 void AddMachineCommands(Command& app, Session& session);  // interfaces, ports
 void AddModuleCommands(Command& app, Session& session);   // modules
-void AddConfigCommands(Command& app, Session& session);   // config init|show|check|seal
+void AddConfigCommands(Command& app, Session& session);   // config init|show|get|set|check|seal
 void AddVersionCommand(Command& app, Session& session);   // version
+
+// Called by AddConfigCommands.
+void AddSettingCommands(Command& config, Session& session);  // config get|set
 
 // In the order in which the help lists them.
 inline constexpr void (*kCommandGroups[])(Command&, Session&) = {
