@@ -9,6 +9,7 @@
 #include <nlohmann/json.hpp>
 #include <thread>
 
+#include "ZQSimUdpServer.h"
 #include "devices/ZQDeviceList.h"
 #include "platform/Files.h"
 #include "support/FileBytes.h"
@@ -183,6 +184,38 @@ TEST_F(Zqdev, EditsAreSavedAtOnce) {
     ExpectDone({"rescan", "second", "--save"});
     ExpectDone({"modify", "second", "--desc", "", "--allow-empty"});
     ExpectFailure({"list"}, 1, {"-200013", "lacks a value"});
+}
+
+// Addresses as they are scanned and saved; then one has moved and one is gone.
+TEST_F(Zqdev, SavedDevicesAreAskedForAndTalkedTo) {
+    WriteSealed(m_kit.ApiIni(),
+                "[DeviceScanner]\r\nActiveScanners=SCANNER_ZQ_UDP\r\n"
+                "[DeviceScanner.SCANNER_ZQ_UDP]\r\nNofScanCycles=1\r\nScanTimeMs=300\r\n");
+    const sim::CZQSimUdpServer cameras(sim::MakeCameras(3, 0x7F00000B, 0), {});
+    ASSERT_EQ(RunJson({"scan", "--save"})["devices"].size(), 3U);
+    ExpectDone({"status"});
+
+    ExpectDone({"modify", "Camera1", "--address", "127.0.0.99"});
+    for (const char* const id : {"gone", "gone as well", "by hand"}) {
+        Arguments add = AddArguments(id);
+        add.insert(add.end(), {"--scanner", id[0] == 'g' ? "ZQ_UDP" : "MANUAL"});
+        ExpectDone(add);
+    }
+    std::string states;
+    const nlohmann::json asked = RunJson({"status"}, 1);
+    for (const auto& device : asked["devices"]) {
+        states += device["state"].get<std::string>() + ";";
+    }
+    EXPECT_EQ(states, "moved;online;online;gone;gone;not checked;");
+    const Outcome status = Run({"status"});
+    EXPECT_THAT(status.err, testing::AllOf(testing::HasSubstr("has moved to 127.0.0.11"),
+                                           testing::HasSubstr("'gone as well' is gone")));
+
+    EXPECT_EQ(Run({"send", "Camera2", "SYST:SERN?"}).out, "VX00000002\n");
+    ExpectFailure({"send", "gone", "SYST:SERN?", "--time-out", "1"}, 3, {"'gone'", "10.0.0.7", "--time-out"});
+    ExpectDone({"modify", "gone", "--ccm", "CCM_TAVI"});
+    ExpectFailure({"send", "gone", "SYST:SERN?"}, 1, {"'gone'", "CCM_TAVI"});
+    ExpectFailure({"send", "Camera2", ""}, 2, {"nothing was sent"});
 }
 
 TEST_F(Zqdev, FilesThatDoNotServeAreExplained) {
@@ -434,6 +467,14 @@ TEST_F(Zqdev, SettingsAndModulesAreShownForPrograms) {
     EXPECT_EQ(RunJson({"config", "init"}).size(), 2U);
     EXPECT_EQ(RunJson({"config", "check"})[1]["error"], 0);
     EXPECT_EQ(RunJson({"modules", "ZQNetCam-2M"})["IAMs"][0], ZQDEV_IAM_ZQ_UDP);
+    const auto types = RunJson({"types"})["types"];
+    EXPECT_TRUE(std::any_of(types.begin(), types.end(), [](const nlohmann::json& type) {
+        return type["DeviceTypeByName"] == "VirtualCamera" && type["CCMs"][0] == ZQDEV_CCM_ZQ_VIRTUAL;
+    })) << "the shipped device's";
+    std::filesystem::remove(m_kit.File("CameraConfig/ZQTV-20.ccf"));
+    WriteBytes(m_kit.File("CameraConfig/Edited.ccf"), "[Interfaces]\r\nCCMs=X\r\n<#CRC0000000000#>");
+    EXPECT_EQ(RunJson({"types"}, 1)["types"].size(), types.size() - 1);
+    EXPECT_THAT(Run({"types"}).err, testing::HasSubstr("device type 'Edited': error -220004"));
     EXPECT_EQ(RunJson({"scan", "--scanner", "0"}, 3)["devices"].size(), 0U);
     EXPECT_EQ(RunJson({"version"})["version"], "2.0.0");
 }

@@ -97,6 +97,21 @@ constexpr Row kRows[] = {
     {Subject::kAddress, 0, nullptr,
      "-v shows what was tried; \"{zqdev scan}\" shows where the camera is now"},
 
+    {Subject::kCommand, ZQ_ERR_COM_TIMEOUT, nullptr,
+     "check that it is on, and with \"{zqdev status}\" where it is; it may also not know the command"},
+    {Subject::kCommand, ZQ_ERR_COM_ABORTED, nullptr, "it was given up; --time-out says when"},
+    {Subject::kCommand, ZQ_ERR_LIBRARY_NOT_LOADED, nullptr,
+     "the command module {file} can't be loaded: check that the kit is whole; -v shows the reason"},
+    {Subject::kCommand, ZQ_ERR_ENTRY_POINT_MISSING, nullptr,
+     "{file} is no command module: check that the kit is whole"},
+    {Subject::kCommand, ZQ_ERR_HOST_LOOKUP, nullptr,
+     "that is no address for this module: \"{zqdev status}\" shows where the camera is"},
+    {Subject::kCommand, ZQ_ERR_BAD_VALUE, nullptr,
+     "that is no address or no command for this module; \"{zqdev show}\" shows the address"},
+    {Subject::kCommand, ZQ_ERR_RS232_OPEN, nullptr,
+     "\"{zqdev ports}\" shows the serial ports; close the program that has it, or see that you may use it"},
+    {Subject::kCommand, 0, nullptr, "-v shows what was sent and answered"},
+
     {Subject::kRecord, ZQ_ERR_BAD_VALUE, nullptr,
      "a text holds a control character, or the name is one that the file can't hold (';', ']', blanks "
      "at an end)"},

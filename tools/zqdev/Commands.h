@@ -11,10 +11,12 @@ using tools::Option;
 
 void AddListCommands(Command& app, Session& session);     // list, show
 void AddScanCommands(Command& app, Session& session);     // scan, rescan
+void AddStatusCommand(Command& app, Session& session);    // status
 void AddEditCommands(Command& app, Session& session);     // add, modify, remove
 void AddAddressCommands(Command& app, Session& session);  // set-ip
+void AddSendCommand(Command& app, Session& session);      // send
 void AddMachineCommands(Command& app, Session& session);  // interfaces, ports
-void AddModuleCommands(Command& app, Session& session);   // modules
+void AddModuleCommands(Command& app, Session& session);   // modules, types
 void AddConfigCommands(Command& app, Session& session);   // config init|show|get|set|check|seal
 void AddVersionCommand(Command& app, Session& session);   // version
 
@@ -23,8 +25,8 @@ void AddSettingCommands(Command& config, Session& session);  // config get|set
 
 // In the order in which the help lists them.
 inline constexpr void (*kCommandGroups[])(Command&, Session&) = {
-    AddListCommands,    AddScanCommands,   AddEditCommands,   AddAddressCommands,
-    AddMachineCommands, AddModuleCommands, AddConfigCommands, AddVersionCommand,
+    AddListCommands, AddScanCommands,    AddStatusCommand,  AddEditCommands,   AddAddressCommands,
+    AddSendCommand,  AddMachineCommands, AddModuleCommands, AddConfigCommands, AddVersionCommand,
 };
 
 // The argument that says which device of the saved list is meant.

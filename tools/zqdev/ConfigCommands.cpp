@@ -1,6 +1,3 @@
-#include <algorithm>
-#include <filesystem>
-
 #include "Commands.h"
 #include "ConfigFiles.h"
 #include "ScanSettings.h"
@@ -140,15 +137,7 @@ ExitStatus Show(Session& session) {
 }
 
 std::vector<std::string> SealedFiles(const Kit& kit) {
-    std::vector<std::string> files;
-    std::error_code error;
-    const std::filesystem::path folder = platform::ToPath(kit.CameraConfigFolder());
-    for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
-        if (entry.path().extension() == ".ccf") {
-            files.push_back(platform::FromPath(entry.path()));
-        }
-    }
-    std::sort(files.begin(), files.end());
+    std::vector<std::string> files = kit.CameraConfigFiles();
     files.insert(files.begin(), {kit.ApiIni(), kit.DevicesIni()});
     return files;
 }

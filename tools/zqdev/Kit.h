@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "devices/ZQSdkPaths.h"
 
@@ -27,6 +28,10 @@ public:
     // What whoever changes the configuration locks meanwhile.
     std::string LockFile() const;
     std::string CameraConfigFolder() const;
+    // Those in it, sorted.
+    std::vector<std::string> CameraConfigFiles() const;
+    // A command module, named as on Windows.
+    std::string CommandModule(const char* file) const;
     // Empty for a type that can be no file name.
     std::string CameraConfigFile(const std::string& deviceType) const;
 
