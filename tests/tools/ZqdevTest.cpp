@@ -195,27 +195,47 @@ TEST_F(Zqdev, SavedDevicesAreAskedForAndTalkedTo) {
     ASSERT_EQ(RunJson({"scan", "--save"})["devices"].size(), 3U);
     ExpectDone({"status"});
 
-    ExpectDone({"modify", "Camera1", "--address", "127.0.0.99"});
     for (const char* const id : {"gone", "gone as well", "by hand"}) {
         Arguments add = AddArguments(id);
         add.insert(add.end(), {"--scanner", id[0] == 'g' ? "ZQ_UDP" : "MANUAL"});
         ExpectDone(add);
     }
+    ExpectDone({"modify", "by hand", "--name", "Spare"});
+    // Camera2 comes into the list after the one by hand; and keeps its name.
+    ExpectDone({"modify", "Camera3", "--name", "Front door"});
+    ExpectDone({"remove", "Camera2"});
+    EXPECT_EQ(RunJson({"scan", "--merge"})["saved"], true);
+    const std::string number = "=ZQNetCam-";
+    EXPECT_EQ(ListedDevices(), "Camera1" + number + "2M:VX00000001;Front door" + number +
+                                   "FG:VX00000003;Camera4=gone;Camera5=gone as well;Spare=by hand;Camera6" +
+                                   number + "5M:VX00000002;");
+    ExpectDone({"modify", "Camera1", "--address", "127.0.0.99"});
     std::string states;
     const nlohmann::json asked = RunJson({"status"}, 1);
     for (const auto& device : asked["devices"]) {
         states += device["state"].get<std::string>() + ";";
     }
-    EXPECT_EQ(states, "moved;online;online;gone;gone;not checked;");
+    EXPECT_EQ(states, "moved;online;gone;gone;not checked;online;");
     const Outcome status = Run({"status"});
     EXPECT_THAT(status.err, testing::AllOf(testing::HasSubstr("has moved to 127.0.0.11"),
                                            testing::HasSubstr("'gone as well' is gone")));
 
-    EXPECT_EQ(Run({"send", "Camera2", "SYST:SERN?"}).out, "VX00000002\n");
+    EXPECT_EQ(Run({"send", "Camera6", "SYST:SERN?"}).out, "VX00000002\n");
     ExpectFailure({"send", "gone", "SYST:SERN?", "--time-out", "1"}, 3, {"'gone'", "10.0.0.7", "--time-out"});
     ExpectDone({"modify", "gone", "--ccm", "CCM_TAVI"});
     ExpectFailure({"send", "gone", "SYST:SERN?"}, 1, {"'gone'", "CCM_TAVI"});
-    ExpectFailure({"send", "Camera2", ""}, 2, {"nothing was sent"});
+    ExpectFailure({"send", "Camera6", ""}, 2, {"nothing was sent"});
+
+    const Outcome replaced = Run({"scan", "--save"});
+    EXPECT_THAT(replaced.err, testing::AllOf(testing::HasSubstr("'Front door' of ZQNetCam-FG"),
+                                             testing::HasSubstr("'Spare' of by hand; --merge keeps")));
+    EXPECT_THAT(ListedDevices(), testing::HasSubstr("Camera3" + number + "FG"));
+    std::filesystem::remove(m_kit.File("AppData/config/zqdev.lock"));
+    std::filesystem::create_directory(m_kit.File("AppData/config/zqdev.lock"));
+    const Outcome unsaved = Run({"scan", "--save"});
+    EXPECT_EQ(unsaved.status, 1);
+    EXPECT_THAT(unsaved.out, testing::HasSubstr("3 devices found"));
+    EXPECT_THAT(unsaved.err, testing::HasSubstr("zqdev.lock"));
 }
 
 TEST_F(Zqdev, FilesThatDoNotServeAreExplained) {

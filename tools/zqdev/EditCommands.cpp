@@ -2,6 +2,7 @@
 #include <array>
 
 #include "Commands.h"
+#include "ScanMerge.h"
 #include "Text.h"
 #include "foundation/Io/ZQFile.h"
 
@@ -92,27 +93,8 @@ void FillDefaults(Session& session, ZQDEVICEINFO& device) {
     }
 }
 
-bool IsNameUsed(const std::vector<ZQDEVICEINFO>& devices, std::string_view name, std::string_view exceptId) {
-    return std::any_of(devices.begin(), devices.end(), [&](const ZQDEVICEINFO& device) {
-        return device::Text(device.Name) == name && device::Text(device.DeviceID) != exceptId;
-    });
-}
-
-// The library names a new device after its place in the list, which after a removal can be a name that is in
-// use. Two devices of one name share their place in the file, so the new one gets the first free name.
-ZQDEVICEINFO WithUniqueName(Session& session, const std::string& id) {
-    ZQDEVICEINFO device = session.GetDevice(id);
-    const std::vector<ZQDEVICEINFO> devices = session.GetLibrary().Devices();
-    for (unsigned number = 1; IsNameUsed(devices, device::Text(device.Name), id); ++number) {
-        device::SetText(device.Name, "Camera" + std::to_string(number));
-    }
-    session.GetLibrary().Modify(device);
-    return device;
-}
-
 ExitStatus Add(Session& session, const EditOptions& options) {
     session.BeginEdit();
-    device::Library& library = session.GetLibrary();
     ZQDEVICEINFO device = {};
     ApplyGivenFields(session, options, device);
     FillDefaults(session, device);
@@ -126,15 +108,12 @@ ExitStatus Add(Session& session, const EditOptions& options) {
             ExitStatus::kWrongUsage);
     }
     const std::string id(device::Text(device.DeviceID));
-    if (FindById(library.Devices(), id) != nullptr) {
+    if (FindById(session.GetLibrary().Devices(), id) != nullptr) {
         throw Failure("there is a device '" + id + "' in the list already; change it with \"" +
                       session.GetKit().Command("modify") + "\"");
     }
 
-    std::error_code error;
-    library.Add(device, error);
-    session.Check(error, "can't add device '" + id + "'", Subject::kRecord);
-    device = WithUniqueName(session, id);
+    device = AddUnderFreeName(session, device);
     session.Save(options.allowEmpty);
     session.Show(ToJson(device), ToText(device) + "Added and saved.\n");
     return ExitStatus::kDone;

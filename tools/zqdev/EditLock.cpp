@@ -41,8 +41,10 @@ EditLock::EditLock(Console& console, const Kit& kit, std::chrono::seconds limit)
                       " s; try again when it has ended, or give it more time with --wait");
     }
     if (outcome == FileLock::Outcome::kFailed) {
-        throw Failure("nothing was saved: can't lock " + file + " (" + told +
-                      "): mend that, or run it as a user who may write to its folder");
+        throw Failure(
+            "nothing was saved: " + told + ": " + file +
+            ", which keeps others from saving at the same time; mend that, or run it as a user who may "
+            "write to its folder");
     }
 }
 

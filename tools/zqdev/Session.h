@@ -78,6 +78,9 @@ public:
     // Shows the result: the JSON, in ASCII whatever its texts are, or, for people, the text, which is printable.
     void Show(const Json& json, const std::string& text);
 
+    // A part of the text beforehand, where that is what is wanted.
+    void ShowText(const std::string& text);
+
 private:
     bool StartListening(platform::DebugCapture::LineCallback onLine, platform::SystemErrorCode& error);
     bool ShowDebugOutput(platform::SystemErrorCode& error);
