@@ -12,6 +12,7 @@
 #include "foundation/ZQNoDestructor.h"
 #include "foundation/ZQSystem.h"
 #include "platform/Files.h"
+#include "platform/Process.h"
 
 namespace ZQAPI {
 
@@ -32,6 +33,24 @@ CZQString FindConfigRoot(const CZQString& binPath) {
     CZQString root;
     ini.ReadString("AppDataPath", root);
     return root.RemoveSuffix(separator.view()) + separator;
+}
+
+// The folder that the environment names, with a separator at its end; empty when it names none.
+CZQString NamedConfigFolder() {
+    constexpr const char* kVariable = CZQSdkPaths::kConfigFolderVariable;
+    std::string folder;
+    if (!platform::GetTrustedEnvironmentText(kVariable, folder)) {
+        if (platform::GetEnvironmentText(kVariable, folder)) {
+            DebugOutput("SDK: !! %s is ignored: this process has more rights than its starter", kVariable);
+        }
+        return {};
+    }
+    if (!IsAbsolutePath(folder)) {
+        DebugOutput("SDK: !! %s=%s is ignored: it is no absolute path", kVariable, folder.c_str());
+        return {};
+    }
+    const CZQString separator = PathSeparator();
+    return CZQString(folder).RemoveSuffix(separator.view()) + separator;
 }
 
 CZQString CcmPathOf(const CZQString& binPath) {
@@ -86,10 +105,15 @@ std::shared_ptr<const CZQSdkPaths> OwnPaths() {
 }  // namespace
 
 CZQSdkPaths::CZQSdkPaths(CZQString binPath)
-    : m_binPath(std::move(binPath)), m_configRoot(FindConfigRoot(m_binPath)) {}
+    : m_binPath(std::move(binPath)), m_configRoot(NamedConfigFolder()) {
+    m_isConfigFolderNamed = !m_configRoot.IsEmpty();
+    if (!m_isConfigFolderNamed) {
+        m_configRoot = FindConfigRoot(m_binPath);
+    }
+}
 
 CZQString CZQSdkPaths::GetConfigFilesPath() const {
-    return m_configRoot + "config" + PathSeparator();
+    return m_isConfigFolderNamed ? m_configRoot : m_configRoot + "config" + PathSeparator();
 }
 
 CZQString CZQSdkPaths::GetApiIniPath() const {

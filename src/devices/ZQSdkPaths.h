@@ -1,6 +1,7 @@
 // Where the kit keeps its files. Everything hangs on two roots: the bin path, which is the folder of the
 // library's own file, and the configuration root, which is machine-wide unless the marker file
-// "USE_LOCAL_SDK_CONFIG" lies in the bin path. Folder paths end with a separator; what is appended to them
+// "USE_LOCAL_SDK_CONFIG" lies in the bin path, or the environment variable ZQSDK_CONFIG_DIR names the configuration
+// folder itself, which is then the root, too. Folder paths end with a separator; what is appended to them
 // begins with one as well, as it always has.
 #pragma once
 
@@ -8,7 +9,7 @@
 
 namespace ZQAPI {
 
-// The paths of the kit that lies at a given bin path. A value; reads the marker file once, when made.
+// The paths of the kit that lies at a given bin path. A value; reads the environment and the marker file once, when made.
 class CZQSdkPaths {
 public:
     // `binPath` as MakeBinPath gives it.
@@ -18,9 +19,13 @@ public:
     static CZQString MakeBinPath(const CZQString& libraryFile) { return KitFolderOf(libraryFile); }
 
     static constexpr const char* kMarkerFile = "USE_LOCAL_SDK_CONFIG";
+    // An absolute path, else it is ignored; and so it is in a process with more rights than its starter's.
+    static constexpr const char* kConfigFolderVariable = "ZQSDK_CONFIG_DIR";
 
     const CZQString& GetBinPath() const noexcept { return m_binPath; }
     const CZQString& GetSdkConfigRoot() const noexcept { return m_configRoot; }
+    // Whether the environment names the configuration folder.
+    bool IsConfigFolderNamed() const noexcept { return m_isConfigFolderNamed; }
     CZQString GetConfigFilesPath() const;
     CZQString GetApiIniPath() const;
     CZQString GetDevicesIniPath() const;
@@ -34,6 +39,7 @@ public:
 private:
     CZQString m_binPath;
     CZQString m_configRoot;
+    bool m_isConfigFolderNamed = false;
 };
 
 // The same for this library's own kit. The bin path, and what is below it, is computed on every call and written

@@ -125,7 +125,8 @@ ExitStatus Show(Session& session) {
                  PathsText({{"Library", kit.LibraryFile(), {}},
                             {"Bin path", kit.BinPath(), {}},
                             {"Device types", kit.CameraConfigFolder(), {}},
-                            {"Configuration", kit.ConfigFolder(), {}},
+                            {"Configuration", kit.ConfigFolder(),
+                             kit.IsConfigFolderNamed() ? CZQSdkPaths::kConfigFolderVariable : ""},
                             {"Scan settings", kit.ApiIni(), apiState},
                             {"Device list", kit.DevicesIni(), devicesState}}) +
                      SettingsText(settings));

@@ -23,6 +23,8 @@ public:
     // That tells where the configuration is, if it is there.
     std::string MarkerFile() const;
     std::string ConfigFolder() const;
+    // Whether the environment names it.
+    bool IsConfigFolderNamed() const { return m_paths.IsConfigFolderNamed(); }
     std::string ApiIni() const;
     std::string DevicesIni() const;
     // What whoever changes the configuration locks meanwhile.
