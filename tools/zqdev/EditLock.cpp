@@ -32,8 +32,9 @@ EditLock::EditLock(Console& console, const Kit& kit, std::chrono::seconds limit)
     std::string told;
     FileLock::Outcome outcome = m_lock.TryToTake(file, told);
     if (outcome == FileLock::Outcome::kHeldByAnother) {
-        WithProgress(console, "Waiting for " + Printable(told) + ", which changes the configuration",
-                     [&] { outcome = KeepTrying(m_lock, file, limit, told); });
+        WithProgress(
+            console, "Waiting for " + Printable(told) + ", which changes the configuration",
+            [&] { outcome = KeepTrying(m_lock, file, limit, told); }, limit);
     }
     if (outcome == FileLock::Outcome::kHeldByAnother) {
         throw Failure("nothing was saved: " + told + " holds " + file + " for longer than " +

@@ -1,6 +1,8 @@
 #include "Commands.h"
+#include "ConfigFiles.h"
 #include "Progress.h"
 #include "ScanMerge.h"
+#include "ScanSettings.h"
 #include "Text.h"
 
 namespace ZQAPI::zqdev {
@@ -26,6 +28,11 @@ std::string ScannerList() {
                 std::string(device::kScannerNames[number]) + "\n";
     }
     return list;
+}
+
+std::chrono::milliseconds ScanTime(Session& session, std::optional<device::Scanner> scanner) {
+    const std::string file = session.GetKit().ApiIni();
+    return ReadingObstacle(file).empty() ? UsualScanTime(file, scanner) : std::chrono::milliseconds(0);
 }
 
 // Saves what was found; what is said of that. Throws Failure.
@@ -57,13 +64,16 @@ ExitStatus Scan(Session& session, const ScanOptions& options) {
     std::error_code error;
     std::chrono::milliseconds time{};
     session.ShowScannersDuring([&] {
-        time = WithProgress(session.GetConsole(), "Scanning", [&] {
-            if (scanner) {
-                library.Scan(*scanner, error);
-            } else {
-                library.Scan(error);
-            }
-        });
+        time = WithProgress(
+            session.GetConsole(), "Scanning",
+            [&] {
+                if (scanner) {
+                    library.Scan(*scanner, error);
+                } else {
+                    library.Scan(error);
+                }
+            },
+            ScanTime(session, scanner));
     });
     session.Check(error, "the scan failed", scanner ? Subject::kOneScanner : Subject::kScan);
 
@@ -106,8 +116,10 @@ ExitStatus Scan(Session& session, const ScanOptions& options) {
 ExitStatus Rescan(Session& session, const RescanOptions& options) {
     ZQDEVICEINFO device = session.GetDevice(options.id);
     std::error_code error;
-    WithProgress(session.GetConsole(), "Asking for " + Printable(options.id),
-                 [&] { session.GetLibrary().Rescan(device, error); });
+    WithProgress(
+        session.GetConsole(), "Asking for " + Printable(options.id),
+        [&] { session.GetLibrary().Rescan(device, error); },
+        ScanTime(session, device::ScannerFromName(device::Text(device.UsedScanner))));
     session.Check(error, "can't re-check device '" + options.id + "'", Subject::kRescan, {},
                   error == ZQ_ERR_DEVICE_NOT_FOUND ? ExitStatus::kNothingFound : ExitStatus::kFailed);
     if (options.save) {

@@ -1,6 +1,7 @@
 #include "ScanSettings.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <iterator>
 #include <numeric>
 
@@ -212,6 +213,22 @@ std::string ComplaintAbout(const SettingPlace& place, const std::string& value) 
         return "it is longer than " + std::to_string(kLongest) + " characters";
     }
     return AnyToUtf8(SettingComplaint(place.row, value).view());
+}
+
+std::chrono::milliseconds UsualScanTime(const std::string& file, std::optional<device::Scanner> scanner) {
+    constexpr long long kLimitMs = 30000;
+    const auto inUse = [&](const char* key) {
+        for (const SettingPlace& place : AllSettings()) {
+            if (place.ShortKey() == key) {
+                return ReadScanSetting(file, place).InUse().value_or("");
+            }
+        }
+        return std::string();
+    };
+    const long long listeningMs = std::strtoll(inUse("ZQ_UDP.ScanTimeMs").c_str(), nullptr, 10);
+    const bool isNetworkAlone =
+        scanner ? *scanner == device::Scanner::kZqUdp : inUse(kActiveScanners) == ZQDEV_SCANNER_NAME_ZQ_UDP;
+    return std::chrono::milliseconds(isNetworkAlone ? std::clamp(listeningMs, 0LL, kLimitMs) : kLimitMs);
 }
 
 Json SettingsJson(const ScanSettings& sections) {

@@ -1,6 +1,8 @@
 // The scan's settings as they stand in ZQAPI.ini, beside what the scanners read from it.
 #pragma once
 
+#include <ZQAPI/ZQDevice.hpp>
+#include <chrono>
 #include <optional>
 #include <string>
 #include <vector>
@@ -47,6 +49,9 @@ SettingPlace FindSetting(const Kit& kit, const std::string& name);
 ScanSetting ReadScanSetting(const std::string& file, const SettingPlace& place);
 // Why the setting can't have this value; empty when it can.
 std::string ComplaintAbout(const SettingPlace& place, const std::string& value);
+
+// How long scanning takes, by the settings and the library's own limit: with this scanner, or with the active ones.
+std::chrono::milliseconds UsualScanTime(const std::string& file, std::optional<device::Scanner> scanner);
 
 // The values in use, and where each is from.
 Json SettingsJson(const ScanSettings& sections);

@@ -62,12 +62,15 @@ std::string Ask(Session& session, const std::string& module, const std::string& 
         return ccm.SendCmd(options.command + "\n").TrimRight("\n").str();
     });
     std::future_status status{};
-    WithProgress(session.GetConsole(), "Waiting for the answer", [&] {
-        status = answer.wait_for(std::chrono::seconds(options.timeoutSeconds));
-        if (status != std::future_status::ready) {
-            ccm.Abort();
-        }
-    });
+    WithProgress(
+        session.GetConsole(), "Waiting for the answer",
+        [&] {
+            status = answer.wait_for(std::chrono::seconds(options.timeoutSeconds));
+            if (status != std::future_status::ready) {
+                ccm.Abort();
+            }
+        },
+        std::chrono::seconds(options.timeoutSeconds));
     return answer.get();
 }
 
