@@ -1,10 +1,11 @@
 /* Prints the devices of this machine; with the argument "scan" it looks for them first. */
 #include <ZQAPI/ZQDeviceAPI.h>
+#include <ZQAPI/ZQErrorText.h>
 #include <stdio.h>
 #include <string.h>
 
 static int Failed(const char* function, int result) {
-    fprintf(stderr, "%s: error %d\n", function, result);
+    fprintf(stderr, "%s: error %d, %s: %s\n", function, result, ZQ_ErrorName(result), ZQ_ErrorText(result));
     return 1;
 }
 

@@ -41,6 +41,7 @@
 #include <vector>
 
 #include "ZQDeviceAPI.h"
+#include "ZQErrorText.h"
 
 template <>
 struct std::is_error_code_enum<ZQ_ERROR_NUMBER> : std::true_type {};
@@ -54,17 +55,7 @@ namespace ZQAPI::device {
 
 // The condition that the error number stands for, in words; "unknown error" for a number outside the table.
 inline const char* Condition(int number) noexcept {
-    switch (number) {
-        case ZQ_OK:
-            return "success";
-#define ZQDEVICE_CASE_(name, value, condition) \
-    case value:                                \
-        return condition;
-            ZQ_ERROR_TABLE(ZQDEVICE_CASE_)
-#undef ZQDEVICE_CASE_
-        default:
-            return "unknown error";
-    }
+    return ZQ_ErrorText(number);
 }
 
 // The category of the error numbers of ZQErrors.h.

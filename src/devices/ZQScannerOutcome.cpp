@@ -16,6 +16,10 @@ void TellScannerOutcome(const char* scanner, std::uint32_t nofFound, std::string
                 failure.empty() ? "" : ", ", static_cast<int>(failure.size()), failure.data());
 }
 
+bool ScannerFailureIn(std::string_view line) noexcept {
+    return line.starts_with(kFailed);
+}
+
 std::optional<std::string_view> ScannerOutcomeIn(std::string_view line) noexcept {
     for (const std::string_view start : {kDone, kFailed}) {
         if (line.starts_with(start)) {

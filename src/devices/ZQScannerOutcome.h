@@ -13,4 +13,7 @@ void TellScannerOutcome(const char* scanner, std::uint32_t nofFound, std::string
 // What such a line says, for people ("SCANNER_MV: 0 found, error -130000 ..."); nothing of any other line.
 std::optional<std::string_view> ScannerOutcomeIn(std::string_view line) noexcept;
 
+// Whether such a line tells of a failure.
+bool ScannerFailureIn(std::string_view line) noexcept;
+
 }  // namespace ZQAPI

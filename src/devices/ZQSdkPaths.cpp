@@ -12,6 +12,7 @@
 #include "foundation/ZQNoDestructor.h"
 #include "foundation/ZQSystem.h"
 #include "platform/Files.h"
+#include "platform/Process.h"
 
 namespace ZQAPI {
 
@@ -32,6 +33,27 @@ CZQString FindConfigRoot(const CZQString& binPath) {
     CZQString root;
     ini.ReadString("AppDataPath", root);
     return root.RemoveSuffix(separator.view()) + separator;
+}
+
+// The folder that the environment names, with a separator at its end; empty when it names none.
+CZQString NamedConfigFolder() {
+    constexpr const char* kVariable = CZQSdkPaths::kConfigFolderVariable;
+    std::string folder;
+    if (!platform::GetTrustedEnvironmentText(kVariable, folder)) {
+        if (platform::GetEnvironmentText(kVariable, folder)) {
+            DebugOutput("SDK: !! %s is ignored: this process has more rights than its starter", kVariable);
+        }
+        return {};
+    }
+    if (folder.empty()) {
+        return {};
+    }
+    if (!IsAbsolutePath(folder)) {
+        DebugOutput("SDK: !! %s=%s is ignored: it is no absolute path", kVariable, folder.c_str());
+        return {};
+    }
+    const CZQString separator = PathSeparator();
+    return CZQString(folder).RemoveSuffix(separator.view()) + separator;
 }
 
 // The digits of a port's name, the superscript ones of code page 1252 and UTF-8 included.
@@ -63,33 +85,42 @@ CZQString OwnBinPath() {
     return path;
 }
 
-// This library's own configuration root, once it has been asked for.
-CZQSharedSlot<const CZQString>& OwnConfigRoot() {
-    static CZQNoDestructor<CZQSharedSlot<const CZQString>> slot;
+SConfigFolders FindConfigFolders(const CZQString& binPath) {
+    const CZQString named = NamedConfigFolder();
+    if (!named.IsEmpty()) {
+        return {named, named, true};
+    }
+    const CZQString root = FindConfigRoot(binPath);
+    return {root, root + "config" + PathSeparator(), false};
+}
+
+// This library's own, once they have been asked for.
+CZQSharedSlot<const SConfigFolders>& OwnConfigFolders() {
+    static CZQNoDestructor<CZQSharedSlot<const SConfigFolders>> slot;
     return slot.Get();
 }
 
 }  // namespace
 
-CZQSdkPaths::CZQSdkPaths(CZQString binPath) : m_roots(SRoots{binPath, FindConfigRoot(binPath)}) {}
+CZQSdkPaths::CZQSdkPaths(CZQString binPath) : m_binPath(binPath), m_config(FindConfigFolders(binPath)) {}
 
 void CZQSdkPaths::ForgetOwnKit() {
-    OwnConfigRoot().Exchange(nullptr);
+    OwnConfigFolders().Exchange(nullptr);
 }
 
-CZQString CZQSdkPaths::GetBinPath() const {
-    return m_roots ? m_roots->binPath : OwnBinPath();
-}
-
-CZQString CZQSdkPaths::GetSdkConfigRoot() const {
-    return m_roots ? m_roots->configRoot : *OwnConfigRoot().GetOrMake([] {
-        return std::make_shared<const CZQString>(FindConfigRoot(OwnBinPath()));
+SConfigFolders CZQSdkPaths::GetConfigFolders() const {
+    return m_config ? *m_config : *OwnConfigFolders().GetOrMake([] {
+        return std::make_shared<const SConfigFolders>(FindConfigFolders(OwnBinPath()));
     });
 }
 
+CZQString CZQSdkPaths::GetBinPath() const {
+    return m_config ? m_binPath : OwnBinPath();
+}
+
 CZQString CZQSdkPaths::GetConfigFilesPath() const {
-    CZQString path = GetSdkConfigRoot() + "config" + PathSeparator();
-    if (!m_roots) {
+    CZQString path = GetConfigFolders().files;
+    if (!m_config) {
         DebugOutput("SDK: GetConfigFilesPath: Path=%s", path.c_str());
     }
     return path;

@@ -39,4 +39,14 @@ CZQString KitFolderOf(const CZQString& libraryFile) {
     return path + separator;
 }
 
+bool IsAbsolutePath(std::string_view path) {
+    const auto isSeparator = [path](std::size_t i) {
+        return path.size() > i && platform::IsPathSeparator(path[i]);
+    };
+    if (!platform::HasDriveLetters()) {
+        return isSeparator(0);
+    }
+    return (isSeparator(0) && isSeparator(1)) || (path.size() > 2 && path[1] == ':' && isSeparator(2));
+}
+
 }  // namespace ZQAPI

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 #include "foundation/ZQString.h"
 
 namespace ZQAPI {
@@ -8,5 +10,8 @@ namespace ZQAPI {
 // lower case where file names don't tell cases apart), and the folder above when that is one of the kit's
 // module folders.
 CZQString KitFolderOf(const CZQString& libraryFile);
+
+// From the root of a drive, a share or the file system on.
+bool IsAbsolutePath(std::string_view path);
 
 }  // namespace ZQAPI

@@ -17,17 +17,6 @@ bool HasFolder(const std::string& file) {
     return std::any_of(file.begin(), file.end(), platform::IsPathSeparator);
 }
 
-// From the root of a drive, a share or the file system on.
-bool IsAbsolute(std::string_view folder) {
-    const auto isSeparator = [folder](std::size_t i) {
-        return folder.size() > i && platform::IsPathSeparator(folder[i]);
-    };
-    if (!platform::HasDriveLetters()) {
-        return isSeparator(0);
-    }
-    return (isSeparator(0) && isSeparator(1)) || (folder.size() > 2 && folder[1] == ':' && isSeparator(2));
-}
-
 // Each with a separator at its end.
 std::vector<std::string> SearchFolders(ELibraryPlace place) {
     const std::string system = platform::SystemLibraryFolder();
@@ -45,7 +34,7 @@ std::vector<std::string> SearchFolders(ELibraryPlace place) {
     for (std::string folder; std::getline(parts, folder, platform::SearchPathSeparator());) {
         folders.push_back(folder + platform::PathSeparator());
     }
-    std::erase_if(folders, [](const std::string& folder) { return !IsAbsolute(folder); });
+    std::erase_if(folders, [](const std::string& folder) { return !IsAbsolutePath(folder); });
     return folders;
 }
 

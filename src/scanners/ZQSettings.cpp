@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstdlib>
 #include <optional>
 
 #include "foundation/Io/ZQIniFile.h"
@@ -39,7 +40,13 @@ CZQString NumberComplaint(const SSettingBounds& bounds, const CZQString& value) 
     if (number && *number >= bounds.minimum && *number <= bounds.maximum) {
         return {};
     }
-    return RangeText(bounds) + (bounds.refusedBy != nullptr ? " is needed" : " is meant");
+    if (bounds.refusedBy != nullptr) {
+        return RangeText(bounds) + " is needed";
+    }
+    const auto nearest =
+        std::clamp<std::int64_t>(std::strtoll(value.c_str(), nullptr, 10), bounds.minimum, bounds.maximum);
+    return RangeText(bounds) +
+           CZQString::Formatted(" is meant, %lld is used", static_cast<long long>(nearest));
 }
 
 CZQString WordComplaint(const SSettingBounds& bounds, const CZQString& value) {

@@ -5,6 +5,7 @@
 
 #include "foundation/ZQSystem.h"
 #include "platform/Files.h"
+#include "platform/Process.h"
 #include "platform/TextEncoding.h"
 #include "support/DebugLines.h"
 #include "support/ExpectError.h"
@@ -71,6 +72,32 @@ TEST(SdkPaths, MarkerFileChoosesTheConfigurationRoot) {
         EXPECT_EQ(paths.GetDevicesIniPath(), elsewhere + Native("/config//Devices.ini"));
     }
     EXPECT_EQ(CZQSdkPaths(bin).GetCcmPath(), bin + Native("/CCMs/"));
+}
+
+TEST(SdkPaths, EnvironmentNamesTheConfigurationFolderByAnAbsolutePathAlone) {
+    const TempFolder folder;
+    const CZQString bin = CZQString(folder.Path().string()) + PathSeparator();
+    WriteBytes(bin.str() + "USE_LOCAL_SDK_CONFIG", "");
+    const CZQString own = folder.Path().string() + Native("/Of Mine").str();
+    const std::pair<CZQString, CZQString> cases[] = {
+        {own, own + PathSeparator()},
+        {own + PathSeparator(), own + PathSeparator()},
+        {"Of Mine", bin + Native("AppData/config/")},
+        {Native("./Of Mine"), bin + Native("AppData/config/")},
+        {"", bin + Native("AppData/config/")},
+    };
+    platform::SystemErrorCode error = 0;
+    for (const auto& [named, expected] : cases) {
+        ASSERT_TRUE(platform::SetEnvironmentText("ZQSDK_CONFIG_DIR", named.str(), error));
+        const auto told = DebugLinesOf([&, &wanted = expected] {
+            const CZQSdkPaths paths(bin);
+            EXPECT_EQ(paths.GetConfigFilesPath(), wanted);
+            EXPECT_EQ(paths.GetDevicesIniPath(), wanted + PathSeparator() + "Devices.ini");
+        });
+        EXPECT_EQ(told.size(), named.IsEmpty() || named.view().starts_with(own.view()) ? 0U : 1U)
+            << named.str();
+    }
+    ASSERT_TRUE(platform::SetEnvironmentText("ZQSDK_CONFIG_DIR", "", error));
 }
 
 TEST(SdkPaths, DeviceTypeNeverLeadsOutOfTheFolder) {

@@ -11,12 +11,17 @@
 #include "support/StandIns.h"
 
 extern "C" int RecordSizeInC(void);
+extern "C" int AreErrorsToldInC(void);
 
 namespace ZQAPI::test {
 namespace {
 
 TEST(PublicHeader, RecordIsTheSameInC) {
     EXPECT_EQ(RecordSizeInC(), static_cast<int>(sizeof(ZQDEVICEINFO)));
+}
+
+TEST(PublicHeader, ErrorsHaveNamesAndTextsInC) {
+    EXPECT_TRUE(AreErrorsToldInC());
 }
 
 TEST(Kit, ShippedConfigurationIsSealed) {

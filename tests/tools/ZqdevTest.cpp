@@ -9,6 +9,7 @@
 #include <nlohmann/json.hpp>
 #include <thread>
 
+#include "ZQSimUdpServer.h"
 #include "devices/ZQDeviceList.h"
 #include "platform/Files.h"
 #include "support/FileBytes.h"
@@ -105,11 +106,19 @@ TEST_F(Zqdev, FailuresAreOneLineWithTheirStatusAndLeaveTheListAlone) {
         {{"list", "surplus"}, 2, {"surplus"}},
         {{"show"}, 2, {"ID"}},
         {{"config"}, 2, {"--help"}},
+        {{"help", "frobnicate"}, 2, {"there is no command 'frobnicate'"}},
+        {{"list", "--wait", "3601"}, 2, {"'3601' is no number from 0 to 3600"}},
         {{"scan", "--scanner", pastLast}, 2, {"there is no scanner '" + pastLast + "'"}},
         {{"scan", "--allow-empty"}, 2, {"--save"}},
         {{"add", "--id", "x"}, 2, {"--type"}},
         {{"add", "--id", "x", "--type", "NoSuchType"}, 2, {"--desc", "--ccm", "--iam-address", "--firmware"}},
         {{"modify", "VirtualCamera:1"}, 2, {"nothing to change"}},
+        {{"config", "get", "ZQ_UDP.IPort"}, 2, {"the nearest is ZQ_UDP.IPPort"}},
+        {{"config", "get", "frobnicate"}, 2, {"ActiveScanners, ZQ_UDP.IPPort"}},
+        {{"config", "set", "IPPort", "65536"}, 2, {"ZQ_UDP.IPPort=65536: a number from 0 to 65535"}},
+        {{"config", "set", "BindToNetworkCard", "maybe"}, 2, {"true or false"}},
+        {{"config", "set", "CameraFile", " x"}, 2, {"read back"}},
+        {{"config", "set", "ActiveScanners", ""}, 2, {"can't be empty"}},
         {{"show", "nobody"}, 1, {"'nobody'", "zqdev list"}},
         {{"remove", "nobody"}, 1, {"'nobody'"}},
         {{"rescan", "nobody"}, 1, {"'nobody'"}},
@@ -163,9 +172,70 @@ TEST_F(Zqdev, EditsAreSavedAtOnce) {
     EXPECT_EQ(device["IAM"], ZQDEV_IAM_ZQ_UDP) << "the type's default";
     EXPECT_EQ(device["IAMAddress"], "10.0.0.7");
 
+    // A name will do as well; an identifier of the same text comes first.
+    EXPECT_EQ(RunJson({"show", "Front door"})["DeviceID"], "third");
+    ExpectDone(AddArguments("Front door"));
+    EXPECT_EQ(RunJson({"show", "Front door"})["Name"], "Camera4");
+    ExpectDone({"remove", "Camera4"});
+
     ExpectDone({"rescan", "second", "--save"});
     ExpectDone({"modify", "second", "--desc", "", "--allow-empty"});
     ExpectFailure({"list"}, 1, {"-200013", "lacks a value"});
+}
+
+// Addresses as they are scanned and saved; then one has moved and one is gone.
+TEST_F(Zqdev, SavedDevicesAreAskedForAndTalkedTo) {
+    if (platform::HasDriveLetters()) {
+        GTEST_SKIP() << "several cameras on one machine: Linux alone";
+    }
+    WriteSealed(m_kit.ApiIni(),
+                "[DeviceScanner]\r\nActiveScanners=SCANNER_ZQ_UDP\r\n"
+                "[DeviceScanner.SCANNER_ZQ_UDP]\r\nNofScanCycles=1\r\nScanTimeMs=300\r\n");
+    const sim::CZQSimUdpServer cameras(sim::MakeCameras(3, 0x7F00000B, 0), {});
+    ASSERT_EQ(RunJson({"scan", "--save"})["devices"].size(), 3U);
+    ExpectDone({"status"});
+
+    for (const char* const id : {"gone", "gone as well", "by hand"}) {
+        Arguments add = AddArguments(id);
+        add.insert(add.end(), {"--scanner", id[0] == 'g' ? "ZQ_UDP" : "MANUAL"});
+        ExpectDone(add);
+    }
+    ExpectDone({"modify", "by hand", "--name", "Spare"});
+    // Camera2 comes into the list after the one by hand; and keeps its name.
+    ExpectDone({"modify", "Camera3", "--name", "Front door"});
+    ExpectDone({"remove", "Camera2"});
+    EXPECT_EQ(RunJson({"scan", "--merge"})["saved"], true);
+    const std::string number = "=ZQNetCam-";
+    EXPECT_EQ(ListedDevices(), "Camera1" + number + "2M:VX00000001;Front door" + number +
+                                   "FG:VX00000003;Camera4=gone;Camera5=gone as well;Spare=by hand;Camera6" +
+                                   number + "5M:VX00000002;");
+    ExpectDone({"modify", "Camera1", "--address", "127.0.0.99"});
+    std::string states;
+    const nlohmann::json asked = RunJson({"status"}, 1);
+    for (const auto& device : asked["devices"]) {
+        states += device["state"].get<std::string>() + ";";
+    }
+    EXPECT_EQ(states, "moved;online;gone;gone;not checked;online;");
+    const Outcome status = Run({"status"});
+    EXPECT_THAT(status.err, testing::AllOf(testing::HasSubstr("has moved to 127.0.0.11"),
+                                           testing::HasSubstr("'gone as well' is gone")));
+
+    EXPECT_EQ(Run({"send", "Camera6", "SYST:SERN?"}).out, "VX00000002\n");
+    ExpectFailure({"send", "gone", "SYST:SERN?", "--time-out", "1"}, 3, {"'gone'", "10.0.0.7", "--time-out"});
+    ExpectDone({"modify", "gone", "--ccm", "CCM_TAVI"});
+    ExpectFailure({"send", "gone", "SYST:SERN?"}, 1, {"'gone'", "CCM_TAVI"});
+    ExpectFailure({"send", "Camera6", ""}, 2, {"nothing was sent"});
+
+    const Outcome replaced = Run({"scan", "--save"});
+    EXPECT_THAT(replaced.err, testing::AllOf(testing::HasSubstr("'Front door' of ZQNetCam-FG"),
+                                             testing::HasSubstr("'Spare' of by hand; --merge keeps")));
+    EXPECT_THAT(ListedDevices(), testing::HasSubstr("Camera3" + number + "FG"));
+    std::filesystem::remove(m_kit.File("AppData/config/zqdev.lock"));
+    std::filesystem::create_directory(m_kit.File("AppData/config/zqdev.lock"));
+    const Outcome unsaved = Run({"scan", "--save"});
+    EXPECT_EQ(unsaved.status, 1);
+    EXPECT_THAT(unsaved.out, testing::HasSubstr("3 devices found"));
+    EXPECT_THAT(unsaved.err, testing::HasSubstr("zqdev.lock"));
 }
 
 TEST_F(Zqdev, FilesThatDoNotServeAreExplained) {
@@ -196,7 +266,14 @@ TEST_F(Zqdev, FilesThatDoNotServeAreExplained) {
         {api, scanners(""), {"scan"}, {"-200013", "ActiveScanners"}},
         {api, scanners("SCANNER_NONE"), {"scan"}, {"-100006", "ActiveScanners"}},
         {api, kMissing, {"scan"}, {"-220002", "ZQAPI.ini does not exist", "config init"}},
+        {devices, "[General]\r\nDevice=", {"list"}, {"-200013", "no device list", "config init --force"}},
         {devices, shipped, {"config", "seal", "none.ini"}, {"none.ini", "no such file"}},
+        {devices,
+         "no INI text, but long",
+         {"config", "seal", devices},
+         {"not sealed", "no section has a key"}},
+        {api, "[a]\r\nb=\x01 and longer", {"config", "seal", api}, {"not sealed", "control characters"}},
+        {api, "cut", {"config", "set", "IPPort", "1"}, {"-220002", "cut off", "nothing was changed"}},
     };
     for (const auto& c : cases) {
         WriteBytes(devices, shipped);
@@ -236,6 +313,8 @@ TEST_F(Zqdev, FilesAreMadeMendedAndSealedOnlyWhenAsked) {
 
     const std::string unsealed = "[DeviceScanner]\r\nActiveScanners=SCANNER_ZQ_UDP\r\n";
     WriteBytes(m_kit.ApiIni(), unsealed);
+    WriteBytes(m_kit.DevicesIni(), "[General]\r\nDev=Camera1;Camera2\r\n");
+    EXPECT_EQ(RunJson({"config", "init"})[1]["result"], "left as it is, although it is no device list");
     WriteBytes(m_kit.DevicesIni(), "cut");
     ExpectDone({"config", "init"});
     ExpectDone({"config", "show"});
@@ -258,6 +337,28 @@ TEST_F(Zqdev, FilesAreMadeMendedAndSealedOnlyWhenAsked) {
 
     WriteBytes(m_kit.File("USE_LOCAL_SDK_CONFIG"), "[Paths]\r\nAppDataPath=elsewhere\r\n");
     EXPECT_THAT(Run({"config", "check"}).err, testing::HasSubstr("is relative"));
+}
+
+TEST_F(Zqdev, ASettingIsChangedWithoutTouchingAnyOther) {
+    const std::string before =
+        "; first\r\n[DeviceScanner]\r\nActiveScanners=SCANNER_MANUAL\r\n\r\n"
+        "[devicescanner.scanner_zq_udp]\r\nIPPort=1 \r\n; odd\nsurplus\r\n";
+    WriteSealed(m_kit.ApiIni(), before);
+    const auto set = RunJson({"config", "set", "zq_udp.ipport", "2"});
+    EXPECT_EQ(set["former"], "1");
+    EXPECT_EQ(set["from"], "file");
+    std::string after = before;
+    after.replace(after.find("IPPort=1 "), 9, "IPPort=2");
+    WriteSealed(m_kit.File("expected.ini"), after);
+    EXPECT_EQ(ContentOf(m_kit.ApiIni()), ContentOf(m_kit.File("expected.ini")));
+
+    ExpectDone({"config", "set", "DeviceScanner.SCANNER_ZQ_RS232.ScanCOMPorts", "1;2"});
+    EXPECT_EQ(Run({"config", "get", "ScanCOMPorts"}).out, "1;2\n");
+    ExpectDone({"config", "set", "ScanCOMPorts", ""});
+    EXPECT_EQ(RunJson({"config", "get", "SCANNER_ZQ_RS232.ScanCOMPorts"})["from"], "default");
+    EXPECT_EQ(RunJson({"config", "get", "ZQ_UDP.NofScanCycles"})["value"], "5");
+    ExpectFailure({"config", "get", "Baudrate"}, 1, {"no default", "config set"});
+    EXPECT_EQ(RunJson({"config", "show"})["scanSettingsFrom"]["DeviceScanner"]["ActiveScanners"], "file");
 }
 
 TEST_F(Zqdev, EditsAtOnceAreAllKept) {
@@ -386,8 +487,17 @@ TEST_F(Zqdev, SettingsAndModulesAreShownForPrograms) {
     EXPECT_EQ(RunJson({"config", "init"}).size(), 2U);
     EXPECT_EQ(RunJson({"config", "check"})[1]["error"], 0);
     EXPECT_EQ(RunJson({"modules", "ZQNetCam-2M"})["IAMs"][0], ZQDEV_IAM_ZQ_UDP);
+    const auto types = RunJson({"types"})["types"];
+    EXPECT_TRUE(std::any_of(types.begin(), types.end(), [](const nlohmann::json& type) {
+        return type["DeviceTypeByName"] == "VirtualCamera" && type["CCMs"][0] == ZQDEV_CCM_ZQ_VIRTUAL;
+    })) << "the shipped device's";
+    std::filesystem::remove(m_kit.File("CameraConfig/ZQTV-20.ccf"));
+    WriteBytes(m_kit.File("CameraConfig/Edited.ccf"), "[Interfaces]\r\nCCMs=X\r\n<#CRC0000000000#>");
+    EXPECT_EQ(RunJson({"types"}, 1)["types"].size(), types.size() - 1);
+    EXPECT_THAT(Run({"types"}).err, testing::HasSubstr("device type 'Edited': error -220004"));
     EXPECT_EQ(RunJson({"scan", "--scanner", "0"}, 3)["devices"].size(), 0U);
     EXPECT_EQ(RunJson({"version"})["version"], "2.0.0");
+    EXPECT_EQ(Run({"help", "config", "set"}).out, Run({"config", "set", "--help"}).out);
 }
 
 }  // namespace

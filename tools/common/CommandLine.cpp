@@ -1,8 +1,21 @@
 #include "CommandLine.h"
 
 #include <CLI/CLI.hpp>
+#include <array>
+#include <cstdio>
+#include <cstdlib>
 
 namespace ZQAPI::tools {
+
+namespace {
+
+std::string Shown(double number) {
+    std::array<char, 32> text{};
+    std::snprintf(text.data(), text.size(), "%.15g", number);
+    return text.data();
+}
+
+}  // namespace
 
 Option Option::Required() {
     return Option(m_option->required());
@@ -17,19 +30,31 @@ Option Option::TakesValues(int atLeast, int atMost) {
 }
 
 Option Option::InRange(int from, int to) {
-    return Option(m_option->check(CLI::Range(from, to)));
+    return InRange(static_cast<double>(from), static_cast<double>(to));
 }
 
 Option Option::InRange(double from, double to) {
-    return Option(m_option->check(CLI::Range(from, to)));
+    return CheckNumber([=](double number) { return from <= number && number <= to; },
+                       "from " + Shown(from) + " to " + Shown(to));
 }
 
 Option Option::Positive() {
-    return Option(m_option->check(CLI::PositiveNumber));
+    return CheckNumber([](double number) { return number > 0; }, "above 0");
 }
 
 Option Option::NotNegative() {
-    return Option(m_option->check(CLI::NonNegativeNumber));
+    return CheckNumber([](double number) { return number >= 0; }, "not below 0");
+}
+
+Option Option::CheckNumber(const std::function<bool(double)>& isAllowed, const std::string& limits) {
+    return Check(
+        [=](const std::string& text) {
+            char* end = nullptr;
+            const double number = std::strtod(text.c_str(), &end);
+            const bool isNumber = !text.empty() && *end == '\0';
+            return isNumber && isAllowed(number) ? std::string() : "'" + text + "' is no number " + limits;
+        },
+        limits);
 }
 
 Option Option::ExistingFolder() {
@@ -108,15 +133,45 @@ void Command::OnUse(const std::function<void()>& call) {
 CommandLine::CommandLine(const std::string& description, const std::string& program)
     : Command(std::make_shared<CLI::App>(description, program)) {}
 
-void CommandLine::AddGeneralFlags(const std::string& version) {
+void CommandLine::AddVersionFlag(const std::string& version) {
     m_parser->set_version_flag("--version", version);
+}
+
+void CommandLine::AddGeneralFlags(const std::string& version) {
+    AddVersionFlag(version);
     m_parser->set_help_all_flag("--help-all", "Print the help of all commands and exit");
+}
+
+void CommandLine::AddHelpCommand() {
+    Command help = AddCommand("help", "Print the help of a command, or this one");
+    help.AddOption("COMMAND", m_helpedCommands, "Such as: scan; config set");
+    help.OnUse([this] { m_isHelpWanted = true; });
+}
+
+// As the parser prints it for "COMMAND --help".
+void CommandLine::PrintHelp() const {
+    m_parser->clear();  // else it would be that of the "help" that was read
+    const CLI::App* command = m_parser.get();
+    std::string path;
+    for (const std::string& name : m_helpedCommands) {
+        path += (path.empty() ? "" : " ") + command->get_name();
+        try {
+            command = command->get_subcommand(name);
+        } catch (const CLI::OptionNotFound&) {
+            throw WrongUsage("there is no command '" + name + "'");
+        }
+    }
+    std::cout << command->help(path);
 }
 
 bool CommandLine::Read(int argc, const char* const* argv) {
     try {
         m_parser->parse(argc, argv);
-        return true;
+        if (!m_isHelpWanted) {
+            return true;
+        }
+        PrintHelp();
+        return false;
     } catch (const CLI::ParseError& error) {
         if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
             m_parser->exit(error);

@@ -6,6 +6,7 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace CLI {
 class App;
@@ -50,6 +51,8 @@ public:
     bool IsGiven() const;
 
 private:
+    Option CheckNumber(const std::function<bool(double)>& isAllowed, const std::string& limits);
+
     CLI::Option* m_option = nullptr;
 };
 
@@ -100,10 +103,19 @@ class CommandLine : public Command {
 public:
     CommandLine(const std::string& description, const std::string& program);
 
+    void AddVersionFlag(const std::string& version);
+    // "help [COMMAND...]"
+    void AddHelpCommand();
     // --version, and --help-all for the help of all commands at once.
     void AddGeneralFlags(const std::string& version);
     // False when help or the version was asked for, and has been printed. Throws WrongUsage.
     bool Read(int argc, const char* const* argv);
+
+private:
+    void PrintHelp() const;
+
+    std::vector<std::string> m_helpedCommands;
+    bool m_isHelpWanted = false;
 };
 
 }  // namespace ZQAPI::tools

@@ -1,6 +1,7 @@
 // Whether somebody is watching, and what is written for them.
 #pragma once
 
+#include <cstddef>
 #include <cstdio>
 #include <string_view>
 
@@ -12,5 +13,9 @@ bool IsTerminal(std::FILE* stream) noexcept;
 // Writes UTF-8: into files and pipes as it is, and so that a terminal shows it, whatever its code page is.
 // ferror() tells of a failure.
 void WriteUtf8(std::FILE* stream, std::string_view text);
+
+// From now on so many columns at the end of what the stream shows go when the user interrupts the process, which ends
+// it as ever. One stream at a time; 0 columns: nothing goes.
+void EraseWhenInterrupted(std::FILE* stream, std::size_t columns) noexcept;
 
 }  // namespace ZQAPI::platform

@@ -55,11 +55,16 @@ void AddCameraOptions(tools::CommandLine& line, Options& options) {
     line.AddOption("--type", options.deviceType,
                    "Device type of all network cameras. Without it they are, in turn:" + types);
     line.AddOption(
-        "--interface", options.settings.interfaceName,
-        "Add the cameras' addresses to this network interface with the command `ip`, and take them off "
-        "again. Without it the addresses must be this machine's already");
-    line.AddOption("--discovery-port", options.settings.discoveryPort, "UDP port of discovery").ShowDefault();
-    line.AddOption("--command-port", options.settings.commandPort, "UDP port of commands").ShowDefault();
+            "--interface", options.settings.interfaceName,
+            "Add the cameras' addresses to this network interface with the command `ip`, and take them off "
+            "again. Without it the addresses must be this machine's already")
+        .Check(CZQSimInterface::Complaint, "NAME");
+    line.AddOption("--discovery-port", options.settings.discoveryPort, "UDP port of discovery")
+        .InRange(1, 65535)
+        .ShowDefault();
+    line.AddOption("--command-port", options.settings.commandPort, "UDP port of commands")
+        .InRange(1, 65535)
+        .ShowDefault();
 }
 
 void AddSerialOptions(tools::CommandLine& line, Options& options) {
@@ -148,6 +153,10 @@ void AddOptions(tools::CommandLine& line, Options& options) {
 
 std::string CompleteOptions(Options& options) {
     CompleteFaults(options);
+    if (options.settings.discoveryPort == options.settings.commandPort) {
+        return "discovery and commands need a port each: --discovery-port and --command-port are both " +
+               std::to_string(options.settings.commandPort);
+    }
     const std::size_t nofCameras = options.count + options.nofSerial;
     for (const std::size_t number : options.onlyCameras) {
         if (number > nofCameras) {

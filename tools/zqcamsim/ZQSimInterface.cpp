@@ -24,12 +24,20 @@ const char* IpCommand() {
 
 }  // namespace
 
-CZQSimInterface::CZQSimInterface(std::string name) : m_name(std::move(name)) {
-    // The name becomes part of a shell command.
-    const bool harmless = std::all_of(m_name.begin(), m_name.end(), [](unsigned char c) {
+std::string CZQSimInterface::Complaint(const std::string& name) {
+    const bool harmless = std::all_of(name.begin(), name.end(), [](unsigned char c) {
         return std::isalnum(c) != 0 || c == '.' || c == '_' || c == '-';
     });
-    if (!harmless || m_name.starts_with('-')) {
+    if (!harmless || name.empty() || name.starts_with('-') || name.starts_with('.')) {
+        return "'" + name + "' is no name of a network interface";
+    }
+    return platform::PathExists("/sys/class/net/" + name) ? std::string()
+                                                          : "there is no network interface '" + name + "'";
+}
+
+CZQSimInterface::CZQSimInterface(std::string name) : m_name(std::move(name)) {
+    // The name becomes part of a shell command.
+    if (!m_name.empty() && !Complaint(m_name).empty()) {
         throw CZQException(ZQ_HERE("CZQSimInterface::CZQSimInterface"), ZQ_ERR_BAD_VALUE, "Interface=%s",
                            m_name.c_str());
     }

@@ -11,6 +11,9 @@ namespace ZQAPI::sim {
 // Guarded by its owner.
 class CZQSimInterface {
 public:
+    // What is wrong with the name of an interface, or nothing.
+    static std::string Complaint(const std::string& name);
+
     // An empty name: no address is ever added.
     explicit CZQSimInterface(std::string name);
     ~CZQSimInterface();

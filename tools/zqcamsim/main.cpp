@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
@@ -27,8 +28,8 @@ constexpr std::uint64_t kFirstSerialCamera = kFirstHardwareAddress + 0x10000;
 std::atomic<bool> g_stop{false};
 static_assert(std::atomic<bool>::is_always_lock_free);
 
-// Links COM1, COM2, ... in a folder to the ports of serial cameras; taken away with the object. A name that
-// is taken already is an error and stays.
+// Links COM1, COM2, ... in a folder to the ports of serial cameras; taken away with the object. A link that was left
+// behind, whose port is gone or is the new one, is replaced; any other name that is taken is an error and stays.
 class PortLinks {
 public:
     explicit PortLinks(std::filesystem::path folder) : m_folder(std::move(folder)) {}
@@ -47,12 +48,27 @@ public:
             return {};
         }
         std::string name = "COM" + std::to_string(m_links.size() + 1);
-        std::filesystem::create_symlink(port, m_folder / name);
-        m_links.push_back(m_folder / name);
+        const std::filesystem::path link = m_folder / name;
+        if (IsLeftBehind(link, port)) {
+            std::filesystem::remove(link);
+        }
+        std::error_code error;
+        std::filesystem::create_symlink(port, link, error);
+        if (error) {
+            throw std::runtime_error("can't make the link " + link.string() + " (" + error.message() +
+                                     "); another zqcamsim may have it: give each a folder of its own");
+        }
+        m_links.push_back(link);
         return name;
     }
 
 private:
+    static bool IsLeftBehind(const std::filesystem::path& link, const std::string& port) {
+        std::error_code error;
+        const std::filesystem::path target = std::filesystem::read_symlink(link, error);
+        return !error && (target == port || !std::filesystem::exists(link, error));
+    }
+
     std::filesystem::path m_folder;
     std::vector<std::filesystem::path> m_links;
 };
@@ -154,6 +170,7 @@ int RunTool(int argc, char** argv) {
         "  zqcamsim --count 0 --serial 2 --com-ports /tmp/ports   two cameras on serial ports",
         "zqcamsim");
     Options options;
+    line.AddVersionFlag("zqcamsim " ZQCAMSIM_VERSION);
     AddOptions(line, options);
     try {
         if (!line.Read(argc, argv)) {

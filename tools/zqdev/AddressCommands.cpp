@@ -165,7 +165,7 @@ void AddAddressCommands(Command& app, Session& session) {
     AddCommand<SetIpOptions>(
         app, session, "set-ip", "Give a network camera a new IPv4 address, find it again and save the list",
         [](Command& command, SetIpOptions& options) {
-            command.AddOption("ID", options.id, "Identifier of the camera").Required();
+            DeclareDevice(command, options.id);
             command.AddOption("ADDRESS", options.address, "The new address, such as 192.168.1.20").Required();
             command.AddFlag("--yes", options.yes, "Don't ask before the address is changed");
             command.AddFlag("--force", options.force,

@@ -16,6 +16,10 @@ bool IsWriteDenied(const std::string& file) {
     return !WritingObstacle(file).empty();
 }
 
+bool IsNoDeviceList(const std::string& file) {
+    return !IsDeviceList(file);
+}
+
 constexpr const char* kMissing = "{file} does not exist: make it with \"{zqdev config init}\"";
 constexpr const char* kDenied =
     "the system does not let {file} be read ({why-not-read}): mend that, or run it as a user who may read it";
@@ -42,6 +46,8 @@ constexpr Row kRows[] = {
     {Subject::kLoading, ZQ_ERR_SEAL_READ, nullptr, kCutOff},
     {Subject::kLoading, ZQ_ERR_INI_KEY_MISSING, IsDeviceListEmpty,
      "{file} was saved from an empty list: mend it with \"{zqdev config init}\""},
+    {Subject::kLoading, ZQ_ERR_INI_KEY_MISSING, IsNoDeviceList,
+     "{file} is no device list: restore it, or replace it with \"{zqdev config init --force}\""},
     {Subject::kLoading, ZQ_ERR_INI_KEY_MISSING, nullptr,
      "a device in {file} lacks a value: add it by hand, then \"{zqdev config seal FILE}\""},
     {Subject::kLoading, ZQ_ERR_TEXT_TOO_LONG, nullptr,
@@ -90,6 +96,21 @@ constexpr Row kRows[] = {
      "what carries the change to this kind of camera is missing from the kit; -v shows its name"},
     {Subject::kAddress, 0, nullptr,
      "-v shows what was tried; \"{zqdev scan}\" shows where the camera is now"},
+
+    {Subject::kCommand, ZQ_ERR_COM_TIMEOUT, nullptr,
+     "check that it is on, and with \"{zqdev status}\" where it is; it may also not know the command"},
+    {Subject::kCommand, ZQ_ERR_COM_ABORTED, nullptr, "it was given up; --time-out says when"},
+    {Subject::kCommand, ZQ_ERR_LIBRARY_NOT_LOADED, nullptr,
+     "the command module {file} can't be loaded: check that the kit is whole; -v shows the reason"},
+    {Subject::kCommand, ZQ_ERR_ENTRY_POINT_MISSING, nullptr,
+     "{file} is no command module: check that the kit is whole"},
+    {Subject::kCommand, ZQ_ERR_HOST_LOOKUP, nullptr,
+     "that is no address for this module: \"{zqdev status}\" shows where the camera is"},
+    {Subject::kCommand, ZQ_ERR_BAD_VALUE, nullptr,
+     "that is no address or no command for this module; \"{zqdev show}\" shows the address"},
+    {Subject::kCommand, ZQ_ERR_RS232_OPEN, nullptr,
+     "\"{zqdev ports}\" shows the serial ports; close the program that has it, or see that you may use it"},
+    {Subject::kCommand, 0, nullptr, "-v shows what was sent and answered"},
 
     {Subject::kRecord, ZQ_ERR_BAD_VALUE, nullptr,
      "a text holds a control character, or the name is one that the file can't hold (';', ']', blanks "

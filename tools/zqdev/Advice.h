@@ -15,6 +15,7 @@ enum class Subject {
     kOneScanner,  // a scan with a given one
     kRescan,      // asking for one device
     kAddress,     // changing a camera's network address
+    kCommand,     // a text command to a camera; the file is the command module
     kRecord,      // adding or changing a device
     kModules,     // a device type's camera configuration file
     kFile,        // checking any file's seal

@@ -11,18 +11,28 @@ using tools::Option;
 
 void AddListCommands(Command& app, Session& session);     // list, show
 void AddScanCommands(Command& app, Session& session);     // scan, rescan
+void AddStatusCommand(Command& app, Session& session);    // status
 void AddEditCommands(Command& app, Session& session);     // add, modify, remove
 void AddAddressCommands(Command& app, Session& session);  // set-ip
+void AddSendCommand(Command& app, Session& session);      // send
 void AddMachineCommands(Command& app, Session& session);  // interfaces, ports
-void AddModuleCommands(Command& app, Session& session);   // modules
-void AddConfigCommands(Command& app, Session& session);   // config init|show|check|seal
+void AddModuleCommands(Command& app, Session& session);   // modules, types
+void AddConfigCommands(Command& app, Session& session);   // config init|show|get|set|check|seal
 void AddVersionCommand(Command& app, Session& session);   // version
+
+// Called by AddConfigCommands.
+void AddSettingCommands(Command& config, Session& session);  // config get|set
 
 // In the order in which the help lists them.
 inline constexpr void (*kCommandGroups[])(Command&, Session&) = {
-    AddListCommands,    AddScanCommands,   AddEditCommands,   AddAddressCommands,
-    AddMachineCommands, AddModuleCommands, AddConfigCommands, AddVersionCommand,
+    AddListCommands, AddScanCommands,    AddStatusCommand,  AddEditCommands,   AddAddressCommands,
+    AddSendCommand,  AddMachineCommands, AddModuleCommands, AddConfigCommands, AddVersionCommand,
 };
+
+// The argument that says which device of the saved list is meant.
+inline void DeclareDevice(Command& command, std::string& idOrName) {
+    command.AddOption("ID|NAME", idOrName, "The device's identifier, or its name in the list").Required();
+}
 
 // Adds a command without options; `run` is called with the session once the command line is read.
 inline void AddCommand(Command& app, Session& session, const char* name, const char* description,

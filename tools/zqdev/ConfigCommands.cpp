@@ -1,6 +1,3 @@
-#include <algorithm>
-#include <filesystem>
-
 #include "Commands.h"
 #include "ConfigFiles.h"
 #include "ScanSettings.h"
@@ -28,6 +25,9 @@ struct SealOptions {
     std::vector<std::string> files;
 };
 
+constexpr const char* kEmptyList = "empty list";
+constexpr const char* kNoList = "no device list";
+
 // In a word or two.
 std::string StateOf(const std::string& file) {
     if (IsMissing(file)) {
@@ -45,11 +45,21 @@ std::string StateOf(const std::string& file) {
     }
 }
 
+// The device list's, which can also be wrong with a right seal.
+std::string StateOfList(const std::string& file) {
+    const int seal = IsMissing(file) ? static_cast<int>(ZQ_ERR_SEAL_READ) : SealError(file);
+    const bool isReadable = seal == 0 || seal == ZQ_ERR_SEAL_MISSING;
+    return !isReadable               ? StateOf(file)
+           : IsDeviceListEmpty(file) ? kEmptyList
+           : IsDeviceList(file)      ? StateOf(file)
+                                     : kNoList;
+}
+
 // What is done with a file, and said of it.
-std::string Initialise(const std::string& file, std::string_view content, bool mend, bool force) {
+std::string Initialise(const std::string& file, const std::string& state, std::string_view content, bool mend,
+                       bool force) {
     const bool exists = !IsMissing(file);
     if (exists && !force && !mend) {
-        const std::string state = StateOf(file);
         return "left as it is" + (state == "sealed" ? "" : ", although it is " + state);
     }
     ReplaceFile(file, content);
@@ -58,8 +68,7 @@ std::string Initialise(const std::string& file, std::string_view content, bool m
 
 // Only a list that was saved empty is mended: one that is damaged may still hold what somebody needs.
 bool IsToBeMended(const Kit& kit) {
-    const int seal = SealError(kit.DevicesIni());
-    return (seal == 0 || seal == ZQ_ERR_SEAL_MISSING) && IsDeviceListEmpty(kit.DevicesIni());
+    return StateOfList(kit.DevicesIni()) == kEmptyList;
 }
 
 ExitStatus Init(Session& session, const InitOptions& options) {
@@ -69,8 +78,10 @@ ExitStatus Init(Session& session, const InitOptions& options) {
         session.LockConfiguration();
     }
     const bool mend = IsToBeMended(kit);
-    const std::string api = Initialise(kit.ApiIni(), embedded::kApiIni, false, options.force);
-    const std::string devices = Initialise(kit.DevicesIni(), embedded::kDevicesIni, mend, options.force);
+    const std::string api =
+        Initialise(kit.ApiIni(), StateOf(kit.ApiIni()), embedded::kApiIni, false, options.force);
+    const std::string devices = Initialise(kit.DevicesIni(), StateOfList(kit.DevicesIni()),
+                                           embedded::kDevicesIni, mend, options.force);
     Json results = Json::Array();
     results.Add({{"file", ToJson(kit.ApiIni())}, {"result", api}});
     results.Add({{"file", ToJson(kit.DevicesIni())}, {"result", devices}});
@@ -99,7 +110,7 @@ std::string PathsText(const std::vector<PathLine>& lines) {
 ExitStatus Show(Session& session) {
     const Kit& kit = session.GetKit();
     const std::string apiState = StateOf(kit.ApiIni());
-    const std::string devicesState = StateOf(kit.DevicesIni());
+    const std::string devicesState = StateOfList(kit.DevicesIni());
     const bool isDenied = !IsMissing(kit.ApiIni()) && !ReadingObstacle(kit.ApiIni()).empty();
     const auto settings = isDenied ? ScanSettings() : ReadScanSettings(kit.ApiIni());
     session.Show({{"library", ToJson(kit.LibraryFile())},
@@ -109,11 +120,13 @@ ExitStatus Show(Session& session) {
                   {"apiIni", {{"file", ToJson(kit.ApiIni())}, {"state", apiState}}},
                   {"devicesIni", {{"file", ToJson(kit.DevicesIni())}, {"state", devicesState}}},
                   {"scanSettings", isDenied ? Json() : SettingsJson(settings)},
+                  {"scanSettingsFrom", isDenied ? Json() : OriginsJson(settings)},
                   {"warnings", WarningsJson(settings)}},
                  PathsText({{"Library", kit.LibraryFile(), {}},
                             {"Bin path", kit.BinPath(), {}},
                             {"Device types", kit.CameraConfigFolder(), {}},
-                            {"Configuration", kit.ConfigFolder(), {}},
+                            {"Configuration", kit.ConfigFolder(),
+                             kit.IsConfigFolderNamed() ? CZQSdkPaths::kConfigFolderVariable : ""},
                             {"Scan settings", kit.ApiIni(), apiState},
                             {"Device list", kit.DevicesIni(), devicesState}}) +
                      SettingsText(settings));
@@ -125,15 +138,7 @@ ExitStatus Show(Session& session) {
 }
 
 std::vector<std::string> SealedFiles(const Kit& kit) {
-    std::vector<std::string> files;
-    std::error_code error;
-    const std::filesystem::path folder = platform::ToPath(kit.CameraConfigFolder());
-    for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
-        if (entry.path().extension() == ".ccf") {
-            files.push_back(platform::FromPath(entry.path()));
-        }
-    }
-    std::sort(files.begin(), files.end());
+    std::vector<std::string> files = kit.CameraConfigFiles();
     files.insert(files.begin(), {kit.ApiIni(), kit.DevicesIni()});
     return files;
 }
@@ -146,10 +151,11 @@ struct Finding {
 
 Finding Inspect(const Kit& kit, const std::string& file) {
     const int number = SealError(file);
-    if (number == 0 && file == kit.DevicesIni() && IsDeviceListEmpty(file)) {
-        return {"empty list", ZQ_ERR_INI_KEY_MISSING, Subject::kLoading};
+    const std::string state = file == kit.DevicesIni() ? StateOfList(file) : StateOf(file);
+    if (number == 0 && state != StateOf(file)) {
+        return {state, ZQ_ERR_INI_KEY_MISSING, Subject::kLoading};
     }
-    return {StateOf(file), number, Subject::kFile};
+    return {state, number, Subject::kFile};
 }
 
 ExitStatus CheckFiles(Session& session) {
@@ -189,6 +195,11 @@ ExitStatus SealFiles(Session& session, const SealOptions& options) {
     Json json = Json::Array();
     std::string text;
     for (const std::string& file : options.files) {
+        if (const std::string reason = NoIniTextReason(file); !reason.empty()) {
+            session.Show(json, text);
+            throw Failure("not sealed: " + file + " is no INI text (" + reason +
+                          "); give a configuration file of the kit");
+        }
         try {
             const std::uint32_t checksum = Seal(file);
             json.Add({{"file", ToJson(file)}, {"checksum", checksum}});
@@ -216,7 +227,9 @@ void AddConfigCommands(Command& app, Session& session) {
             command.AddFlag("--force", options.force, "Replace both files; the old ones are kept as .bak");
         },
         Init);
-    AddCommand(config, session, "show", "Show the paths and the scan settings in use", Show);
+    AddCommand(config, session, "show",
+               "Show the paths, and the scan settings in use with where each is from", Show);
+    AddSettingCommands(config, session);
     AddCommand(config, session, "check", "Check the seals of all configuration files; changes nothing",
                CheckFiles);
     AddCommand<SealOptions>(

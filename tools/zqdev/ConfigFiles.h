@@ -21,8 +21,16 @@ int SealError(const std::string& file);
 // Seals the file or renews its seal; the checksum. Throws CZQException.
 std::uint32_t Seal(const std::string& file);
 
-// Whether the file is there and its list of devices has no entry.
+// Whether the file can be read and has a list of devices; and whether that has no entry.
+bool IsDeviceList(const std::string& file);
 bool IsDeviceListEmpty(const std::string& file);
+
+// Why what the file holds is no INI text; empty when it is, or when the file can't be read.
+std::string NoIniTextReason(const std::string& file);
+
+// Sets one key and renews the seal; every other line keeps its bytes. False when somebody else changed the file at
+// the same time: nothing was written. Throws CZQException.
+bool WriteSetting(const std::string& file, const char* section, const char* key, const std::string& value);
 
 // Makes the folder where there is none, and those that it lies in. Throws Failure.
 void MakeFolder(const std::string& folder);

@@ -68,13 +68,16 @@ void Console::ShowProgress(const std::string& text) {
     platform::WriteUtf8(m_errors, text);
     std::fflush(m_errors);
     m_progressColumns = ColumnsOf(text);
+    platform::EraseWhenInterrupted(m_errors, m_progressColumns);
 }
 
 void Console::EraseProgress() {
     if (m_progressColumns > 0) {
         const std::string blank = "\r" + std::string(m_progressColumns, ' ') + "\r";
         std::fwrite(blank.data(), 1, blank.size(), m_errors);
+        std::fflush(m_errors);
         m_progressColumns = 0;
+        platform::EraseWhenInterrupted(m_errors, 0);
     }
 }
 

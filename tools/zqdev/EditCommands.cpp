@@ -2,6 +2,7 @@
 #include <array>
 
 #include "Commands.h"
+#include "ScanMerge.h"
 #include "Text.h"
 #include "foundation/Io/ZQFile.h"
 
@@ -15,7 +16,7 @@ struct RemoveOptions {
 
 // The fields as the command line gives them, in the order of Fields().
 struct EditOptions {
-    std::string id;  // of the device to modify
+    std::string id;  // or name, of the device to modify
     std::array<std::string, 11> texts;
     std::array<Option, 11> options;
     bool allowEmpty = false;
@@ -92,27 +93,8 @@ void FillDefaults(Session& session, ZQDEVICEINFO& device) {
     }
 }
 
-bool IsNameUsed(const std::vector<ZQDEVICEINFO>& devices, std::string_view name, std::string_view exceptId) {
-    return std::any_of(devices.begin(), devices.end(), [&](const ZQDEVICEINFO& device) {
-        return device::Text(device.Name) == name && device::Text(device.DeviceID) != exceptId;
-    });
-}
-
-// The library names a new device after its place in the list, which after a removal can be a name that is in
-// use. Two devices of one name share their place in the file, so the new one gets the first free name.
-ZQDEVICEINFO WithUniqueName(Session& session, const std::string& id) {
-    ZQDEVICEINFO device = session.GetDevice(id);
-    const std::vector<ZQDEVICEINFO> devices = session.GetLibrary().Devices();
-    for (unsigned number = 1; IsNameUsed(devices, device::Text(device.Name), id); ++number) {
-        device::SetText(device.Name, "Camera" + std::to_string(number));
-    }
-    session.GetLibrary().Modify(device);
-    return device;
-}
-
 ExitStatus Add(Session& session, const EditOptions& options) {
     session.BeginEdit();
-    device::Library& library = session.GetLibrary();
     ZQDEVICEINFO device = {};
     ApplyGivenFields(session, options, device);
     FillDefaults(session, device);
@@ -126,15 +108,12 @@ ExitStatus Add(Session& session, const EditOptions& options) {
             ExitStatus::kWrongUsage);
     }
     const std::string id(device::Text(device.DeviceID));
-    if (FindById(library.Devices(), id) != nullptr) {
+    if (FindById(session.GetLibrary().Devices(), id) != nullptr) {
         throw Failure("there is a device '" + id + "' in the list already; change it with \"" +
                       session.GetKit().Command("modify") + "\"");
     }
 
-    std::error_code error;
-    library.Add(device, error);
-    session.Check(error, "can't add device '" + id + "'", Subject::kRecord);
-    device = WithUniqueName(session, id);
+    device = AddUnderFreeName(session, device);
     session.Save(options.allowEmpty);
     session.Show(ToJson(device), ToText(device) + "Added and saved.\n");
     return ExitStatus::kDone;
@@ -150,7 +129,7 @@ ExitStatus Modify(Session& session, const EditOptions& options) {
     ZQDEVICEINFO device = session.GetDevice(options.id);
     ApplyGivenFields(session, options, device);
     const std::string name(device::Text(device.Name));
-    if (IsNameUsed(session.GetLibrary().Devices(), name, options.id)) {
+    if (IsNameUsed(session.GetLibrary().Devices(), name, device::Text(device.DeviceID))) {
         throw Failure("another device is named '" + name + "'; choose a name that is not in the list");
     }
     std::error_code error;
@@ -169,9 +148,10 @@ ExitStatus Remove(Session& session, const RemoveOptions& options) {
         throw Failure("'" + options.id +
                       "' is the last device, and an empty list can't be loaded again; add another one first");
     }
-    library.Remove(options.id.c_str());
+    library.Remove(std::string(device::Text(device.DeviceID)).c_str());
     session.Save(false);
-    session.Show({{"removed", ToJson(device)}}, "Removed " + Printable(options.id) + " and saved.\n");
+    session.Show({{"removed", ToJson(device)}},
+                 "Removed " + Printable(device::Text(device.DeviceID)) + " and saved.\n");
     return ExitStatus::kDone;
 }
 
@@ -193,16 +173,13 @@ void AddEditCommands(Command& app, Session& session) {
     AddCommand<EditOptions>(
         app, session, "modify", "Change the given fields of a device and save the list at once",
         [](Command& command, EditOptions& options) {
-            command.AddOption("ID", options.id, "Identifier of the device").Required();
+            DeclareDevice(command, options.id);
             DeclareFields(command, options, &ZQDEVICEINFO::DeviceID);
         },
         Modify);
     AddCommand<RemoveOptions>(
         app, session, "remove", "Remove a device and save the list at once; the last one stays",
-        [](Command& command, RemoveOptions& options) {
-            command.AddOption("ID", options.id, "Identifier of the device").Required();
-        },
-        Remove);
+        [](Command& command, RemoveOptions& options) { DeclareDevice(command, options.id); }, Remove);
 }
 
 }  // namespace ZQAPI::zqdev

@@ -32,8 +32,9 @@ EditLock::EditLock(Console& console, const Kit& kit, std::chrono::seconds limit)
     std::string told;
     FileLock::Outcome outcome = m_lock.TryToTake(file, told);
     if (outcome == FileLock::Outcome::kHeldByAnother) {
-        WithProgress(console, "Waiting for " + Printable(told) + ", which changes the configuration",
-                     [&] { outcome = KeepTrying(m_lock, file, limit, told); });
+        WithProgress(
+            console, "Waiting for " + Printable(told) + ", which changes the configuration",
+            [&] { outcome = KeepTrying(m_lock, file, limit, told); }, limit);
     }
     if (outcome == FileLock::Outcome::kHeldByAnother) {
         throw Failure("nothing was saved: " + told + " holds " + file + " for longer than " +
@@ -41,8 +42,10 @@ EditLock::EditLock(Console& console, const Kit& kit, std::chrono::seconds limit)
                       " s; try again when it has ended, or give it more time with --wait");
     }
     if (outcome == FileLock::Outcome::kFailed) {
-        throw Failure("nothing was saved: can't lock " + file + " (" + told +
-                      "): mend that, or run it as a user who may write to its folder");
+        throw Failure(
+            "nothing was saved: " + told + ": " + file +
+            ", which keeps others from saving at the same time; mend that, or run it as a user who may "
+            "write to its folder");
     }
 }
 

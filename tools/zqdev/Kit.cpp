@@ -1,5 +1,6 @@
 #include "Kit.h"
 
+#include <algorithm>
 #include <filesystem>
 
 #include "Failure.h"
@@ -63,6 +64,23 @@ std::string Kit::LockFile() const {
 
 std::string Kit::CameraConfigFolder() const {
     return Tidy(m_paths.GetCameraConfigPath());
+}
+
+std::vector<std::string> Kit::CameraConfigFiles() const {
+    std::vector<std::string> files;
+    std::error_code error;
+    for (const auto& entry :
+         std::filesystem::directory_iterator(platform::ToPath(CameraConfigFolder()), error)) {
+        if (entry.path().extension() == ".ccf") {
+            files.push_back(platform::FromPath(entry.path()));
+        }
+    }
+    std::sort(files.begin(), files.end());
+    return files;
+}
+
+std::string Kit::CommandModule(const char* file) const {
+    return Tidy(m_paths.GetCcmPath() + file);
 }
 
 std::string Kit::CameraConfigFile(const std::string& deviceType) const {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "devices/ZQSdkPaths.h"
 
@@ -22,11 +23,17 @@ public:
     // That tells where the configuration is, if it is there.
     std::string MarkerFile() const;
     std::string ConfigFolder() const;
+    // Whether the environment names it.
+    bool IsConfigFolderNamed() const { return m_paths.IsConfigFolderNamed(); }
     std::string ApiIni() const;
     std::string DevicesIni() const;
     // What whoever changes the configuration locks meanwhile.
     std::string LockFile() const;
     std::string CameraConfigFolder() const;
+    // Those in it, sorted.
+    std::vector<std::string> CameraConfigFiles() const;
+    // A command module, named as on Windows.
+    std::string CommandModule(const char* file) const;
     // Empty for a type that can be no file name.
     std::string CameraConfigFile(const std::string& deviceType) const;
 

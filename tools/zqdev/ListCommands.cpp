@@ -26,10 +26,7 @@ void AddListCommands(Command& app, Session& session) {
     AddCommand(app, session, "list", "Show the devices in the saved list", List);
     AddCommand<ShowOptions>(
         app, session, "show", "Show one device in full",
-        [](Command& command, ShowOptions& options) {
-            command.AddOption("ID", options.id, "Identifier of the device").Required();
-        },
-        Show);
+        [](Command& command, ShowOptions& options) { DeclareDevice(command, options.id); }, Show);
 }
 
 }  // namespace ZQAPI::zqdev

@@ -31,6 +31,7 @@ int Main(int argc, const char* const* argv, Console& console) {
     for (const auto add : kCommandGroups) {
         add(line, session);
     }
+    line.AddHelpCommand();
     try {
         return Code(line.Read(argc, argv) ? session.Run() : ExitStatus::kDone);
     } catch (const tools::WrongUsage& error) {

@@ -1,5 +1,8 @@
 #include "Commands.h"
 #include "Text.h"
+#include "devices/ZQCamConfigFile.h"
+#include "foundation/ZQException.h"
+#include "tools/platform/SystemText.h"
 
 namespace ZQAPI::zqdev {
 
@@ -43,6 +46,50 @@ ExitStatus Modules(Session& session, const ModulesOptions& options) {
     return ExitStatus::kDone;
 }
 
+std::string Joined(const CZQStringArray& names) {
+    std::string text;
+    for (const CZQString& name : names) {
+        text += (text.empty() ? "" : ", ") + Printable(name.view());
+    }
+    return text;
+}
+
+Json ToJson(const CZQStringArray& names) {
+    Json json = Json::Array();
+    for (const CZQString& name : names) {
+        json.Add(zqdev::ToJson(name.view()));
+    }
+    return json;
+}
+
+ExitStatus Types(Session& session) {
+    const Kit& kit = session.GetKit();
+    Table table({{"TYPE", true}, {"CONTROL MODULES"}, {"IMAGE MODULES"}});
+    Json json = Json::Array();
+    std::vector<std::string> failures;
+    for (const std::string& file : kit.CameraConfigFiles()) {
+        const std::string type = platform::FromPath(platform::ToPath(file).stem());
+        try {
+            CZQCamConfigFile config(file);
+            const CZQStringArray ccms = config.GetSupportedCCMs();
+            const CZQStringArray iams = config.GetSupportedIAMs();
+            table.AddRow({Printable(type), Joined(ccms), Joined(iams)});
+            json.Add(
+                {{"DeviceTypeByName", zqdev::ToJson(type)}, {"CCMs", ToJson(ccms)}, {"IAMs", ToJson(iams)}});
+        } catch (const CZQException& exception) {
+            failures.push_back(FailureLine("can't read the modules of device type '" + type + "'",
+                                           exception.GetErrorNumber(),
+                                           Advice(Subject::kModules, exception.GetErrorNumber(), kit, file)));
+        }
+    }
+    const bool isEmpty = json.IsEmpty();
+    session.Show({{"types", json}}, isEmpty ? "The kit knows no device types.\n" : table.ToText());
+    for (const std::string& failure : failures) {
+        session.GetConsole().PrintError(failure);
+    }
+    return !failures.empty() ? ExitStatus::kFailed : isEmpty ? ExitStatus::kNothingFound : ExitStatus::kDone;
+}
+
 }  // namespace
 
 void AddModuleCommands(Command& app, Session& session) {
@@ -53,6 +100,9 @@ void AddModuleCommands(Command& app, Session& session) {
             command.AddOption("TYPE", options.type, "Device type").Required();
         },
         Modules);
+    AddCommand(app, session, "types",
+               "Show the device types that the kit knows, with their modules, the default of each kind first",
+               Types);
 }
 
 }  // namespace ZQAPI::zqdev

@@ -23,6 +23,14 @@ std::string Latin1ToUtf8(std::string_view text) {
     return utf8;
 }
 
+const ZQDEVICEINFO* FindFirst(const std::vector<ZQDEVICEINFO>& devices, device::Field ZQDEVICEINFO::*member,
+                              std::string_view text) {
+    const auto found = std::find_if(devices.begin(), devices.end(), [&](const ZQDEVICEINFO& device) {
+        return device::Text(device.*member) == text;
+    });
+    return found == devices.end() ? nullptr : &*found;
+}
+
 }  // namespace
 
 const std::vector<FieldInfo>& Fields() {
@@ -97,10 +105,11 @@ std::string CountText(std::size_t count) {
 }
 
 const ZQDEVICEINFO* FindById(const std::vector<ZQDEVICEINFO>& devices, std::string_view id) {
-    const auto found = std::find_if(devices.begin(), devices.end(), [&](const ZQDEVICEINFO& device) {
-        return device::Text(device.DeviceID) == id;
-    });
-    return found == devices.end() ? nullptr : &*found;
+    return FindFirst(devices, &ZQDEVICEINFO::DeviceID, id);
+}
+
+const ZQDEVICEINFO* FindByName(const std::vector<ZQDEVICEINFO>& devices, std::string_view name) {
+    return FindFirst(devices, &ZQDEVICEINFO::Name, name);
 }
 
 std::vector<std::string> EmptyFields(const ZQDEVICEINFO& device) {

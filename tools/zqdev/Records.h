@@ -37,8 +37,9 @@ std::string ToText(const ZQDEVICEINFO& device);
 // "1 device", "3 devices"
 std::string CountText(std::size_t count);
 
-// The first device with this identifier; null when there is none.
+// The first device with this identifier, or of this name; null when there is none.
 const ZQDEVICEINFO* FindById(const std::vector<ZQDEVICEINFO>& devices, std::string_view id);
+const ZQDEVICEINFO* FindByName(const std::vector<ZQDEVICEINFO>& devices, std::string_view name);
 
 // The options of the fields that are empty: a list that is saved with such a device can't be loaded again.
 std::vector<std::string> EmptyFields(const ZQDEVICEINFO& device);

@@ -1,5 +1,8 @@
 #include "Commands.h"
+#include "ConfigFiles.h"
 #include "Progress.h"
+#include "ScanMerge.h"
+#include "ScanSettings.h"
 #include "Text.h"
 
 namespace ZQAPI::zqdev {
@@ -9,6 +12,7 @@ namespace {
 struct ScanOptions {
     std::string scanner;  // empty: the configured ones
     bool save = false;
+    bool merge = false;
     bool allowEmpty = false;
 };
 
@@ -26,33 +30,80 @@ std::string ScannerList() {
     return list;
 }
 
+std::chrono::milliseconds ScanTime(Session& session, std::optional<device::Scanner> scanner) {
+    const std::string file = session.GetKit().ApiIni();
+    return ReadingObstacle(file).empty() ? UsualScanTime(file, scanner) : std::chrono::milliseconds(0);
+}
+
+// Saves what was found; what is said of that. Throws Failure.
+std::string SaveFound(Session& session, const ScanOptions& options, const std::vector<ZQDEVICEINFO>& found,
+                      const std::vector<std::string>& lostNames) {
+    if (options.merge) {
+        const MergeResult merged = MergeIntoSaved(session, found);
+        session.Save(options.allowEmpty);
+        return "Saved with those in the list; " + std::to_string(merged.nofNew) + " new" +
+               (merged.notFound.empty()
+                    ? ".\n"
+                    : ", and kept without being found: " + Printable(Enumerate(merged.notFound)) + ".\n");
+    }
+    if (!lostNames.empty()) {
+        session.GetConsole().PrintNote("Names are lost with this: " + Printable(Enumerate(lostNames)) +
+                                       "; --merge keeps them.");
+    }
+    session.Save(options.allowEmpty);
+    return "Saved.\n";
+}
+
 ExitStatus Scan(Session& session, const ScanOptions& options) {
+    if (options.allowEmpty && !options.save && !options.merge) {
+        throw Failure("--allow-empty is about saving: it needs --save or --merge", ExitStatus::kWrongUsage);
+    }
     const auto scanner = options.scanner.empty() ? std::nullopt : ParseScanner(options.scanner);
     device::Library& library = session.GetLibrary();
+    const std::vector<ZQDEVICEINFO> former = library.Devices();
     std::error_code error;
     std::chrono::milliseconds time{};
     session.ShowScannersDuring([&] {
-        time = WithProgress(session.GetConsole(), "Scanning", [&] {
-            if (scanner) {
-                library.Scan(*scanner, error);
-            } else {
-                library.Scan(error);
-            }
-        });
+        time = WithProgress(
+            session.GetConsole(), "Scanning",
+            [&] {
+                if (scanner) {
+                    library.Scan(*scanner, error);
+                } else {
+                    library.Scan(error);
+                }
+            },
+            ScanTime(session, scanner));
     });
     session.Check(error, "the scan failed", scanner ? Subject::kOneScanner : Subject::kScan);
 
     const std::vector<ZQDEVICEINFO> devices = library.Devices();
-    if (options.save && !devices.empty()) {
-        session.Save(options.allowEmpty);
+    session.ShowText((devices.empty() ? "" : ToTable(devices)) + CountText(devices.size()) + " found in " +
+                     Seconds(time) + ".\n");
+    const bool saves = (options.save || options.merge) && !devices.empty();
+    const std::vector<std::string> lostNames =
+        saves && !options.merge ? LostNames(former, devices) : std::vector<std::string>();
+    std::string told = "Nothing was saved.\n";
+    std::optional<Failure> failure;
+    try {
+        told = saves ? SaveFound(session, options, devices, lostNames) : told;
+    } catch (const Failure& whySaving) {
+        failure = whySaving;
     }
-    const bool saved = options.save && !devices.empty();
-    const std::string summary = CountText(devices.size()) + " found in " + Seconds(time) + "; " +
-                                (saved ? "saved" : "nothing was saved") + ".\n";
-    session.Show({{"devices", ToJson(devices)}, {"elapsedMs", time.count()}, {"saved", saved}},
-                 devices.empty() ? summary : ToTable(devices) + summary);
+    Json lost = Json::Array();
+    for (const std::string& name : lostNames) {
+        lost.Add(ToJson(name));
+    }
+    session.Show({{"devices", ToJson(devices)},
+                  {"elapsedMs", time.count()},
+                  {"saved", saves && !failure},
+                  {"lostNames", lost}},
+                 told);
+    if (failure) {
+        throw Failure(*failure);
+    }
     if (devices.empty()) {
-        throw Failure(options.save
+        throw Failure(options.save || options.merge
                           ? "nothing was found, and nothing was saved: an empty list can't be loaded again; "
                             "the saved list is as it was"
                           : "nothing was found; check that the devices are on and connected; -v shows what "
@@ -65,8 +116,10 @@ ExitStatus Scan(Session& session, const ScanOptions& options) {
 ExitStatus Rescan(Session& session, const RescanOptions& options) {
     ZQDEVICEINFO device = session.GetDevice(options.id);
     std::error_code error;
-    WithProgress(session.GetConsole(), "Asking for " + Printable(options.id),
-                 [&] { session.GetLibrary().Rescan(device, error); });
+    WithProgress(
+        session.GetConsole(), "Asking for " + Printable(options.id),
+        [&] { session.GetLibrary().Rescan(device, error); },
+        ScanTime(session, device::ScannerFromName(device::Text(device.UsedScanner))));
     session.Check(error, "can't re-check device '" + options.id + "'", Subject::kRescan, {},
                   error == ZQ_ERR_DEVICE_NOT_FOUND ? ExitStatus::kNothingFound : ExitStatus::kFailed);
     if (options.save) {
@@ -89,21 +142,22 @@ void AddScanCommands(Command& app, Session& session) {
                 .AddOption("--scanner", options.scanner, "Only this scanner instead of the configured ones")
                 .Check(CheckScanner)
                 .ValueName("NAME|NUMBER");
-            const Option save =
-                command.AddFlag("--save", options.save,
-                                "Replace the saved list by the devices found; when none is found, the saved "
-                                "list stays, since an empty one can't be loaded again");
-            command
-                .AddFlag("--allow-empty", options.allowEmpty,
-                         "Save also when a device has an empty field, which makes the list unreadable")
-                .Needs(save);
+            command.AddFlag("--save", options.save,
+                            "Replace the saved list by the devices found; when none is found, the saved "
+                            "list stays, since an empty one can't be loaded again");
+            command.AddFlag(
+                "--merge", options.merge,
+                "Save what was found into the saved list: known devices keep their names and places, new ones come "
+                "after them, and devices that were added by hand or not found stay");
+            command.AddFlag("--allow-empty", options.allowEmpty,
+                            "Save also when a device has an empty field, which makes the list unreadable");
             command.SetFooter(ScannerList());
         },
         Scan);
     AddCommand<RescanOptions>(
         app, session, "rescan", "Ask the scanner of one device for its addresses and firmware version now",
         [](Command& command, RescanOptions& options) {
-            command.AddOption("ID", options.id, "Identifier of the device").Required();
+            DeclareDevice(command, options.id);
             command.AddFlag("--save", options.save, "Keep the answer in the saved list");
         },
         Rescan);

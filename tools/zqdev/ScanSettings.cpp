@@ -1,7 +1,11 @@
 #include "ScanSettings.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <iterator>
+#include <numeric>
 
+#include "Failure.h"
 #include "Records.h"
 #include "Text.h"
 #include "foundation/Io/ZQIniFile.h"
@@ -50,14 +54,90 @@ bool IsScannerSection(std::string_view name) {
     return IsSameName(name.substr(0, prefix.size()), prefix);
 }
 
-std::string ShownValue(const ScanSetting& setting) {
-    if (setting.value) {
-        return Printable(*setting.value);
+std::string Shown(const ScanSetting& setting) {
+    const auto used = setting.InUse();
+    if (!used) {
+        return "    (missing, and must be there)";
     }
-    if (!setting.byDefault) {
-        return "(not set)";
+    return Printable(*used) + "    (" + setting.Origin() + (used->empty() ? ": none)" : ")");
+}
+
+// visit(setting) of each of them.
+template <class Visit>
+Json ByKey(const ScanSettings& sections, const Visit& visit) {
+    Json json = Json::Object();
+    for (const ScanSection& section : sections) {
+        Json settings = Json::Object();
+        for (const ScanSetting& setting : section.settings) {
+            settings.Set(setting.key, visit(setting));
+        }
+        json.Set(section.name, settings);
     }
-    return setting.byDefault->empty() ? "(not set: none)" : "(not set: " + *setting.byDefault + ")";
+    return json;
+}
+
+std::vector<SettingPlace> AllSettings() {
+    std::vector<SettingPlace> places;
+    for (const SSettingSection& section : ScannerSettings()) {
+        for (const SSettingRow& row : section.rows) {
+            places.push_back({section.name, row});
+        }
+    }
+    return places;
+}
+
+constexpr std::string_view kNamePrefix = "SCANNER_";
+
+// Whether the name is the end of the setting's, from the start of a part on.
+bool IsNamedBy(const SettingPlace& place, std::string_view name) {
+    const std::string whole = place.section.str() + "." + place.row.key;
+    if (name.empty() || name.size() > whole.size()) {
+        return false;
+    }
+    const std::string_view front = std::string_view(whole).substr(0, whole.size() - name.size());
+    return IsSameName(std::string_view(whole).substr(front.size()), name) &&
+           (front.empty() || front.ends_with('.') || front.ends_with(kNamePrefix));
+}
+
+// How many characters have to be changed, put in or taken out.
+std::size_t Distance(const CZQString& left, const CZQString& right) {
+    const std::string_view to = right.view();
+    std::vector<std::size_t> row(to.size() + 1);
+    std::iota(row.begin(), row.end(), std::size_t{0});
+    for (const char c : left.view()) {
+        std::size_t diagonal = row[0]++;
+        for (std::size_t i = 1; i < row.size(); ++i) {
+            const std::size_t changed = diagonal + (c == to[i - 1] ? 0 : 1);
+            diagonal = row[i];
+            row[i] = std::min({changed, row[i] + 1, row[i - 1] + 1});
+        }
+    }
+    return row.back();
+}
+
+// Nobody mistypes more than a third; what is further away is something else.
+std::string NearestTo(const std::vector<SettingPlace>& places, const std::string& name) {
+    const CZQString wanted = CZQString(name.substr(0, 128)).MakeUpper();
+    std::size_t least = wanted.GetLength() / 3 + 1;
+    std::string nearest;
+    for (const SettingPlace& place : places) {
+        for (const std::string& candidate : {place.ShortKey(), std::string(place.row.key)}) {
+            const std::size_t distance = Distance(wanted, CZQString(candidate).MakeUpper());
+            if (distance < least) {
+                least = distance;
+                nearest = place.ShortKey();
+            }
+        }
+    }
+    return nearest;
+}
+
+std::string Keys(const std::vector<SettingPlace>& places) {
+    std::vector<std::string> keys;
+    for (const SettingPlace& place : places) {
+        keys.push_back(place.ShortKey());
+    }
+    return Enumerate(keys);
 }
 
 }  // namespace
@@ -86,16 +166,80 @@ ScanSettings ReadScanSettings(const std::string& file) {
     return sections;
 }
 
-Json SettingsJson(const ScanSettings& sections) {
-    Json json = Json::Object();
-    for (const ScanSection& section : sections) {
-        Json settings = Json::Object();
-        for (const ScanSetting& setting : section.settings) {
-            settings.Set(setting.key, setting.value ? Json(*setting.value) : Json());
-        }
-        json.Set(section.name, settings);
+const char* ScanSetting::Origin() const {
+    return value ? "file" : byDefault ? "default" : "missing";
+}
+
+std::string SettingPlace::ShortKey() const {
+    const std::string prefix = std::string(kScannerSection) + "." + std::string(kNamePrefix);
+    const std::string name = section.str();
+    return (name.starts_with(prefix) ? name.substr(prefix.size()) + "." : "") + row.key;
+}
+
+SettingPlace FindSetting(const Kit& kit, const std::string& name) {
+    const std::vector<SettingPlace> places = AllSettings();
+    std::vector<SettingPlace> found;
+    std::copy_if(places.begin(), places.end(), std::back_inserter(found),
+                 [&](const SettingPlace& place) { return IsNamedBy(place, name); });
+    if (found.size() == 1) {
+        return found.front();
     }
-    return json;
+    if (found.size() > 1) {
+        throw Failure("several settings are named '" + name + "': give " + Keys(found) + " in full",
+                      ExitStatus::kWrongUsage);
+    }
+    const std::string nearest = NearestTo(places, name);
+    throw Failure("there is no setting '" + name + "'; " +
+                      (nearest.empty() ? "there are " + Keys(places) : "the nearest is " + nearest) + "; \"" +
+                      kit.Command("config show") + "\" shows them all",
+                  ExitStatus::kWrongUsage);
+}
+
+ScanSetting ReadScanSetting(const std::string& file, const SettingPlace& place) {
+    CZQIniFile ini(file);
+    ini.SetSection(place.section);
+    return Read(ini, place.row);
+}
+
+std::string ComplaintAbout(const SettingPlace& place, const std::string& value) {
+    constexpr std::size_t kLongest = 4094;
+    if (value.empty()) {
+        return place.row.getDefault == nullptr ? "it has no default and can't be empty" : "";
+    }
+    if (!CZQIniFile::ReadsBack(value)) {
+        return "it would not be read back as it is: no blanks or quotes around it, and no line breaks";
+    }
+    if (value.size() > kLongest) {
+        return "it is longer than " + std::to_string(kLongest) + " characters";
+    }
+    return AnyToUtf8(SettingComplaint(place.row, value).view());
+}
+
+std::chrono::milliseconds UsualScanTime(const std::string& file, std::optional<device::Scanner> scanner) {
+    constexpr long long kLimitMs = 30000;
+    const auto inUse = [&](const char* key) {
+        for (const SettingPlace& place : AllSettings()) {
+            if (place.ShortKey() == key) {
+                return ReadScanSetting(file, place).InUse().value_or("");
+            }
+        }
+        return std::string();
+    };
+    const long long listeningMs = std::strtoll(inUse("ZQ_UDP.ScanTimeMs").c_str(), nullptr, 10);
+    const bool isNetworkAlone =
+        scanner ? *scanner == device::Scanner::kZqUdp : inUse(kActiveScanners) == ZQDEV_SCANNER_NAME_ZQ_UDP;
+    return std::chrono::milliseconds(isNetworkAlone ? std::clamp(listeningMs, 0LL, kLimitMs) : kLimitMs);
+}
+
+Json SettingsJson(const ScanSettings& sections) {
+    return ByKey(sections, [](const ScanSetting& setting) {
+        const auto used = setting.InUse();
+        return used ? Json(*used) : Json();
+    });
+}
+
+Json OriginsJson(const ScanSettings& sections) {
+    return ByKey(sections, [](const ScanSetting& setting) { return Json(setting.Origin()); });
 }
 
 std::string SettingsText(const ScanSettings& sections) {
@@ -106,7 +250,7 @@ std::string SettingsText(const ScanSettings& sections) {
     for (const ScanSection& section : sections) {
         text += "\n[" + Printable(section.name) + "]" + remark(section.warning);
         for (const ScanSetting& setting : section.settings) {
-            text += Printable(setting.key) + "=" + ShownValue(setting) + remark(setting.warning);
+            text += Printable(setting.key) + "=" + Shown(setting) + remark(setting.warning);
         }
     }
     return text;

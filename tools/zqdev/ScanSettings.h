@@ -1,11 +1,15 @@
 // The scan's settings as they stand in ZQAPI.ini, beside what the scanners read from it.
 #pragma once
 
+#include <ZQAPI/ZQDevice.hpp>
+#include <chrono>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "Json.h"
+#include "Kit.h"
+#include "scanners/ZQSettings.h"
 
 namespace ZQAPI::zqdev {
 
@@ -14,6 +18,11 @@ struct ScanSetting {
     std::optional<std::string> value;      // UTF-8; none: the key is missing
     std::optional<std::string> byDefault;  // what then counts; none: the key must be there
     std::string warning;                   // empty: nothing is wrong with it
+
+    // None: the key is missing and must be there.
+    std::optional<std::string> InUse() const { return value ? value : byDefault; }
+    // Where that is from: "file", "default" or "missing".
+    const char* Origin() const;
 };
 struct ScanSection {
     std::string name;
@@ -25,7 +34,28 @@ using ScanSettings = std::vector<ScanSection>;
 // Every key that a scanner reads, and every other that stands in a section of scanners.
 ScanSettings ReadScanSettings(const std::string& file);
 
+// One that a scanner reads.
+struct SettingPlace {
+    CZQString section;
+    SSettingRow row;
+
+    // "ActiveScanners", "ZQ_UDP.IPPort"
+    std::string ShortKey() const;
+};
+
+// The setting of this name: SECTION.KEY in any case, of which as much may be left out in front as leaves it the only
+// one, up to a '.' or "SCANNER_". Throws Failure, which names the settings that can be meant.
+SettingPlace FindSetting(const Kit& kit, const std::string& name);
+ScanSetting ReadScanSetting(const std::string& file, const SettingPlace& place);
+// Why the setting can't have this value; empty when it can.
+std::string ComplaintAbout(const SettingPlace& place, const std::string& value);
+
+// How long scanning takes, by the settings and the library's own limit: with this scanner, or with the active ones.
+std::chrono::milliseconds UsualScanTime(const std::string& file, std::optional<device::Scanner> scanner);
+
+// The values in use, and where each is from.
 Json SettingsJson(const ScanSettings& sections);
+Json OriginsJson(const ScanSettings& sections);
 std::string SettingsText(const ScanSettings& sections);
 
 // "[section] key=value: what is wrong".

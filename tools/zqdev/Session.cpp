@@ -1,5 +1,6 @@
 #include "Session.h"
 
+#include "ConfigFiles.h"
 #include "Text.h"
 #include "devices/ZQScannerOutcome.h"
 #include "foundation/ZQSystem.h"
@@ -112,12 +113,15 @@ void Session::Check(const std::error_code& error, const std::string& what, Subje
     }
 }
 
-ZQDEVICEINFO Session::GetDevice(const std::string& id) {
+ZQDEVICEINFO Session::GetDevice(const std::string& idOrName) {
     const std::vector<ZQDEVICEINFO> devices = GetLibrary().Devices();
-    const ZQDEVICEINFO* device = FindById(devices, id);
+    const ZQDEVICEINFO* device = FindById(devices, idOrName);
     if (device == nullptr) {
-        throw Failure("there is no device '" + id + "' in the list; \"" + GetKit().Command("list") +
-                      "\" shows the identifiers");
+        device = FindByName(devices, idOrName);
+    }
+    if (device == nullptr) {
+        throw Failure("there is no device '" + idOrName + "' in the list; \"" + GetKit().Command("list") +
+                      "\" shows the identifiers and names");
     }
     return *device;
 }
@@ -140,6 +144,12 @@ void Session::Save(bool allowEmpty) {
     std::error_code error;
     GetLibrary().Save(error);
     m_lock.reset();  // nobody waits for whoever reads the results
+    const std::string file = GetKit().DevicesIni();
+    if (const std::string obstacle = error ? WritingObstacle(file) : std::string(); !obstacle.empty()) {
+        throw Failure("the device list was not saved: " + obstacle + ": " + file + " (error " +
+                      std::to_string(error.value()) +
+                      "); see that its folder can be written to and has room, or run it as a user who may");
+    }
     Check(error, "can't save the device list", Subject::kSaving);
 }
 
@@ -155,6 +165,12 @@ void Session::BeginEdit() {
         std::error_code error;
         m_library->Load(error);
         Check(error, "can't load the device list", Subject::kLoading);
+    }
+}
+
+void Session::ShowText(const std::string& text) {
+    if (!m_options.json) {
+        m_console.Print(text);
     }
 }
 

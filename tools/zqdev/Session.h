@@ -53,8 +53,9 @@ public:
     void Check(const std::error_code& error, const std::string& what, Subject subject,
                const std::string& file = {}, ExitStatus status = ExitStatus::kFailed);
 
-    // The device with this identifier in the library's list. Throws Failure when there is none.
-    ZQDEVICEINFO GetDevice(const std::string& id);
+    // The device with this identifier in the library's list, or else the one with this name. Throws Failure when
+    // there is none.
+    ZQDEVICEINFO GetDevice(const std::string& idOrName);
 
     // Keeps every other zqdev from changing the configuration, until Save or the end. Throws Failure when
     // another one does not end in time.
@@ -76,6 +77,9 @@ public:
 
     // Shows the result: the JSON, in ASCII whatever its texts are, or, for people, the text, which is printable.
     void Show(const Json& json, const std::string& text);
+
+    // A part of the text beforehand, where that is what is wanted.
+    void ShowText(const std::string& text);
 
 private:
     bool StartListening(platform::DebugCapture::LineCallback onLine, platform::SystemErrorCode& error);

@@ -26,12 +26,6 @@ bool IsSealed(std::string_view content) noexcept {
            content.substr(content.size() - kLineLength).starts_with(kLinePrefix);
 }
 
-// What the checksum is about.
-std::string_view Covered(std::string_view content) noexcept {
-    return IsSealed(content) ? content.substr(0, content.size() - std::min(content.size(), kSealLength))
-                             : content;
-}
-
 std::uint32_t ChecksumOf(std::string_view covered) noexcept {
     CZQCrc32 crc;
     crc.Add(std::as_bytes(std::span(covered)));
@@ -117,7 +111,7 @@ std::uint32_t CZQConfigFile::StoredChecksum(std::string_view content) const {
 
 void CZQConfigFile::Verify(std::string_view content) const {
     const std::uint32_t reference = StoredChecksum(content);
-    const std::uint32_t current = ChecksumOf(Covered(content));
+    const std::uint32_t current = ChecksumOf(WithoutSeal(content));
     if (reference != current) {
         ZQ_THROW("CZQConfigFile::VerifyFileChecksum", ZQ_ERR_SEAL_MISMATCH,
                  "FileName='%s', RefCRC=%010" PRIu32 ", CurFileCRC=%010" PRIu32, GetFileName().c_str(),
@@ -153,11 +147,16 @@ std::uint32_t CZQConfigFile::CreateFileChecksum() {
             .CausedBy(exception);
     }
     CZQFile::Replace(GetFileName(), Sealed(content));
-    return ChecksumOf(Covered(content));
+    return ChecksumOf(WithoutSeal(content));
+}
+
+std::string_view CZQConfigFile::WithoutSeal(std::string_view content) noexcept {
+    return IsSealed(content) ? content.substr(0, content.size() - std::min(content.size(), kSealLength))
+                             : content;
 }
 
 std::string CZQConfigFile::Sealed(std::string text) {
-    text.resize(Covered(text).size());
+    text.resize(WithoutSeal(text).size());
     const CZQString seal = CZQString::Formatted("\r\n<#CRC%010" PRIu32 "#>", ChecksumOf(text));
     return text.append(seal.view());
 }

@@ -33,6 +33,8 @@ public:
 
     // The text with its checksum line, in place of the one it may have.
     static std::string Sealed(std::string text);
+    // What the checksum is about: all before its line, if there is one.
+    static std::string_view WithoutSeal(std::string_view content) noexcept;
 
 private:
     std::string ReadContent() const;

@@ -4,6 +4,8 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <array>
+#include <atomic>
 #include <filesystem>
 
 namespace ZQAPI::platform {
@@ -14,12 +16,36 @@ HANDLE HandleOf(std::FILE* stream) noexcept {
     return reinterpret_cast<HANDLE>(::_get_osfhandle(::_fileno(stream)));
 }
 
+std::atomic<HANDLE> g_console{nullptr};
+std::atomic<std::size_t> g_columns{0};
+
+// On a thread of the system's; the next handler ends the process.
+BOOL WINAPI OnInterrupt(DWORD event) {
+    if (const std::size_t columns = g_columns; event == CTRL_C_EVENT && columns > 0) {
+        constexpr std::size_t kEcho = 2;  // "^C"
+        std::array<char, 160> line{};
+        line.fill(' ');
+        const std::size_t end = std::min(columns + kEcho, line.size() - 2) + 1;
+        line.front() = '\r';
+        line.at(end) = '\r';
+        DWORD written = 0;
+        ::WriteConsoleA(g_console, line.data(), static_cast<DWORD>(end + 1), &written, nullptr);
+    }
+    return FALSE;
+}
+
 }  // namespace
 
 bool IsTerminal(std::FILE* stream) noexcept {
     // _isatty would also say so of the null device.
     DWORD mode = 0;
     return ::GetConsoleMode(HandleOf(stream), &mode) != 0;
+}
+
+void EraseWhenInterrupted(std::FILE* stream, std::size_t columns) noexcept {
+    static const bool isInstalled = ::SetConsoleCtrlHandler(OnInterrupt, TRUE) != FALSE;
+    g_console = HandleOf(stream);
+    g_columns = isInstalled ? columns : 0;
 }
 
 void WriteUtf8(std::FILE* stream, std::string_view text) {
