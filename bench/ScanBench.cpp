@@ -127,7 +127,7 @@ bool MeasureRecheck(test::KitCopy& kit) {
     return isThere;
 }
 
-int Main() {
+int Main(const std::vector<std::string>& arguments) {
     test::KitCopy kit;
     Configure(kit, kListeningMs);
     if (ZQ_CALL(kit, ZQDEV_InitLibrary) != ZQ_OK) {
@@ -137,6 +137,9 @@ int Main() {
     std::printf("\nTime of a scan beyond its listening time of %d ms, %d scans each\n%-44s %9s %9s %9s %9s\n",
                 kListeningMs, kRepetitions, "", "min [ms]", "median", "max", "CPU [ms]");
     bool allFound = true;
+    if (arguments.size() == 2) {
+        return MeasureScan(kit, std::stoul(arguments[0]), arguments[1]) ? 0 : 1;
+    }
     for (const std::size_t cameras : {0, 1, 64, 256, 4000}) {
         allFound = MeasureScan(kit, cameras, "--latency 20 --discovery-latency 1") && allFound;
     }
@@ -154,6 +157,6 @@ int Main() {
 }  // namespace
 }  // namespace ZQAPI::bench
 
-int main() {
-    return ZQAPI::bench::Main();
+int main(int argc, char** argv) {
+    return ZQAPI::bench::Main({argv + 1, argv + argc});
 }

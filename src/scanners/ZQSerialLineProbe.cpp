@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 
+#include "devices/ZQSdkPaths.h"
 #include "foundation/ZQException.h"
 #include "foundation/ZQStopWatch.h"
 #include "foundation/ZQSystem.h"
@@ -74,7 +75,7 @@ bool IsCameraOn(const SSerialLineKind& kind, const CZQString& line) {
 }
 
 CZQDeviceInfo Identify(const SSerialLineKind& kind, const CZQString& line, std::uint32_t index) {
-    CZQTextCommandCamera camera(kind.commandModule, line);
+    CZQTextCommandCamera camera(GetCcmPath() + kind.commandModule, line);
     CZQDeviceInfo device;
     camera.ReadRecord(device, line, [&] { kind.chooseIAM(device, line); });
     SetFinder(device, kind.names, std::to_string(index));

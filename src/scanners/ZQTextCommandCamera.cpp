@@ -1,16 +1,15 @@
 #include "scanners/ZQTextCommandCamera.h"
 
-#include "devices/ZQSdkPaths.h"
 #include "scanners/ZQCameraText.h"
 
 namespace ZQAPI {
 
-CZQTextCommandCamera::CZQTextCommandCamera(const CZQString& moduleName, const CZQString& commandAddress) {
-    Open(moduleName, commandAddress);
+CZQTextCommandCamera::CZQTextCommandCamera(const CZQString& moduleFile, const CZQString& commandAddress) {
+    Open(moduleFile, commandAddress);
 }
 
-void CZQTextCommandCamera::Open(const CZQString& moduleName, const CZQString& commandAddress) {
-    m_ccm.OpenCCM(GetCcmPath() + moduleName, "", commandAddress);
+void CZQTextCommandCamera::Open(const CZQString& moduleFile, const CZQString& commandAddress) {
+    m_ccm.OpenCCM(moduleFile, "", commandAddress);
 }
 
 CZQString CZQTextCommandCamera::Ask(const char* command) {

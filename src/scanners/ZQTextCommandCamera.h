@@ -16,11 +16,10 @@ public:
     using Clock = std::chrono::steady_clock;
 
     CZQTextCommandCamera() = default;
-    CZQTextCommandCamera(const CZQString& moduleName, const CZQString& commandAddress);
+    CZQTextCommandCamera(const CZQString& moduleFile, const CZQString& commandAddress);
 
-    // Opens the module file of the kit's module folder ("ZQCCMUdpAPI.dll") with the command address. Errors
-    // are CZQCCM's.
-    void Open(const CZQString& moduleName, const CZQString& commandAddress);
+    // Opens the command module of that path with the command address. Errors are CZQCCM's.
+    void Open(const CZQString& moduleFile, const CZQString& commandAddress);
 
     // Fills what the camera itself knows: DeviceTypeByName, DeviceID ("type:serial"), DeviceDesc and FirmwareVersion
     // from its answers, and the address given. `chooseIAM` sets IAM and IAMAddress as soon as the type is known.

@@ -59,13 +59,13 @@ CZQString ReadIam(const CZQString& path) {
 
 }  // namespace
 
-void CZQUdpImagePaths::Choose(CZQDeviceInfo& device, const CZQString& ipAddress) {
+void CZQUdpKitFiles::ChooseImagePath(CZQDeviceInfo& device, const CZQString& ipAddress) {
     const CZQString iam = IamOf(device.GetDeviceTypeByName());
     device.SetIAM(iam);
     device.SetIAMAddress(IsNetworkIam(iam) ? ipAddress : CZQCamConfigFile::GetDefaultAddress(iam));
 }
 
-CZQString CZQUdpImagePaths::IamOf(const CZQString& deviceType) {
+CZQString CZQUdpKitFiles::IamOf(const CZQString& deviceType) {
     const std::lock_guard lock(m_mutex);
     const auto known = m_iams.find(deviceType.str());
     if (known != m_iams.end()) {
@@ -76,10 +76,10 @@ CZQString CZQUdpImagePaths::IamOf(const CZQString& deviceType) {
     return iam;
 }
 
-CZQUdpCamera::CZQUdpCamera(SUdpDeviceConnInfo answer, std::shared_ptr<CZQUdpImagePaths> imagePaths,
+CZQUdpCamera::CZQUdpCamera(SUdpDeviceConnInfo answer, std::shared_ptr<CZQUdpKitFiles> kitFiles,
                            IdentifiedCallback onIdentified)
     : m_answer(std::move(answer)),
-      m_imagePaths(std::move(imagePaths)),
+      m_kitFiles(std::move(kitFiles)),
       m_onIdentified(std::move(onIdentified)) {}
 
 CZQUdpCamera::EEnd CZQUdpCamera::Ask() noexcept {
@@ -129,8 +129,8 @@ CZQUdpCamera::EEnd CZQUdpCamera::Identify(CZQTextCommandCamera& camera) {
 }
 
 void CZQUdpCamera::ReadDevice(CZQTextCommandCamera& camera, CZQDeviceInfo& device) {
-    camera.Open("ZQCCMUdpAPI.dll", CommandAddress(m_answer));
-    camera.ReadRecord(device, m_answer.ipAddress, [&] { m_imagePaths->Choose(device, m_answer.ipAddress); });
+    camera.Open(m_kitFiles->CommandModule(), CommandAddress(m_answer));
+    camera.ReadRecord(device, m_answer.ipAddress, [&] { m_kitFiles->ChooseImagePath(device, m_answer.ipAddress); });
     SetFinder(device, kNames, device.GetDeviceID());
 }
 
