@@ -288,7 +288,8 @@ private:
     // is not held up.
     void StartThread(Lock& lock) {
         const std::size_t wanted = std::max(kUsualThreads, m_nofWaiting / kWaitingPerThread);
-        if (m_nofStarting > 0 || m_nofThreads >= std::min<std::size_t>(m_limit, wanted) || Clock::now() < m_nextStart) {
+        if (m_nofStarting > 0 || m_nofThreads >= std::min<std::size_t>(m_limit, wanted) ||
+            Clock::now() < m_nextStart) {
             return;
         }
         ++m_nofThreads;

@@ -78,9 +78,7 @@ CZQString CZQUdpKitFiles::IamOf(const CZQString& deviceType) {
 
 CZQUdpCamera::CZQUdpCamera(SUdpDeviceConnInfo answer, std::shared_ptr<CZQUdpKitFiles> kitFiles,
                            IdentifiedCallback onIdentified)
-    : m_answer(std::move(answer)),
-      m_kitFiles(std::move(kitFiles)),
-      m_onIdentified(std::move(onIdentified)) {}
+    : m_answer(std::move(answer)), m_kitFiles(std::move(kitFiles)), m_onIdentified(std::move(onIdentified)) {}
 
 CZQUdpCamera::EEnd CZQUdpCamera::Ask() noexcept {
     EEnd end = EEnd::kDone;
@@ -130,7 +128,8 @@ CZQUdpCamera::EEnd CZQUdpCamera::Identify(CZQTextCommandCamera& camera) {
 
 void CZQUdpCamera::ReadDevice(CZQTextCommandCamera& camera, CZQDeviceInfo& device) {
     camera.Open(m_kitFiles->CommandModule(), CommandAddress(m_answer));
-    camera.ReadRecord(device, m_answer.ipAddress, [&] { m_kitFiles->ChooseImagePath(device, m_answer.ipAddress); });
+    camera.ReadRecord(device, m_answer.ipAddress,
+                      [&] { m_kitFiles->ChooseImagePath(device, m_answer.ipAddress); });
     SetFinder(device, kNames, device.GetDeviceID());
 }
 
