@@ -5,7 +5,6 @@
 #include <span>
 #include <utility>
 
-#include "ZQSocketsAside.h"
 #include "foundation/ZQException.h"
 #include "foundation/ZQSystem.h"
 
@@ -17,6 +16,7 @@ using namespace std::chrono_literals;
 
 constexpr std::uint16_t kCommandPort = 19383;
 constexpr std::uint32_t kLimitedBroadcast = 0xFFFFFFFF;
+constexpr std::uint32_t kLoopback = 0x7F000001;
 constexpr const char* kAnyCamera = "FFFFFFFFFFFF";
 // The command is sent at once and again after each of these times but the last: what was lost is mended soon, and a slow
 // camera is not flooded.
@@ -25,10 +25,43 @@ constexpr std::chrono::milliseconds kTryEnds[] = {50ms,   150ms,  300ms,  500ms,
 // So many of them by unicast, where the camera's own subnet is the interface's. After that its address may be claimed
 // by another, or another card have the same subnet.
 constexpr std::size_t kUnicastTries = 2;
-// An abort is noticed within this time.
-constexpr std::chrono::microseconds kMaxWait = std::chrono::milliseconds(10);
+// An abort is noticed within this time where its datagram does not arrive; see WaitForSends.
+constexpr std::chrono::microseconds kMaxWait = std::chrono::milliseconds(100);
+
+// An empty datagram to itself ends the wait of another thread, and is no answer.
+void Wake(platform::UdpSocket& socket) noexcept {
+    platform::Ipv4SocketAddress own;
+    platform::SystemErrorCode error{};
+    if (!socket.GetLocalAddress(own, error)) {
+        return;
+    }
+    if (own.addressBe == 0) {
+        own.addressBe = platform::SwapAddress(kLoopback);
+    }
+    socket.SendTo(own, {}, error);
+}
 
 }  // namespace
+
+// A socket whose command may be waiting for its answer.
+class CZQUdpConnection::UnderWay {
+public:
+    UnderWay(CZQUdpConnection& connection, platform::UdpSocket& socket)
+        : m_connection(connection), m_socket(&socket) {
+        const std::lock_guard lock(m_connection.m_mutex);
+        m_connection.m_underWay.push_back(m_socket);
+    }
+    ~UnderWay() {
+        const std::lock_guard lock(m_connection.m_mutex);
+        std::erase(m_connection.m_underWay, m_socket);
+    }
+    UnderWay(const UnderWay&) = delete;
+    UnderWay& operator=(const UnderWay&) = delete;
+
+private:
+    CZQUdpConnection& m_connection;
+    platform::UdpSocket* const m_socket;
+};
 
 std::shared_ptr<CZQCommandConnection> OpenCommandConnection(const CZQString& commandAddress) {
     return std::make_shared<CZQUdpConnection>(commandAddress);
@@ -37,45 +70,41 @@ std::shared_ptr<CZQCommandConnection> OpenCommandConnection(const CZQString& com
 CZQUdpConnection::CZQUdpConnection(const CZQString& cameraAddress)
     : m_camera(cameraAddress),
       m_isUnicast(!m_camera.IsBroadcast() || m_camera.isInSubnet),
-      m_latest(OpenSocket()) {}
+      m_idleSockets(CZQIdleSockets::Shared()) {
+    if (m_camera.IsBroadcast()) {
+        m_idleSockets->Add(m_idleSockets->TakeOrOpen(m_camera));
+    }
+}
 
 std::string CZQUdpConnection::SendCommand(std::string_view command) {
     std::string request = m_camera.IsBroadcast() ? m_camera.hardwareAddress : kAnyCamera;
     request.append(":").append(command);
 
-    CZQCommandSocket socket(OpenSocket());
+    CZQCommandSocket socket(*m_idleSockets, m_camera);
+    const UnderWay underWay(*this, socket.Get());
     const Clock::time_point start = Clock::now();
     for (std::size_t attempt = 0; attempt < std::size(kTryEnds); ++attempt) {
         if (attempt == kUnicastTries && m_camera.IsBroadcast()) {
             m_isUnicast = false;
         }
         Send(socket.Get(), request);
-        auto answer = ReceiveUntil(socket.Get(), start + kTryEnds[attempt]);
+        auto answer = ReceiveUntil(socket, start + kTryEnds[attempt]);
         if (!answer) {
             continue;
         }
         if (attempt == 0) {
-            KeepOpen(socket.TakeBack());
+            socket.SetAnswered();
         }
         return *std::move(answer);
     }
     ZQ_THROW("CZQUdpConnection::SendCommand", ZQ_ERR_COM_TIMEOUT, "Tries=%zu", std::size(kTryEnds));
 }
 
-platform::UdpSocket CZQUdpConnection::OpenSocket() const {
-    platform::UdpSocket socket;
-    platform::SystemErrorCode error{};
-    platform::Ipv4SocketAddress local;
-    local.addressBe = m_camera.localBe;
-    if (!socket.Open(error) || (m_camera.IsBroadcast() && !socket.Bind(local, error))) {
-        ZQ_THROW("CZQUdpConnection::OpenSocket", ZQ_ERR_SOCKET_CREATE, "%s",
-                 FormatSystemError(error).c_str());
+void CZQUdpConnection::WaitForSends() noexcept {
+    const std::lock_guard lock(m_mutex);
+    for (platform::UdpSocket* const socket : m_underWay) {
+        Wake(*socket);
     }
-    if (m_camera.IsBroadcast() && !socket.EnableBroadcast(error)) {
-        ZQ_THROW("CZQUdpConnection::OpenSocket", ZQ_ERR_SOCKET_OPTION, "%s",
-                 FormatSystemError(error).c_str());
-    }
-    return socket;
 }
 
 void CZQUdpConnection::Send(platform::UdpSocket& socket, const std::string& request) {
@@ -91,13 +120,13 @@ void CZQUdpConnection::Send(platform::UdpSocket& socket, const std::string& requ
 }
 
 // Nothing when the deadline passes. Other datagrams than the answer are taken off the socket and ignored.
-std::optional<std::string> CZQUdpConnection::ReceiveUntil(platform::UdpSocket& socket,
+std::optional<std::string> CZQUdpConnection::ReceiveUntil(CZQCommandSocket& socket,
                                                           Clock::time_point deadline) const {
     for (auto left = deadline - Clock::now(); left > Clock::duration::zero();
          left = deadline - Clock::now()) {
         ThrowIfAborted();
         const auto waited =
-            socket.WaitReadable(std::min(std::chrono::ceil<std::chrono::microseconds>(left), kMaxWait));
+            socket.Get().WaitReadable(std::min(std::chrono::ceil<std::chrono::microseconds>(left), kMaxWait));
         if (waited == platform::WaitResult::kTimeout) {
             continue;
         }
@@ -105,28 +134,21 @@ std::optional<std::string> CZQUdpConnection::ReceiveUntil(platform::UdpSocket& s
             ZQ_THROW("CZQUdpConnection::ReceiveUntil", ZQ_ERR_COM_RECV, "%s",
                      FormatSystemError(platform::LastSystemError()).c_str());
         }
-        // None where the system has found it damaged since.
-        const auto size = socket.NextDatagramSize();
-        if (!size) {
-            continue;
-        }
         platform::Ipv4SocketAddress from;
-        const std::string datagram = Receive(socket, *size, from);
-        if (auto answer = AnswerIn(datagram, from)) {
+        platform::SystemErrorCode error{};
+        const auto size = socket.Get().ReceiveFrom(socket.Room(), from, error);
+        if (!size && socket.Get().NextDatagramSize()) {
+            ZQ_THROW("CZQUdpConnection::ReceiveUntil", ZQ_ERR_COM_RECV, "%s",
+                     FormatSystemError(error).c_str());
+        }
+        if (!size) {
+            continue;  // the system has found it damaged since
+        }
+        if (auto answer = AnswerIn({reinterpret_cast<const char*>(socket.Room().data()), *size}, from)) {
             return answer;
         }
     }
     return std::nullopt;
-}
-
-std::string CZQUdpConnection::Receive(platform::UdpSocket& socket, std::size_t size,
-                                      platform::Ipv4SocketAddress& from) const {
-    std::string datagram(size, '\0');
-    platform::SystemErrorCode error{};
-    if (!socket.ReceiveFrom(std::as_writable_bytes(std::span(datagram)), from, error)) {
-        ZQ_THROW("CZQUdpConnection::Receive", ZQ_ERR_COM_RECV, "%s", FormatSystemError(error).c_str());
-    }
-    return datagram;
 }
 
 // An answer comes from the camera's address, or, to a broadcast, begins with its hardware address.
@@ -141,13 +163,6 @@ std::optional<std::string> CZQUdpConnection::AnswerIn(std::string_view datagram,
         return std::nullopt;
     }
     return std::string(datagram.substr(kHardwareAddressLength + 1));
-}
-
-// A command that was answered at once needs no waiting for further answers; but its port is not free before
-// the next command has one of its own.
-void CZQUdpConnection::KeepOpen(platform::UdpSocket socket) {
-    const std::lock_guard lock(m_mutex);
-    m_latest = std::move(socket);
 }
 
 }  // namespace ZQAPI

@@ -5,8 +5,10 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "ZQCommandConnection.h"
+#include "ZQCommandSocket.h"
 #include "communication/ZQComWs2DllInit.h"
 #include "communication/ZQUdpCameraAddress.h"
 #include "platform/UdpSocket.h"
@@ -16,8 +18,8 @@ namespace ZQAPI {
 // Carries commands to one camera: one datagram "<hardware address>:<command>" each, answered by one datagram
 // "<hardware address>:<answer>\n". Commands don't wait for each other.
 //
-// Answers carry nothing that says which command they belong to. Each command therefore has a socket of its
-// own, with a port that no command had whose answer may still come.
+// Answers carry nothing that says which command they belong to. Each command therefore has a socket, and
+// with it a port, that no command to this camera had whose answer may still come.
 class CZQUdpConnection : public CZQCommandConnection {
 public:
     // Nothing is sent. ZQ_ERR_SOCKET_CREATE when the address's interface is not one of this machine's.
@@ -33,19 +35,18 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
-    void WaitForSends() noexcept override { const std::lock_guard lock(m_mutex); }
-    platform::UdpSocket OpenSocket() const;
+    class UnderWay;
+
+    void WaitForSends() noexcept override;
     void Send(platform::UdpSocket& socket, const std::string& request);
-    std::string Receive(platform::UdpSocket& socket, std::size_t size,
-                        platform::Ipv4SocketAddress& from) const;
-    std::optional<std::string> ReceiveUntil(platform::UdpSocket& socket, Clock::time_point deadline) const;
-    void KeepOpen(platform::UdpSocket socket);
+    std::optional<std::string> ReceiveUntil(CZQCommandSocket& socket, Clock::time_point deadline) const;
 
     const CZQComWs2DllInit m_socketLibrary;
     const CZQUdpCameraAddress m_camera;
     std::atomic<bool> m_isUnicast;  // once it has led nowhere, never again
-    std::mutex m_mutex;             // held while sending and for m_latest, never while waiting
-    platform::UdpSocket m_latest;   // of the command that ended last; see KeepOpen
+    const std::shared_ptr<CZQIdleSockets> m_idleSockets;
+    std::mutex m_mutex;  // held while sending, never while waiting, and for what follows
+    std::vector<platform::UdpSocket*> m_underWay;
 };
 
 }  // namespace ZQAPI

@@ -67,7 +67,8 @@ protected:
 private:
     static constexpr std::size_t kMaxAnswerLength = 1023;
 
-    // Until nobody is any more between ThrowIfAborted and the end of what he sends.
+    // Until nobody is any more between ThrowIfAborted and the end of what he sends. Whoever waits for an answer may be
+    // woken.
     virtual void WaitForSends() noexcept = 0;
 
     std::atomic<bool> m_aborted{false};

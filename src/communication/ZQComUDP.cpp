@@ -122,12 +122,15 @@ std::uint32_t CZQComUDP::Recv(void* buffer, std::uint32_t size, std::uint32_t ti
     const Clock::time_point deadline = Clock::now() + std::chrono::milliseconds(timeoutMs);
     std::uint32_t received = 0;
     while (returnOnFirstData ? received == 0 : received < size) {
-        const auto left = std::chrono::ceil<std::chrono::microseconds>(deadline - Clock::now());
-        if (m_socket.WaitReadable(std::clamp(left, std::chrono::microseconds::zero(), kMaxWait)) ==
-            platform::WaitResult::kFailed) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        auto pending = m_socket.NextDatagramSize();
+        if (!pending) {
+            const auto left = std::chrono::ceil<std::chrono::microseconds>(deadline - Clock::now());
+            if (m_socket.WaitReadable(std::clamp(left, std::chrono::microseconds::zero(), kMaxWait)) ==
+                platform::WaitResult::kFailed) {
+                std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            }
+            pending = m_socket.NextDatagramSize();
         }
-        const auto pending = m_socket.NextDatagramSize();
         if (pending) {
             if (returnOnFirstData && *pending > size) {
                 ZQ_THROW("CZQComUDP::Recv", ZQ_ERR_BUFFER_TOO_SMALL,

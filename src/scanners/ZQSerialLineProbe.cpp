@@ -74,8 +74,7 @@ bool IsCameraOn(const SSerialLineKind& kind, const CZQString& line) {
 }
 
 CZQDeviceInfo Identify(const SSerialLineKind& kind, const CZQString& line, std::uint32_t index) {
-    CZQTextCommandCamera camera;
-    camera.Open(kind.kit, kind.commandModule, line);
+    CZQTextCommandCamera camera(kind.kit.GetCcmPath() + kind.commandModule, line);
     CZQDeviceInfo device;
     camera.ReadRecord(device, line, [&] { kind.chooseIAM(device, line); });
     SetFinder(device, kind.names, std::to_string(index));

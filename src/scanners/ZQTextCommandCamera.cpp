@@ -4,6 +4,14 @@
 
 namespace ZQAPI {
 
+CZQTextCommandCamera::CZQTextCommandCamera(const CZQString& moduleFile, const CZQString& commandAddress) {
+    Open(moduleFile, commandAddress);
+}
+
+void CZQTextCommandCamera::Open(const CZQString& moduleFile, const CZQString& commandAddress) {
+    m_ccm.OpenCCM(moduleFile, "", commandAddress);
+}
+
 CZQString CZQTextCommandCamera::Ask(const char* command) {
     CZQString answer = m_ccm.SendCmd(command);
     m_lastAnswer = Clock::now();

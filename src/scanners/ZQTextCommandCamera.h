@@ -6,7 +6,6 @@
 
 #include "communication/ZQCCM.h"
 #include "devices/ZQDeviceInfo.h"
-#include "devices/ZQSdkPaths.h"
 
 namespace ZQAPI {
 
@@ -16,11 +15,11 @@ class CZQTextCommandCamera {
 public:
     using Clock = std::chrono::steady_clock;
 
-    // Opens the module file of the kit's module folder ("ZQCCMUdpAPI.dll") with the command address. Errors
-    // are CZQCCM's.
-    void Open(const CZQSdkPaths& kit, const char* moduleName, const CZQString& commandAddress) {
-        m_ccm.OpenCCM(kit.GetCcmPath() + moduleName, "", commandAddress);
-    }
+    CZQTextCommandCamera() = default;
+    CZQTextCommandCamera(const CZQString& moduleFile, const CZQString& commandAddress);
+
+    // Opens the command module of that path with the command address. Errors are CZQCCM's.
+    void Open(const CZQString& moduleFile, const CZQString& commandAddress);
 
     // Fills what the camera itself knows: DeviceTypeByName, DeviceID ("type:serial"), DeviceDesc and FirmwareVersion
     // from its answers, and the address given. `chooseIAM` sets IAM and IAMAddress as soon as the type is known.

@@ -14,6 +14,24 @@ namespace {
 
 constexpr SScannerNames kNames = ZQ_SCANNER_NAMES(ZQ_UDP, "CZQScanIFZqUDP");
 
+// Whether this machine may have lacked the means for the moment: a socket, memory, a free file handle for the
+// module or for the camera configuration file, which is then there all the same.
+bool IsForWantOfMeans(std::int32_t errorNumber, const CZQUdpKitFiles& kitFiles, const CZQString& deviceType) {
+    switch (errorNumber) {
+        case ZQ_ERR_SOCKET_CREATE:
+        case ZQ_ERR_OUT_OF_MEMORY:
+        case ZQ_ERR_LIBRARY_NOT_LOADED:
+            return true;
+        case ZQ_ERR_SEAL_READ:
+        case ZQ_ERR_SEAL_COMPUTE:
+        case ZQ_ERR_STREAM_OPEN:
+        case ZQ_ERR_INI_KEY_MISSING:
+            return kitFiles.HasConfigFileOf(deviceType);
+        default:
+            return false;
+    }
+}
+
 // The module reaches a camera in a foreign subnet only through the interface that heard it, by broadcast.
 CZQString CommandAddress(const SUdpDeviceConnInfo& camera) {
     if (camera.localAddress.IsEmpty()) {
@@ -40,13 +58,17 @@ CZQString ReadIam(const CZQString& path) {
 
 }  // namespace
 
-void CZQUdpImagePaths::Choose(CZQDeviceInfo& device, const CZQString& ipAddress) {
+void CZQUdpKitFiles::ChooseImagePath(CZQDeviceInfo& device, const CZQString& ipAddress) {
     const CZQString iam = IamOf(device.GetDeviceTypeByName());
     device.SetIAM(iam);
     device.SetIAMAddress(IsNetworkIam(iam) ? ipAddress : CZQCamConfigFile::GetDefaultAddress(iam));
 }
 
-CZQString CZQUdpImagePaths::IamOf(const CZQString& deviceType) {
+bool CZQUdpKitFiles::HasConfigFileOf(const CZQString& deviceType) const {
+    return CZQFile::Exists(m_kit.GetCameraConfigFile(deviceType));
+}
+
+CZQString CZQUdpKitFiles::IamOf(const CZQString& deviceType) {
     const std::lock_guard lock(m_mutex);
     const auto known = m_iams.find(deviceType.str());
     if (known != m_iams.end()) {
@@ -57,12 +79,9 @@ CZQString CZQUdpImagePaths::IamOf(const CZQString& deviceType) {
     return iam;
 }
 
-CZQUdpCamera::CZQUdpCamera(const CZQSdkPaths& kit, SUdpDeviceConnInfo answer,
-                           std::shared_ptr<CZQUdpImagePaths> imagePaths, IdentifiedCallback onIdentified)
-    : m_kit(kit),
-      m_answer(std::move(answer)),
-      m_imagePaths(std::move(imagePaths)),
-      m_onIdentified(std::move(onIdentified)) {}
+CZQUdpCamera::CZQUdpCamera(SUdpDeviceConnInfo answer, std::shared_ptr<CZQUdpKitFiles> kitFiles,
+                           IdentifiedCallback onIdentified)
+    : m_answer(std::move(answer)), m_kitFiles(std::move(kitFiles)), m_onIdentified(std::move(onIdentified)) {}
 
 CZQUdpCamera::EEnd CZQUdpCamera::Ask() noexcept {
     EEnd end = EEnd::kDone;
@@ -100,7 +119,7 @@ CZQUdpCamera::EEnd CZQUdpCamera::Identify(CZQTextCommandCamera& camera) {
         if (exception.GetErrorNumber() == ZQ_ERR_COM_ABORTED && IsAborted()) {
             return EEnd::kSilent;
         }
-        return Fail(IsForWantOfMeans(exception.GetErrorNumber(), device.GetDeviceTypeByName()));
+        return Fail(IsForWantOfMeans(exception.GetErrorNumber(), *m_kitFiles, device.GetDeviceTypeByName()));
     }
     {
         const std::lock_guard lock(m_mutex);
@@ -111,27 +130,10 @@ CZQUdpCamera::EEnd CZQUdpCamera::Identify(CZQTextCommandCamera& camera) {
 }
 
 void CZQUdpCamera::ReadDevice(CZQTextCommandCamera& camera, CZQDeviceInfo& device) {
-    camera.Open(m_kit, "ZQCCMUdpAPI.dll", CommandAddress(m_answer));
-    camera.ReadRecord(device, m_answer.ipAddress, [&] { m_imagePaths->Choose(device, m_answer.ipAddress); });
+    camera.Open(m_kitFiles->CommandModule(), CommandAddress(m_answer));
+    camera.ReadRecord(device, m_answer.ipAddress,
+                      [&] { m_kitFiles->ChooseImagePath(device, m_answer.ipAddress); });
     SetFinder(device, kNames, device.GetDeviceID());
-}
-
-// Whether this machine may have lacked the means for the moment: a socket, memory, a free file handle for the
-// module or for the camera configuration file, which is then there all the same.
-bool CZQUdpCamera::IsForWantOfMeans(std::int32_t errorNumber, const CZQString& deviceType) const {
-    switch (errorNumber) {
-        case ZQ_ERR_SOCKET_CREATE:
-        case ZQ_ERR_OUT_OF_MEMORY:
-        case ZQ_ERR_LIBRARY_NOT_LOADED:
-            return true;
-        case ZQ_ERR_SEAL_READ:
-        case ZQ_ERR_SEAL_COMPUTE:
-        case ZQ_ERR_STREAM_OPEN:
-        case ZQ_ERR_INI_KEY_MISSING:
-            return CZQFile::Exists(m_kit.GetCameraConfigFile(deviceType));
-        default:
-            return false;
-    }
 }
 
 // To be called while the exception is handled.

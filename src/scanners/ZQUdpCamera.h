@@ -9,27 +9,31 @@
 #include <string>
 
 #include "devices/ZQDeviceInfo.h"
+#include "devices/ZQSdkPaths.h"
 #include "scanners/ZQIdentificationWorkers.h"
 #include "scanners/ZQTextCommandCamera.h"
 #include "scanners/ZQUdpDiscovery.h"
 
 namespace ZQAPI {
 
-// How the images of each device type come, read once per type and search. Thread-safe.
-class CZQUdpImagePaths {
+// What the kit's files say to one search, looked up once. Thread-safe.
+class CZQUdpKitFiles {
 public:
-    explicit CZQUdpImagePaths(const CZQSdkPaths& kit) : m_kit(kit) {}
+    explicit CZQUdpKitFiles(const CZQSdkPaths& kit) : m_kit(kit) {}
 
+    const CZQString& CommandModule() const noexcept { return m_commandModule; }
+    bool HasConfigFileOf(const CZQString& deviceType) const;
     // Sets IAM and IAMAddress of a record whose device type is known; `ipAddress` where images come over the
     // network. Errors of the type's camera configuration file.
-    void Choose(CZQDeviceInfo& device, const CZQString& ipAddress);
+    void ChooseImagePath(CZQDeviceInfo& device, const CZQString& ipAddress);
 
 private:
     CZQString IamOf(const CZQString& deviceType);
 
     const CZQSdkPaths m_kit;
+    const CZQString m_commandModule = m_kit.GetCcmPath() + "ZQCCMUdpAPI.dll";
     std::mutex m_mutex;
-    std::map<std::string, CZQString> m_iams;
+    std::map<std::string, CZQString> m_iams;  // by device type
 };
 
 // A camera that was heard, and what it says of itself once it has been asked.
@@ -38,8 +42,8 @@ public:
     // Called on the thread that asked, at once.
     using IdentifiedCallback = std::function<void(const CZQDeviceInfo& device)>;
 
-    CZQUdpCamera(const CZQSdkPaths& kit, SUdpDeviceConnInfo answer,
-                 std::shared_ptr<CZQUdpImagePaths> imagePaths, IdentifiedCallback onIdentified);
+    CZQUdpCamera(SUdpDeviceConnInfo answer, std::shared_ptr<CZQUdpKitFiles> kitFiles,
+                 IdentifiedCallback onIdentified);
 
     EEnd Ask() noexcept override;
     void Abort(bool forGood) noexcept override;
@@ -58,13 +62,11 @@ private:
     Connection BeginAttempt();
     EEnd Identify(CZQTextCommandCamera& camera);
     void ReadDevice(CZQTextCommandCamera& camera, CZQDeviceInfo& device);
-    bool IsForWantOfMeans(std::int32_t errorNumber, const CZQString& deviceType) const;
     EEnd Fail(bool isForWantOfMeans) noexcept;
     bool IsAborted() const noexcept;
 
-    const CZQSdkPaths m_kit;
     const SUdpDeviceConnInfo m_answer;
-    const std::shared_ptr<CZQUdpImagePaths> m_imagePaths;
+    const std::shared_ptr<CZQUdpKitFiles> m_kitFiles;
     const IdentifiedCallback m_onIdentified;
 
     mutable std::mutex m_mutex;  // for what follows

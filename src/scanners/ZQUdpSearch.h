@@ -47,7 +47,7 @@ private:
     const SUdpDiscoverySettings m_settings;
     const Clock::time_point m_deadline;
     CZQString m_wantedId;
-    const std::shared_ptr<CZQUdpImagePaths> m_imagePaths = std::make_shared<CZQUdpImagePaths>(m_kit);
+    const std::shared_ptr<CZQUdpKitFiles> m_kitFiles = std::make_shared<CZQUdpKitFiles>(m_kit);
     CZQIdentificationRound m_round;
     std::exception_ptr m_failure;  // of the listening, written before it ends
 

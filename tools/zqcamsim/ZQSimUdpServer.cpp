@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <exception>
+#include <map>
+#include <numeric>
 #include <span>
 #include <utility>
 
@@ -140,13 +142,19 @@ bool CZQSimUdpServer::TryToBind(std::uint32_t address, platform::SystemErrorCode
 }
 
 void CZQSimUdpServer::CollectListeners() {
+    std::vector<std::size_t> all(m_stations.size());
+    std::iota(all.begin(), all.end(), std::size_t{0});
+    std::map<std::uint32_t, std::vector<std::size_t>> stationsAt;
+    for (const std::size_t i : all) {
+        stationsAt[m_stations[i].boundAddress].push_back(i);
+    }
     m_listeners.clear();
     for (const EPort port : {kDiscovery, kCommand}) {
-        m_listeners.push_back({&m_broadcast[port], port, kLimitedBroadcast});
+        m_listeners.push_back({&m_broadcast[port], port, all});
     }
     for (auto& [address, sockets] : m_endpoints) {
         for (const EPort port : {kDiscovery, kCommand}) {
-            m_listeners.push_back({&sockets[port], port, address});
+            m_listeners.push_back({&sockets[port], port, stationsAt[address]});
         }
     }
 
@@ -211,11 +219,8 @@ void CZQSimUdpServer::Receive(const Listener& listener) {
         if (listener.port == kDiscovery && command != kDiscoveryQuery) {
             continue;
         }
-        for (std::size_t i = 0; i < m_stations.size(); ++i) {
-            const Station& station = m_stations[i];
-            const bool hears =
-                listener.address == kLimitedBroadcast || listener.address == station.boundAddress;
-            if (hears && station.camera.IsAddressedBy(addressField)) {
+        for (const std::size_t i : listener.stations) {
+            if (m_stations[i].camera.IsAddressedBy(addressField)) {
                 Hear(i, listener.port, command, from);
             }
         }

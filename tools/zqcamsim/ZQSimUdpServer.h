@@ -79,7 +79,7 @@ private:
     struct Listener {  // one socket to wait for
         platform::UdpSocket* socket;
         EPort port;
-        std::uint32_t address;  // of the cameras that hear what arrives there; 255.255.255.255: of all
+        std::vector<std::size_t> stations;  // that hear what arrives there
     };
     struct Answer {
         std::size_t station;

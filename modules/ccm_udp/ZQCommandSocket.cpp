@@ -1,14 +1,16 @@
-#include "ZQSocketsAside.h"
+#include "ZQCommandSocket.h"
 
+#include <algorithm>
 #include <chrono>
-#include <list>
-#include <mutex>
+#include <new>
 #include <optional>
 #include <thread>
 #include <utility>
 
 #include "communication/ZQComWs2DllInit.h"
+#include "foundation/ZQException.h"
 #include "foundation/ZQNoDestructor.h"
+#include "foundation/ZQSystem.h"
 #include "platform/ModuleThread.h"
 #include "platform/Process.h"
 
@@ -19,6 +21,14 @@ namespace {
 constexpr std::chrono::seconds kLongestUnderWay{3};
 // Thousands of silent cameras are asked within that time.
 constexpr std::size_t kMaxSockets = 16;
+
+constexpr std::size_t kMaxIdleSockets = 8;
+constexpr std::size_t kMaxCamerasPerSocket = 32;
+
+// What its answers are told by.
+std::string KeyOf(const CZQUdpCameraAddress& camera) {
+    return camera.IsBroadcast() ? camera.hardwareAddress : std::to_string(camera.addressBe);
+}
 
 // Thread-safe. Holds nothing while no socket is aside: there is then nothing to give back when the module is
 // unloaded, which happens under the loader's lock, where the socket library must not be called.
@@ -90,12 +100,74 @@ void PutAside(platform::UdpSocket socket) {
 
 }  // namespace
 
+std::shared_ptr<CZQIdleSockets> CZQIdleSockets::Shared() {
+    static CZQNoDestructor<std::mutex> mutex;
+    static CZQNoDestructor<std::weak_ptr<CZQIdleSockets>> latest;
+    const std::lock_guard lock(mutex.Get());
+    auto shared = latest.Get().lock();
+    if (!shared) {
+        shared = std::make_shared<CZQIdleSockets>();
+        latest.Get() = shared;
+    }
+    return shared;
+}
+
+CZQIdleSockets::Socket CZQIdleSockets::TakeOrOpen(const CZQUdpCameraAddress& camera) {
+    {
+        const std::lock_guard lock(m_mutex);
+        const auto found = std::find_if(m_sockets.begin(), m_sockets.end(), [&](const Socket& socket) {
+            return socket.localBe == camera.localBe && socket.cameras.size() < kMaxCamerasPerSocket &&
+                   std::find(socket.cameras.begin(), socket.cameras.end(), KeyOf(camera)) ==
+                       socket.cameras.end();
+        });
+        if (found != m_sockets.end()) {
+            Socket socket = std::move(*found);
+            m_sockets.erase(found);
+            return socket;
+        }
+    }
+    return Open(camera);
+}
+
+CZQIdleSockets::Socket CZQIdleSockets::Open(const CZQUdpCameraAddress& camera) {
+    Socket socket{{}, camera.localBe, {}, std::make_unique_for_overwrite<std::byte[]>(Socket::kRoomSize)};
+    platform::SystemErrorCode error{};
+    platform::Ipv4SocketAddress local;
+    local.addressBe = camera.localBe;
+    if (!socket.udp.Open(error) || (camera.IsBroadcast() && !socket.udp.Bind(local, error))) {
+        ZQ_THROW("CZQIdleSockets::Open", ZQ_ERR_SOCKET_CREATE, "%s", FormatSystemError(error).c_str());
+    }
+    if (camera.IsBroadcast() && !socket.udp.EnableBroadcast(error)) {
+        ZQ_THROW("CZQIdleSockets::Open", ZQ_ERR_SOCKET_OPTION, "%s", FormatSystemError(error).c_str());
+    }
+    return socket;
+}
+
+void CZQIdleSockets::Add(Socket socket) noexcept {
+    std::list<Socket> closed;  // once the lock is released
+    const std::lock_guard lock(m_mutex);
+    try {
+        m_sockets.push_back(std::move(socket));
+    } catch (const std::bad_alloc&) {
+        return;
+    }
+    if (m_sockets.size() > kMaxIdleSockets) {
+        closed.splice(closed.end(), m_sockets, m_sockets.begin());
+    }
+}
+
+CZQCommandSocket::CZQCommandSocket(CZQIdleSockets& idle, const CZQUdpCameraAddress& camera)
+    : m_idle(idle), m_socket(idle.TakeOrOpen(camera)) {
+    m_socket.cameras.push_back(KeyOf(camera));
+}
+
 CZQCommandSocket::~CZQCommandSocket() {
-    if (!m_socket.IsOpen()) {
+    if (m_isAnswered) {
+        m_idle.Add(std::move(m_socket));
         return;
     }
     try {
-        PutAside(std::move(m_socket));
+        PutAside(std::move(m_socket.udp));
     } catch (...) {
         platform::WriteDebugOutput("ZQSDK: !! a socket of the UDP command module could not be put aside");
     }
