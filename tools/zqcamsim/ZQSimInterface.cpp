@@ -31,8 +31,10 @@ std::string CZQSimInterface::Complaint(const std::string& name) {
     if (!harmless || name.empty() || name.starts_with('-') || name.starts_with('.')) {
         return "'" + name + "' is no name of a network interface";
     }
-    return platform::PathExists("/sys/class/net/" + name) ? std::string()
-                                                          : "there is no network interface '" + name + "'";
+    // Not /sys: that may show another network namespace's.
+    return platform::PathExists("/proc/sys/net/ipv4/conf/" + name)
+               ? std::string()
+               : "there is no network interface '" + name + "'";
 }
 
 CZQSimInterface::CZQSimInterface(std::string name) : m_name(std::move(name)) {
