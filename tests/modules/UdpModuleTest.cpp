@@ -1,4 +1,6 @@
 // What is special to the UDP command module: its addresses, and answers that are not as they should be.
+#include <gmock/gmock.h>
+
 #include <chrono>
 #include <future>
 #include <string>
@@ -49,7 +51,9 @@ TEST(UdpModule, CopesWithFaults) {
             const Connection connection(module, test.broadcast ? cameras.Broadcast(i) : cameras.Address(i));
             EXPECT_EQ(connection.Ask("SYST:SERN?\n"),
                       test.reply == own ? Reply(ZQ_OK, serial + "\n") : test.reply);
-            EXPECT_EQ(cameras.server.GetCounts(i).commands, test.tries);
+            // One more where this thread was kept waiting for an answer that was there.
+            EXPECT_THAT(cameras.server.GetCounts(i).commands,
+                        testing::AllOf(testing::Ge(test.tries), testing::Le(test.tries + 1)));
             // Answers to the repetitions of the one in the seventh try are still to come.
             cameras.server.SetFaults(i, {});
             ExpectOwnAnswers(connection, test.tries == 7 ? 1500ms : 0ms);
