@@ -98,18 +98,36 @@ void PutAside(platform::UdpSocket socket) {
     }
 }
 
+struct SharedIdleSockets {
+    std::mutex mutex;
+    std::weak_ptr<CZQIdleSockets> sockets;
+};
+
+SharedIdleSockets& GetSharedIdleSockets() {
+    static CZQNoDestructor<SharedIdleSockets> shared;
+    return shared.Get();
+}
+
 }  // namespace
 
 std::shared_ptr<CZQIdleSockets> CZQIdleSockets::Shared() {
-    static CZQNoDestructor<std::mutex> mutex;
-    static CZQNoDestructor<std::weak_ptr<CZQIdleSockets>> latest;
-    const std::lock_guard lock(mutex.Get());
-    auto shared = latest.Get().lock();
-    if (!shared) {
-        shared = std::make_shared<CZQIdleSockets>();
-        latest.Get() = shared;
+    SharedIdleSockets& shared = GetSharedIdleSockets();
+    const std::lock_guard lock(shared.mutex);
+    auto sockets = shared.sockets.lock();
+    if (!sockets) {
+        sockets = std::make_shared<CZQIdleSockets>();
+        shared.sockets = sockets;
     }
-    return shared;
+    return sockets;
+}
+
+// Nothing of it stays behind when the module is unloaded.
+CZQIdleSockets::~CZQIdleSockets() {
+    SharedIdleSockets& shared = GetSharedIdleSockets();
+    const std::lock_guard lock(shared.mutex);
+    if (shared.sockets.expired()) {
+        shared.sockets.reset();
+    }
 }
 
 CZQIdleSockets::Socket CZQIdleSockets::TakeOrOpen(const CZQUdpCameraAddress& camera) {

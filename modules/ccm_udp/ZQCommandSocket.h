@@ -26,6 +26,11 @@ public:
         static constexpr std::size_t kRoomSize = 0x10000;  // hardly ever touched beyond its first page
     };
 
+    CZQIdleSockets() = default;
+    ~CZQIdleSockets();
+    CZQIdleSockets(const CZQIdleSockets&) = delete;
+    CZQIdleSockets& operator=(const CZQIdleSockets&) = delete;
+
     // Of the connections that are open now.
     static std::shared_ptr<CZQIdleSockets> Shared();
 

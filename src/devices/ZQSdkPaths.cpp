@@ -102,7 +102,8 @@ CZQSharedSlot<const SConfigFolders>& OwnConfigFolders() {
 
 }  // namespace
 
-CZQSdkPaths::CZQSdkPaths(CZQString binPath) : m_binPath(binPath), m_config(FindConfigFolders(binPath)) {}
+CZQSdkPaths::CZQSdkPaths(const CZQString& binPath)
+    : m_binPath(binPath), m_config(FindConfigFolders(binPath)) {}
 
 void CZQSdkPaths::ForgetOwnKit() {
     OwnConfigFolders().Exchange(nullptr);

@@ -28,7 +28,7 @@ public:
     static void ForgetOwnKit();
 
     // The kit at a bin path as MakeBinPath gives it. Reads environment and marker file once, now.
-    explicit CZQSdkPaths(CZQString binPath);
+    explicit CZQSdkPaths(const CZQString& binPath);
 
     // The bin path of a library file: the folder of its kit.
     static CZQString MakeBinPath(const CZQString& libraryFile) { return KitFolderOf(libraryFile); }

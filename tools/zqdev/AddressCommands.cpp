@@ -79,7 +79,7 @@ Sighting CheckAndConfirm(Session& session, const SetIpOptions& options, const ZQ
     const std::string mask = MaskOf(session, options.address);
     // Before anything is sent to a camera: afterwards it would be too late to find that echo requests are not allowed.
     const bool isTaken = !options.noPing && Answers(session, options.address);
-    const Sighting sighting = FindNow(session, saved);
+    Sighting sighting = FindNow(session, saved);
     const std::string former(device::Text(sighting.camera.UsedAddress));
     if (former == options.address) {
         throw Failure("'" + id + "' has the address " + former + " already");

@@ -197,8 +197,9 @@ ExitStatus SealFiles(Session& session, const SealOptions& options) {
     for (const std::string& file : options.files) {
         if (const std::string reason = NoIniTextReason(file); !reason.empty()) {
             session.Show(json, text);
-            throw Failure("not sealed: " + file + " is no INI text (" + reason +
-                          "); give a configuration file of the kit");
+            std::string line = "not sealed: " + file;
+            line += " is no INI text (" + reason + "); give a configuration file of the kit";
+            throw Failure(line);
         }
         try {
             const std::uint32_t checksum = Seal(file);

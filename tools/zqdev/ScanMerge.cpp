@@ -46,7 +46,8 @@ std::vector<std::string> LostNames(const std::vector<ZQDEVICEINFO>& saved,
         const std::string id(device::Text(device.DeviceID));
         const ZQDEVICEINFO* const now = FindById(found, id);
         if (IsGivenName(name) && (now == nullptr || device::Text(now->Name) != name)) {
-            lost.push_back("'" + name + "' of " + id);
+            std::string what = "'" + name;
+            lost.push_back(what.append("' of ").append(id));
         }
     }
     return lost;

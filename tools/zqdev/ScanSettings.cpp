@@ -133,10 +133,9 @@ std::string NearestTo(const std::vector<SettingPlace>& places, const std::string
 }
 
 std::string Keys(const std::vector<SettingPlace>& places) {
-    std::vector<std::string> keys;
-    for (const SettingPlace& place : places) {
-        keys.push_back(place.ShortKey());
-    }
+    std::vector<std::string> keys(places.size());
+    std::transform(places.begin(), places.end(), keys.begin(),
+                   [](const SettingPlace& place) { return place.ShortKey(); });
     return Enumerate(keys);
 }
 
