@@ -31,10 +31,6 @@ constexpr std::size_t kLastLevel = kSlices.size();
 constexpr milliseconds kTimePerLevel{5000};
 constexpr int kShortestSlice = 5;
 
-// So many threads cost little. More are worth their while where each finds several cameras to ask.
-constexpr std::size_t kUsualThreads = 64;
-constexpr std::size_t kWaitingPerThread = 4;
-
 constexpr milliseconds kIdleTime{1000};
 // Between two attempts to have a further thread.
 constexpr milliseconds kStartPause{100};
@@ -287,9 +283,7 @@ private:
     // One at a time: each that has started and finds more to do starts the next, so that whoever adds cameras
     // is not held up.
     void StartThread(Lock& lock) {
-        const std::size_t wanted = std::max(kUsualThreads, m_nofWaiting / kWaitingPerThread);
-        if (m_nofStarting > 0 || m_nofThreads >= std::min<std::size_t>(m_limit, wanted) ||
-            Clock::now() < m_nextStart) {
+        if (m_nofStarting > 0 || m_nofThreads >= m_limit || Clock::now() < m_nextStart) {
             return;
         }
         ++m_nofThreads;

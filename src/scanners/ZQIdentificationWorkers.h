@@ -41,7 +41,7 @@ public:
     using Clock = CZQIdentificationTask::Clock;
 
     // Threads of the process that ask at the same time, at most; fewer where the system gives fewer.
-    static constexpr unsigned kMaxThreads = 256;
+    static constexpr unsigned kMaxThreads = 64;
 
     CZQIdentificationRound();
     CZQIdentificationRound(const CZQIdentificationRound&) = delete;
