@@ -45,9 +45,18 @@ bool Answers(Session& session, const std::string& address) {
     return answers;
 }
 
+// As LookFor; its failures are told with what holds at this point.
+std::optional<Sighting> LookAt(Session& session, const ZQDEVICEINFO& saved, const std::string& soFar) {
+    try {
+        return LookFor(session, saved);
+    } catch (const Failure& failure) {
+        throw Failure(soFar + failure.what(), failure.Status());
+    }
+}
+
 // The camera as it is now. Throws Failure when it is not there.
 Sighting FindNow(Session& session, const ZQDEVICEINFO& saved) {
-    const auto sighting = LookFor(session, saved);
+    const auto sighting = LookAt(session, saved, "nothing was changed: ");
     if (!sighting) {
         std::error_code gone = device::MakeErrorCode(ZQ_ERR_DEVICE_NOT_FOUND);
         session.Check(gone,
@@ -124,7 +133,9 @@ ExitStatus SetIp(Session& session, const SetIpOptions& options) {
     // A camera may move before its answer is out: what counts is where it is afterwards.
     std::error_code changeError;
     Change(session, before, options.address, changeError);
-    const auto after = LookFor(session, saved);
+    const auto after =
+        LookAt(session, saved,
+               "the camera was told its new address" + Because(changeError) + ", and nothing was saved: ");
     if (!after) {
         throw Failure("'" + id + "' is not heard any more" + Because(changeError) +
                           "; nothing was saved. Switch it off and on, then \"" +

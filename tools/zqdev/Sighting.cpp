@@ -20,7 +20,7 @@ struct Heard {
 };
 
 [[noreturn]] void Refuse(const std::string& why) {
-    throw Failure("nothing was changed: " + why);
+    throw Failure(why);
 }
 
 // What the scan hears is in its debug output alone.
@@ -90,10 +90,10 @@ std::optional<Sighting> LookOnNetwork(Session& session, const ZQDEVICEINFO& save
     device::Library& library = session.GetLibrary();
     std::error_code error;
     const Heard heard = ScanNetwork(session, id, error);
-    session.Check(error, "nothing was changed: can't look for '" + id + "'", Subject::kOneScanner);
+    session.Check(error, "can't look for '" + id + "'", Subject::kOneScanner);
     const std::vector<ZQDEVICEINFO> found = library.Devices();
     library.Load(error);  // the scan has replaced the list
-    session.Check(error, "nothing was changed: can't load the device list", Subject::kLoading);
+    session.Check(error, "can't load the device list", Subject::kLoading);
 
     const ZQDEVICEINFO* const now = FindById(found, id);
     const auto camera = std::find_if(heard.cameras.begin(), heard.cameras.end(),
@@ -137,7 +137,7 @@ std::optional<Sighting> LookFor(Session& session, const ZQDEVICEINFO& saved) {
     if (error == ZQ_ERR_DEVICE_NOT_FOUND) {
         return std::nullopt;
     }
-    session.Check(error, "nothing was changed: can't look for '" + id + "'", Subject::kRescan);
+    session.Check(error, "can't look for '" + id + "'", Subject::kRescan);
     return sighting;
 }
 
