@@ -13,10 +13,10 @@ function(zq_embed_file target name file)
 
 namespace ZQAPI::embedded {
 
-static const char kBytes[] =
+static const char ${name}Bytes[] =
 ${bytes};
 extern const std::string_view ${name};
-const std::string_view ${name}(kBytes, sizeof kBytes - 1);
+const std::string_view ${name}(${name}Bytes, sizeof ${name}Bytes - 1);
 
 }  // namespace ZQAPI::embedded
 ")

@@ -17,7 +17,7 @@ constexpr char kNak = 0x15;
 
 constexpr int kMaxAttempts = 3;
 constexpr std::uint32_t kPurgeTimeoutMs = 200;
-constexpr std::uint32_t kWriteTimeoutMs = 0xFFFFFFFF;
+constexpr std::uint32_t kNoTimeout = 0xFFFFFFFF;
 constexpr std::uint32_t kAnswerTimeoutMs = 300;
 
 constexpr std::uint32_t kQuietTimeMs = 500;
@@ -113,7 +113,7 @@ void CZQAdimecSerialProtocol::WaitUntilQuiet() {
 
 void CZQAdimecSerialProtocol::SendTelegram(const std::vector<std::uint8_t>& telegram) {
     const auto size = static_cast<std::uint32_t>(telegram.size());
-    if (m_port.Write(telegram.data(), size, kWriteTimeoutMs) < size) {
+    if (m_port.Write(telegram.data(), size, kNoTimeout) < size) {
         ZQ_THROW("CZQAdimecSerialProtocol::SendTelegram", ZQ_ERR_COM_SEND);
     }
 }

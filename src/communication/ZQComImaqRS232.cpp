@@ -12,7 +12,7 @@ namespace {
 constexpr std::uint32_t kWriteTimeoutMs = 1000;
 
 // An abort is noticed within this time.
-constexpr std::chrono::milliseconds kMaxWait{100};
+constexpr std::chrono::milliseconds kMaxReadWait{100};
 
 }  // namespace
 
@@ -59,7 +59,7 @@ bool CZQComImaqRS232::Write(std::span<const std::byte> data, CZQString& reason) 
 
 std::optional<std::size_t> CZQComImaqRS232::Read(std::span<std::byte> room, std::chrono::milliseconds maxWait,
                                                  CZQString& reason) {
-    const auto wait = static_cast<std::uint32_t>(std::min(maxWait, kMaxWait).count());
+    const auto wait = static_cast<std::uint32_t>(std::min(maxWait, kMaxReadWait).count());
     const CZQImaqLibrary::Status status =
         m_library->ReadByte(m_session, reinterpret_cast<char&>(room.front()), wait);
     if (CZQImaqLibrary::IsReadTimeout(status)) {

@@ -17,7 +17,7 @@ using Clock = std::chrono::steady_clock;
 constexpr std::uint32_t kBroadcastBe = 0xFFFFFFFF;
 
 // An abort is noticed within this time.
-constexpr std::chrono::microseconds kMaxWait = std::chrono::milliseconds(100);
+constexpr std::chrono::microseconds kMaxSingleWait = std::chrono::milliseconds(100);
 
 constexpr std::chrono::milliseconds kClockStep{1};
 
@@ -125,7 +125,7 @@ std::uint32_t CZQComUDP::Recv(void* buffer, std::uint32_t size, std::uint32_t ti
         auto pending = m_socket.NextDatagramSize();
         if (!pending) {
             const auto left = std::chrono::ceil<std::chrono::microseconds>(deadline - Clock::now());
-            if (m_socket.WaitReadable(std::clamp(left, std::chrono::microseconds::zero(), kMaxWait)) ==
+            if (m_socket.WaitReadable(std::clamp(left, std::chrono::microseconds::zero(), kMaxSingleWait)) ==
                 platform::WaitResult::kFailed) {
                 std::this_thread::sleep_for(std::chrono::milliseconds(1));
             }

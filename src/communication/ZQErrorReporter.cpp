@@ -8,7 +8,7 @@ namespace ZQAPI {
 
 namespace {
 
-CZQSharedSlot<CZQIErrorReporter>& Slot() {
+CZQSharedSlot<CZQIErrorReporter>& ReporterSlot() {
     static CZQNoDestructor<CZQSharedSlot<CZQIErrorReporter>> slot;
     return slot.Get();
 }
@@ -16,12 +16,12 @@ CZQSharedSlot<CZQIErrorReporter>& Slot() {
 }  // namespace
 
 void SetErrorReporter(std::shared_ptr<CZQIErrorReporter> reporter) {
-    Slot().Exchange(std::move(reporter));
+    ReporterSlot().Exchange(std::move(reporter));
 }
 
 void ReportError(const CZQException& exception) noexcept {
     try {
-        if (const auto reporter = Slot().Get()) {
+        if (const auto reporter = ReporterSlot().Get()) {
             reporter->Report(exception);
         } else {
             DebugOutput("%s", exception.ToStringWithCauses().c_str());

@@ -10,8 +10,6 @@ namespace ZQAPI {
 
 namespace {
 
-constexpr std::uint32_t kNoAddressYet = 0;
-
 std::uint32_t AddressIn(std::string_view text, const CZQString& whole) {
     const auto address = ParseIpv4(text);
     if (!address) {

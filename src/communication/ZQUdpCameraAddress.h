@@ -30,6 +30,9 @@ struct CZQUdpCameraAddress {
     bool isInSubnet = false;      // the interface's own subnet leads to it
 };
 
+// The address of a camera that has not been given one.
+inline constexpr std::uint32_t kNoAddressYet = 0;
+
 // Length of a hardware address in requests and answers.
 inline constexpr std::size_t kHardwareAddressLength = 12;
 

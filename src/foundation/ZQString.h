@@ -16,6 +16,11 @@
 
 namespace ZQAPI {
 
+// Whatever the locale.
+constexpr char LowerAscii(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
 // The library's 8-bit text: any bytes, ended by a NUL for C. A value.
 class CZQString {
 public:

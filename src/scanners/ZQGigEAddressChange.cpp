@@ -7,7 +7,7 @@ namespace ZQAPI {
 
 namespace {
 
-constexpr const char* kMethod = "CZQDeviceAPI::ChangeDeviceNetAddrZQGigE";
+constexpr const char* kGigEMethod = "CZQDeviceAPI::ChangeDeviceNetAddrZQGigE";
 
 // Other makers' cameras are among them, of which nothing is known to hold.
 bool IsDevice(const CZQGigECamera& camera, std::uint32_t index, const CZQString& deviceId) {
@@ -15,8 +15,8 @@ bool IsDevice(const CZQGigECamera& camera, std::uint32_t index, const CZQString&
         const CZQString serialNumber = camera.GetSerialNumber();
         return !serialNumber.IsEmpty() && camera.GetModelName() + ":" + serialNumber == deviceId;
     } catch (...) {
-        CZQException failure = CaughtWithCamera(ZQ_HERE(kMethod), index);
-        ReportRecovered(failure, ZQ_HERE(kMethod));
+        CZQException failure = CaughtWithCamera(ZQ_HERE(kGigEMethod), index);
+        ReportRecovered(failure, ZQ_HERE(kGigEMethod));
         return false;
     }
 }
@@ -39,18 +39,18 @@ void ChangeGigEAddress(const std::function<std::shared_ptr<const CZQGigE>()>& ge
                        const CZQString& subnetMask) {
     const auto change = [getLibrary, device, newAddress, subnetMask](const IsAwaited& isAwaited) {
         const auto library = getLibrary();
-        library->CheckDriver(ZQ_HERE(kMethod));
+        library->CheckDriver(ZQ_HERE(kGigEMethod));
         for (const std::int32_t kind : {ZQGIGE_KIND_SOCKET, ZQGIGE_KIND_FILTER}) {
-            const CZQGigECameras cameras(*library, kind, ZQ_HERE(kMethod));
+            const CZQGigECameras cameras(*library, kind, ZQ_HERE(kGigEMethod));
             const auto camera = FindDevice(cameras, device.GetDeviceID());
             if (camera) {
                 if (isAwaited()) {
-                    camera->ChangeAddress(newAddress, subnetMask, ZQ_HERE(kMethod));
+                    camera->ChangeAddress(newAddress, subnetMask, ZQ_HERE(kGigEMethod));
                 }
                 return;
             }
         }
-        throw DeviceGone(ZQ_HERE(kMethod), device);
+        throw DeviceGone(ZQ_HERE(kGigEMethod), device);
     };
     UseVendorLibrary(ZQDEV_SCANNER_NAME_ZQ_GIGE, CZQVendorGuard::kMaxWaitMs, change);
 }

@@ -6,17 +6,17 @@ namespace ZQAPI {
 
 namespace {
 
-constexpr SScannerNames kNames = ZQ_SCANNER_NAMES(ZQ_IMAQ_RS232, "CZQScanIFZqImaqRS232");
+constexpr SScannerNames kImaqNames = ZQ_SCANNER_NAMES(ZQ_IMAQ_RS232, "CZQScanIFZqImaqRS232");
 
-struct Settings {
+struct ImaqSettings {
     CZQString cameraFile;
     std::uint32_t commandTimeoutMs = 500;
 };
 
-constexpr SSettingRow kSettings[] = {
-    Setting<&Settings::cameraFile>("CameraFile",
-                                   "the camera file that the grabbers are set up with, for the record"),
-    Setting<&Settings::commandTimeoutMs>("CommandTimeoutMs", "time for each byte of an answer in ms"),
+constexpr SSettingRow kImaqSettings[] = {
+    Setting<&ImaqSettings::cameraFile>("CameraFile",
+                                       "the camera file that the grabbers are set up with, for the record"),
+    Setting<&ImaqSettings::commandTimeoutMs>("CommandTimeoutMs", "time for each byte of an answer in ms"),
 };
 
 std::unique_ptr<CZQComBase> OpenInterface(const CZQSdkPaths& kit, const CZQString& name,
@@ -27,14 +27,14 @@ std::unique_ptr<CZQComBase> OpenInterface(const CZQSdkPaths& kit, const CZQStrin
 }
 
 void ChooseIAM(CZQDeviceInfo& device, const CZQString& line) {
-    device.SetIAM(kNames.iam);
+    device.SetIAM(kImaqNames.iam);
     device.SetIAMAddress(line);
 }
 
 // One line at a time: what the library does when several threads use it is not known.
-SSerialLineKind MakeKind(const CZQSdkPaths& kit, const CZQString& section) {
-    const auto settings = ReadSettings<Settings>(kit.GetApiIniPath(), section, kSettings);
-    return {.names = kNames,
+SSerialLineKind MakeImaqKind(const CZQSdkPaths& kit, const CZQString& section) {
+    const auto settings = ReadSettings<ImaqSettings>(kit.GetApiIniPath(), section, kImaqSettings);
+    return {.names = kImaqNames,
             .kit = kit,
             .commandModule = "ZQCCMImaqRs232API.dll",
             .byteTimeoutMs = settings.commandTimeoutMs,
@@ -48,10 +48,10 @@ SSerialLineKind MakeKind(const CZQSdkPaths& kit, const CZQString& section) {
 }  // namespace
 
 CZQScanIFZqImaqRS232::CZQScanIFZqImaqRS232(const CZQSdkPaths& kit, const CZQString& section)
-    : CZQSerialLineScanner(MakeKind(kit, section)) {}
+    : CZQSerialLineScanner(MakeImaqKind(kit, section)) {}
 
 std::span<const SSettingRow> CZQScanIFZqImaqRS232::GetSettings() {
-    return kSettings;
+    return kImaqSettings;
 }
 
 }  // namespace ZQAPI

@@ -9,15 +9,15 @@ namespace ZQAPI {
 
 namespace {
 
-constexpr SScannerNames kNames = ZQ_SCANNER_NAMES(ZQ_RS232, "CZQScanIFZqRS232");
+constexpr SScannerNames kRS232Names = ZQ_SCANNER_NAMES(ZQ_RS232, "CZQScanIFZqRS232");
 
-struct Settings {
+struct RS232Settings {
     CZQStringArray ports;  // by number
 };
 
 // CZQComRS232Config reads the line's own settings.
-constexpr SSettingRow kSettings[] = {
-    Setting<&Settings::ports>(
+constexpr SSettingRow kRS232Settings[] = {
+    Setting<&RS232Settings::ports>(
         "ScanCOMPorts", "numbers of the ports to try, separated by `;`; what is no number is passed over"),
     {"COMPort", "a number; the scan sets its own", SettingKind::kNumber, {.minimum = 1}},
     {"Baudrate", "bits a second", SettingKind::kNumber, {.minimum = 1}},
@@ -47,11 +47,11 @@ void ChooseIAM(const CZQSdkPaths& kit, CZQDeviceInfo& device) {
     device.SetIAMAddress(CZQCamConfigFile::GetDefaultAddress(device.GetIAM()));
 }
 
-SSerialLineKind MakeKind(const CZQSdkPaths& kit, const CZQString& section) {
+SSerialLineKind MakeRS232Kind(const CZQSdkPaths& kit, const CZQString& section) {
     const CZQString apiIniPath = kit.GetApiIniPath();
-    const auto settings = ReadSettings<Settings>(apiIniPath, section, kSettings);
+    const auto settings = ReadSettings<RS232Settings>(apiIniPath, section, kRS232Settings);
     const CZQComRS232Config config(apiIniPath, section);
-    return {.names = kNames,
+    return {.names = kRS232Names,
             .kit = kit,
             .commandModule = "ZQCCMRs232API.dll",
             .byteTimeoutMs = 500,
@@ -64,10 +64,10 @@ SSerialLineKind MakeKind(const CZQSdkPaths& kit, const CZQString& section) {
 }  // namespace
 
 CZQScanIFZqRS232::CZQScanIFZqRS232(const CZQSdkPaths& kit, const CZQString& section)
-    : CZQSerialLineScanner(MakeKind(kit, section)) {}
+    : CZQSerialLineScanner(MakeRS232Kind(kit, section)) {}
 
 std::span<const SSettingRow> CZQScanIFZqRS232::GetSettings() {
-    return kSettings;
+    return kRS232Settings;
 }
 
 }  // namespace ZQAPI

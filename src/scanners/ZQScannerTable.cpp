@@ -109,7 +109,7 @@ constexpr bool IsComplete() {
 }
 static_assert(std::size(kRows) == ZQDEV_NOF_SCANNERS && IsComplete());
 
-constexpr const char* kNames[] = {
+constexpr const char* kNamesOfAll[] = {
 #define ZQ_SCANNER_ROW(scanner, number, cppName, ccm, iam) ZQDEV_SCANNER_NAME_##scanner,
     ZQDEV_SCANNER_TABLE(ZQ_SCANNER_ROW)
 #undef ZQ_SCANNER_ROW
@@ -119,7 +119,7 @@ constexpr SSettingRow kSettingsOfAll[] = {
     {kActiveScanners,
      "names of the scanners of `ZQDEV_ScanForDevices`, separated by `;`",
      SettingKind::kList,
-     {.words = kNames}},
+     {.words = kNamesOfAll}},
 };
 
 CZQString SectionOf(const CZQString& name) {

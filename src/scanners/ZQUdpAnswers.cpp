@@ -13,8 +13,6 @@ namespace ZQAPI {
 
 namespace {
 
-constexpr std::uint32_t kNoAddressYet = 0;
-
 // Why no command may be sent to the address; null when one may.
 const char* WhyNotReachable(std::uint32_t address, const SUdpDatagram& datagram) {
     if (address == kNoAddressYet) {

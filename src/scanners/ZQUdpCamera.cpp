@@ -12,7 +12,7 @@ namespace ZQAPI {
 
 namespace {
 
-constexpr SScannerNames kNames = ZQ_SCANNER_NAMES(ZQ_UDP, "CZQScanIFZqUDP");
+constexpr SScannerNames kUdpNames = ZQ_SCANNER_NAMES(ZQ_UDP, "CZQScanIFZqUDP");
 
 // Whether this machine may have lacked the means for the moment: a socket, memory, a free file handle for the
 // module or for the camera configuration file, which is then there all the same.
@@ -133,7 +133,7 @@ void CZQUdpCamera::ReadDevice(CZQTextCommandCamera& camera, CZQDeviceInfo& devic
     camera.Open(m_kitFiles->CommandModule(), CommandAddress(m_answer));
     camera.ReadRecord(device, m_answer.ipAddress,
                       [&] { m_kitFiles->ChooseImagePath(device, m_answer.ipAddress); });
-    SetFinder(device, kNames, device.GetDeviceID());
+    SetFinder(device, kUdpNames, device.GetDeviceID());
 }
 
 // To be called while the exception is handled.

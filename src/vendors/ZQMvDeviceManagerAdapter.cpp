@@ -16,8 +16,8 @@ constexpr std::int32_t kBufferTooSmall = -2123;
 // their records have another size: the library is asked for it.
 constexpr std::size_t kSerialNumber = 0;
 constexpr std::size_t kProduct = 76;
-constexpr std::size_t kTextSize = 38;
-constexpr std::size_t kMinInfoSize = kProduct + kTextSize;
+constexpr std::size_t kInfoTextSize = 38;
+constexpr std::size_t kMinInfoSize = kProduct + kInfoTextSize;
 constexpr std::size_t kMaxInfoSize = 4096;
 
 }  // namespace
@@ -49,8 +49,8 @@ SMvDeviceManagerCamera CZQMvDeviceManager::GetCamera(std::uint32_t index) {
     CZQForeignRecord info(kMaxInfoSize);
     Call(ZQ_HERE("CZQMvDeviceManager::GetCamera"), m_getDeviceInfoEx, device, kDeviceInfo, info.GetData(),
          &size);
-    return {FieldText(info.GetField(kProduct, kTextSize)),
-            FieldText(info.GetField(kSerialNumber, kTextSize))};
+    return {FieldText(info.GetField(kProduct, kInfoTextSize)),
+            FieldText(info.GetField(kSerialNumber, kInfoTextSize))};
 }
 
 std::size_t CZQMvDeviceManager::GetInfoSize(std::int32_t device) {

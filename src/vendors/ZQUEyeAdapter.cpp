@@ -9,9 +9,9 @@ namespace {
 constexpr std::size_t kCount = 0;
 constexpr std::size_t kCameras = 4;
 constexpr std::size_t kCameraSize = 112;
-constexpr std::size_t kSerialNumber = 16;
-constexpr std::size_t kModel = 32;
-constexpr std::size_t kTextSize = 16;
+constexpr std::size_t kCameraSerialNumber = 16;
+constexpr std::size_t kCameraModel = 32;
+constexpr std::size_t kCameraTextSize = 16;
 constexpr std::size_t kSpareRoom = 4096;
 
 // How often the list is read while cameras are being added.
@@ -56,8 +56,8 @@ SUEyeCamera CZQUEye::GetCamera(std::uint32_t index) {
         ZQ_THROW("CZQUEye::GetCamera", ZQ_ERR_BAD_INDEX, "Index=%lu", static_cast<unsigned long>(index));
     }
     const std::size_t camera = kCameras + index * kCameraSize;
-    return {FieldText(m_list.GetField(camera + kModel, kTextSize)),
-            FieldText(m_list.GetField(camera + kSerialNumber, kTextSize))};
+    return {FieldText(m_list.GetField(camera + kCameraModel, kCameraTextSize)),
+            FieldText(m_list.GetField(camera + kCameraSerialNumber, kCameraTextSize))};
 }
 
 }  // namespace ZQAPI

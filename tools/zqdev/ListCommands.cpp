@@ -14,7 +14,7 @@ ExitStatus List(Session& session) {
     return ExitStatus::kDone;
 }
 
-ExitStatus Show(Session& session, const ShowOptions& options) {
+ExitStatus ShowDevice(Session& session, const ShowOptions& options) {
     const ZQDEVICEINFO device = session.GetDevice(options.id);
     session.Show(ToJson(device), ToText(device));
     return ExitStatus::kDone;
@@ -26,7 +26,7 @@ void AddListCommands(Command& app, Session& session) {
     AddCommand(app, session, "list", "Show the devices in the saved list", List);
     AddCommand<ShowOptions>(
         app, session, "show", "Show one device in full",
-        [](Command& command, ShowOptions& options) { DeclareDevice(command, options.id); }, Show);
+        [](Command& command, ShowOptions& options) { DeclareDevice(command, options.id); }, ShowDevice);
 }
 
 }  // namespace ZQAPI::zqdev

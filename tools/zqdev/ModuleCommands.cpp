@@ -54,10 +54,10 @@ std::string Joined(const CZQStringArray& names) {
     return text;
 }
 
-Json ToJson(const CZQStringArray& names) {
+Json ModulesToJson(const CZQStringArray& names) {
     Json json = Json::Array();
     for (const CZQString& name : names) {
-        json.Add(zqdev::ToJson(name.view()));
+        json.Add(ToJson(name.view()));
     }
     return json;
 }
@@ -74,8 +74,9 @@ ExitStatus Types(Session& session) {
             const CZQStringArray ccms = config.GetSupportedCCMs();
             const CZQStringArray iams = config.GetSupportedIAMs();
             table.AddRow({Printable(type), Joined(ccms), Joined(iams)});
-            json.Add(
-                {{"DeviceTypeByName", zqdev::ToJson(type)}, {"CCMs", ToJson(ccms)}, {"IAMs", ToJson(iams)}});
+            json.Add({{"DeviceTypeByName", ToJson(type)},
+                      {"CCMs", ModulesToJson(ccms)},
+                      {"IAMs", ModulesToJson(iams)}});
         } catch (const CZQException& exception) {
             failures.push_back(FailureLine("can't read the modules of device type '" + type + "'",
                                            exception.GetErrorNumber(),

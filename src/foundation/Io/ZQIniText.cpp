@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "foundation/ZQString.h"
 #include "platform/TextEncoding.h"
 
 namespace ZQAPI {
@@ -13,10 +14,6 @@ namespace {
 // 1A is the end-of-file mark of old editors.
 constexpr bool IsBlank(char c) {
     return c == ' ' || c == '\t' || c == '\v' || c == '\f' || c == '\x1A';
-}
-
-constexpr char LowerAscii(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
 template <class Predicate>
