@@ -1,5 +1,5 @@
 // What a network scan takes beyond its configured listening time, of time and of processor time, and a re-check in all,
-// against a farm of simulated cameras in a process of its own. Runs in a network of its own only: it broadcasts.
+// against a farm of simulated cameras in a process of its own. Runs in a network of its own only (scripts/netns): it broadcasts.
 //   bench_scan [CAMERAS ZQCAMSIM-OPTIONS]     all rows, or one scan's: bench_scan 256 "--latency 20"
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -158,6 +158,10 @@ bool CountCommandsPerCamera(test::KitCopy& kit) {
 }
 
 int Main(const std::vector<std::string>& arguments) {
+    if (std::getenv("ZQ_NETNS") == nullptr) {
+        std::printf("bench_scan broadcasts: run it with scripts/netns\n");
+        return 1;
+    }
     test::KitCopy kit;
     Configure(kit, kListeningMs);
     if (ZQ_CALL(kit, ZQDEV_InitLibrary) != ZQ_OK) {

@@ -18,7 +18,7 @@ platform::OwnedHandle InheritedFile(const std::string& path) {
 }  // namespace
 
 int RunProgram(const std::string& program, const std::vector<std::string>& arguments, const std::string& out,
-               const std::string& err) {
+               const std::string& err, std::chrono::milliseconds limit) {
     std::string command = '"' + program + '"';
     for (const std::string& argument : arguments) {
         command += " \"" + argument + '"';
@@ -42,7 +42,10 @@ int RunProgram(const std::string& program, const std::vector<std::string>& argum
     const platform::OwnedHandle thread(started.hThread);
     const platform::OwnedHandle process(started.hProcess);
     DWORD status = 0;
-    WaitForSingleObject(process.get(), INFINITE);
+    if (WaitForSingleObject(process.get(), static_cast<DWORD>(limit.count())) != WAIT_OBJECT_0) {
+        TerminateProcess(process.get(), 1);
+        return kHadToBeEnded;
+    }
     GetExitCodeProcess(process.get(), &status);
     return static_cast<int>(status);
 }
