@@ -108,20 +108,13 @@ class Library:
 
     def __exit__(self, kind: Optional[Type[BaseException]], error: Optional[BaseException],
                  traceback: Optional[TracebackType]) -> None:
-        self.close()
+        # Whoever interrupts a program wants it to end.
+        self._close(wait=kind is not KeyboardInterrupt)
 
     def close(self) -> None:
-        """Counts down, once; saves nothing. Waits for this object's scans to end."""
-        with self._lock:
-            if self._closed:
-                return
-            self._closed = True
-            running = list(self._running)
-        try:
-            for scan in running:
-                scan.wait(scan.progress().limit + SCAN_LIMIT)
-        finally:
-            self._native.call("ZQDEV_DeInitLibrary")
+        """Counts down, once; saves nothing. Waits for this object's scans to end, as the end of a `with` block does, but
+        for one that KeyboardInterrupt ends."""
+        self._close(wait=True)
 
     @property
     def closed(self) -> bool:
@@ -249,6 +242,18 @@ class Library:
         return self._texts("ZQDEV_GetNofSupportedDeviceTypes", "ZQDEV_GetSupportedDevice")
 
     # ---- inside
+
+    def _close(self, wait: bool) -> None:
+        with self._lock:
+            if self._closed:
+                return
+            self._closed = True
+            running = list(self._running) if wait else []
+        try:
+            for scan in running:
+                scan.wait(scan.progress().limit + SCAN_LIMIT)
+        finally:
+            self._native.call("ZQDEV_DeInitLibrary")
 
     def _check_open(self) -> None:
         if self._closed:
