@@ -12,6 +12,7 @@
 #include "ZQSimUdpServer.h"
 #include "devices/ZQDeviceList.h"
 #include "platform/Files.h"
+#include "platform/Process.h"
 #include "support/FileBytes.h"
 #include "support/KitCopy.h"
 #include "support/Program.h"
@@ -110,6 +111,11 @@ TEST_F(Zqdev, FailuresAreOneLineWithTheirStatusAndLeaveTheListAlone) {
         {{"list", "--wait", "3601"}, 2, {"'3601' is no number from 0 to 3600"}},
         {{"scan", "--scanner", pastLast}, 2, {"there is no scanner '" + pastLast + "'"}},
         {{"scan", "--allow-empty"}, 2, {"--save"}},
+        {{"scan", "--scanner", "MV", "--time", "5"}, 2, {"--time is about", "SCANNER_MV has no such"}},
+        {{"scan", "--cycles", "5x"}, 2, {"--cycles 5x", "a number from 0"}},
+        {{"scan", "--card", "none such"}, 2, {"no network card 'none such'; there are: "}},
+        {{"scan", "--host", "10.0.0.7,10.0.7"}, 2, {"'10.0.7' is no complete IPv4"}},
+        {{"scan", "--host", ""}, 2, {"--host", "a value is needed"}},
         {{"add", "--id", "x"}, 2, {"--type"}},
         {{"add", "--id", "x", "--type", "NoSuchType"}, 2, {"--desc", "--ccm", "--iam-address", "--firmware"}},
         {{"modify", "VirtualCamera:1"}, 2, {"nothing to change"}},
@@ -359,6 +365,28 @@ TEST_F(Zqdev, ASettingIsChangedWithoutTouchingAnyOther) {
     EXPECT_EQ(RunJson({"config", "get", "ZQ_UDP.NofScanCycles"})["value"], "5");
     ExpectFailure({"config", "get", "Baudrate"}, 1, {"no default", "config set"});
     EXPECT_EQ(RunJson({"config", "show"})["scanSettingsFrom"]["DeviceScanner"]["ActiveScanners"], "file");
+    ExpectFailure({"scan", "--time", "5"}, 2, {"not among the ActiveScanners"});
+}
+
+TEST_F(Zqdev, WhatTheEnvironmentSaysIsToldAndNotKept) {
+    const auto set = [](const char* count, const char* port) {
+        platform::SystemErrorCode error = 0;
+        EXPECT_TRUE(platform::SetEnvironmentText("ZQSDK_ZQ_UDP_NofScanCycles", count, error));
+        EXPECT_TRUE(platform::SetEnvironmentText("ZQSDK_ZQ_UDP_IPPort", port, error));
+    };
+    set("7", "65536");
+    const nlohmann::json shown = RunJson({"config", "show"});
+    const std::string section = "DeviceScanner.SCANNER_ZQ_UDP";
+    EXPECT_EQ(shown["scanSettings"][section]["NofScanCycles"], "7");
+    EXPECT_EQ(shown["scanSettingsFrom"][section]["NofScanCycles"], "environment");
+    EXPECT_EQ(shown["scanSettingsFrom"][section]["IPPort"], "file");
+    EXPECT_THAT(shown["warnings"].dump(),
+                testing::HasSubstr("ZQSDK_ZQ_UDP_IPPort in the environment is ignored"));
+    const Outcome changed = Run({"config", "set", "NofScanCycles", "8"});
+    EXPECT_THAT(changed.out, testing::HasSubstr("NofScanCycles=8 (file, until now 5)"));
+    EXPECT_THAT(changed.err, testing::HasSubstr("NofScanCycles=7 in the environment comes before it"));
+    set("", "");
+    EXPECT_EQ(Run({"config", "get", "NofScanCycles"}).out, "8\n");
 }
 
 TEST_F(Zqdev, EditsAtOnceAreAllKept) {
