@@ -4,6 +4,7 @@
 #include <array>
 #include <chrono>
 #include <thread>
+#include <utility>
 
 #include "foundation/ZQException.h"
 #include "foundation/ZQSystem.h"
@@ -71,8 +72,18 @@ void CZQComUDP::MakeRoomForAnswers() noexcept {
     }
 }
 
+void CZQComUDP::SendToAll(const CZQStringArray& hosts) {
+    std::vector<platform::Ipv4SocketAddress> addresses;
+    for (const CZQString& host : hosts) {
+        addresses.push_back(CZQComIPAddr(host, m_config.GetPortNumber()).GetSocketAddress());
+    }
+    m_hosts = std::move(addresses);
+    MakeRoomForAnswers();
+}
+
 void CZQComUDP::Close() noexcept {
     m_open = false;
+    m_hosts.clear();
     m_socket.Close();
 }
 
@@ -83,14 +94,28 @@ std::uint32_t CZQComUDP::Send(const void* buffer, std::uint32_t length) {
     if (buffer == nullptr) {
         ZQ_THROW("CZQComUDP::Send", ZQ_ERR_NULL_INPUT);
     }
+    const std::span<const std::byte> datagram(static_cast<const std::byte*>(buffer), length);
     platform::SystemErrorCode error = 0;
-    const auto sent =
-        m_socket.SendTo(m_remoteAddress, {static_cast<const std::byte*>(buffer), length}, error);
-    if (!sent || *sent < length) {
+    bool isSent = m_hosts.empty() && SendTo(m_remoteAddress, datagram, error);
+    for (const platform::Ipv4SocketAddress& host : m_hosts) {
+        if (SendTo(host, datagram, error)) {
+            isSent = true;
+        } else {
+            DebugOutput("ZQSDK: !! nothing sent to %s: %s", CZQComIPAddr::GetAddressString(host).c_str(),
+                        FormatSystemError(error).c_str());
+        }
+    }
+    if (!isSent) {
         ZQ_THROW("CZQComUDP::Send", ZQ_ERR_COM_SEND, "Host=%s, %s", m_config.GetHostName().c_str(),
                  FormatSystemError(error).c_str());
     }
     return length;
+}
+
+bool CZQComUDP::SendTo(const platform::Ipv4SocketAddress& to, std::span<const std::byte> datagram,
+                       platform::SystemErrorCode& error) noexcept {
+    const auto sent = m_socket.SendTo(to, datagram, error);
+    return sent && *sent == datagram.size();
 }
 
 // Takes the next datagram; the number of its bytes, 0 when it doesn't count.
@@ -101,7 +126,8 @@ std::uint32_t CZQComUDP::ReceiveDatagram(std::span<std::byte> buffer) {
         ZQ_THROW("CZQComUDP::Recv", ZQ_ERR_COM_RECV, "Host=%s, %s", m_config.GetHostName().c_str(),
                  FormatSystemError(error).c_str());
     }
-    const bool counts = m_remoteAddress.addressBe == kBroadcastBe || m_sender == m_remoteAddress;
+    const bool counts =
+        !m_hosts.empty() || m_remoteAddress.addressBe == kBroadcastBe || m_sender == m_remoteAddress;
     return counts ? static_cast<std::uint32_t>(*received) : 0;
 }
 

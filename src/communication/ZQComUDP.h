@@ -2,16 +2,18 @@
 
 #include <atomic>
 #include <span>
+#include <vector>
 
 #include "communication/ZQComBase.h"
 #include "communication/ZQComIPAddr.h"
 #include "communication/ZQComUDPConfig.h"
 #include "communication/ZQComWs2DllInit.h"
+#include "foundation/ZQStringArray.h"
 #include "platform/UdpSocket.h"
 
 namespace ZQAPI {
 
-// Datagrams to one IPv4 address and back. To a single host, only what comes from there counts; to the
+// Datagrams to one IPv4 address and back, or to several. To a single host, only what comes from there counts; to the
 // broadcast address, what comes from anyone. Empty datagrams are taken off the socket and ignored.
 class CZQComUDP : public CZQComBase {
 public:
@@ -23,11 +25,14 @@ public:
     void Open(const CZQString& fileName, const CZQString& section) override;
     // ZQ_ERR_HOST_LOOKUP, ZQ_ERR_SOCKET_CREATE, ZQ_ERR_SOCKET_OPTION
     void Open(const CZQComConfigBase& config) override;
+    // From now on, until it is closed, each Send goes to all these hosts, and what comes from anyone counts.
+    // ZQ_ERR_HOST_LOOKUP
+    void SendToAll(const CZQStringArray& hosts);
     void Close() noexcept override;
     // The next Send goes to the sender of the last datagram discarded. ZQ_ERR_UDP_RECV_CLOSED,
     // ZQ_ERR_COM_RECV.
     void Flush() override;
-    // One datagram. ZQ_ERR_UDP_SEND_CLOSED, ZQ_ERR_COM_SEND.
+    // One datagram. ZQ_ERR_UDP_SEND_CLOSED, ZQ_ERR_COM_SEND; to several hosts, when it could be sent to none.
     std::uint32_t Send(const void* buffer, std::uint32_t length) override;
     // With returnOnFirstData a datagram larger than the buffer stays where it is: ZQ_ERR_BUFFER_TOO_SMALL.
     // ZQ_ERR_UDP_RECV_CLOSED, ZQ_ERR_COM_RECV.
@@ -44,6 +49,8 @@ public:
 
 private:
     void MakeRoomForAnswers() noexcept;
+    bool SendTo(const platform::Ipv4SocketAddress& to, std::span<const std::byte> datagram,
+                platform::SystemErrorCode& error) noexcept;
     std::uint32_t ReceiveDatagram(std::span<std::byte> buffer);
 
     CZQComWs2DllInit m_sockets;
@@ -52,6 +59,7 @@ private:
     bool m_open = false;
     std::atomic<bool> m_abort{false};
     platform::Ipv4SocketAddress m_remoteAddress;
+    std::vector<platform::Ipv4SocketAddress> m_hosts;  // instead of the remote address, if there are any
     platform::Ipv4SocketAddress m_sender;
 };
 

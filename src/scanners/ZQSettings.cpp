@@ -8,6 +8,7 @@
 #include "foundation/Io/ZQIniFile.h"
 #include "foundation/ZQException.h"
 #include "foundation/ZQSystem.h"
+#include "platform/Process.h"
 
 namespace ZQAPI {
 
@@ -57,6 +58,36 @@ CZQString WordComplaint(const SSettingBounds& bounds, const CZQString& value) {
     return isKnown ? CZQString() : "'" + value + "' is none of " + Joined(bounds.words);
 }
 
+CZQString ListComplaint(const SSettingBounds& bounds, const CZQStringArray& pieces) {
+    if (pieces.GetSize() > bounds.maxPieces) {
+        return CZQString::Formatted("%zu are possible at most", bounds.maxPieces);
+    }
+    CZQString complaint;
+    for (const CZQString& piece : pieces) {
+        if (complaint.IsEmpty()) {
+            complaint = bounds.getPieceComplaint != nullptr ? bounds.getPieceComplaint(piece)
+                                                            : WordComplaint(bounds, piece);
+        }
+    }
+    return complaint;
+}
+
+// "ZQ_UDP" of "DeviceScanner.SCANNER_ZQ_UDP"; the whole of any other name.
+std::string_view ShortSection(std::string_view section) {
+    constexpr std::string_view kPrefix = ".SCANNER_";
+    const std::size_t prefix = section.find(kPrefix);
+    return prefix == std::string_view::npos ? section : section.substr(prefix + kPrefix.size());
+}
+
+// What the environment says of the setting is read as if it stood in a file.
+void ReadWish(const SSettingWish& wish, const CZQString& section, const SSettingRow& row, void* settings) {
+    CZQIniFile ini("environment");
+    const CZQIniBatch text(
+        ini, CZQString::Formatted("[%s]\r\n%s=%s\r\n", section.c_str(), row.key, wish.value.c_str()).str());
+    ini.SetSection(section);
+    row.read(ini, row, settings);
+}
+
 }  // namespace
 
 CZQString SettingComplaint(const SSettingRow& row, const CZQString& value) {
@@ -74,12 +105,27 @@ CZQString SettingComplaint(const SSettingRow& row, const CZQString& value) {
             return WordComplaint(row.bounds, value);
         case SettingKind::kList:
             pieces.Split(value, kSeparator, true);
-            for (const CZQString& piece : pieces) {
-                complaint = complaint.IsEmpty() ? WordComplaint(row.bounds, piece) : complaint;
-            }
-            return complaint;
+            return ListComplaint(row.bounds, pieces);
     }
     return complaint;
+}
+
+SSettingWish WishOfEnvironment(const CZQString& section, const SSettingRow& row) {
+    constexpr std::size_t kLongest = 4094;  // as in a file
+    SSettingWish wish{"ZQSDK_" + CZQString(ShortSection(section.view())) + "_" + row.key, {}, {}};
+    std::string value;
+    if (row.read == nullptr || !platform::GetEnvironmentText(wish.variable.c_str(), value)) {
+        return wish;
+    }
+    wish.value = value;
+    SSettingRow strict = row;
+    strict.bounds.refusedBy = wish.variable.c_str();  // no other value is taken for it
+    wish.whyIgnored = !platform::GetTrustedEnvironmentText(wish.variable.c_str(), value)
+                          ? "this process has more rights than its starter"
+                      : value.size() > kLongest || !CZQIniFile::ReadsBack(value)
+                          ? "it could not stand in ZQAPI.ini"
+                          : SettingComplaint(strict, wish.value);
+    return wish;
 }
 
 std::int32_t ReadSettingNumber(CZQIniFile& ini, const SSettingRow& row) {
@@ -106,6 +152,11 @@ void ReadSetting(CZQIniFile& ini, const SSettingRow& row, CZQString& value) {
 
 void ReadSetting(CZQIniFile& ini, const SSettingRow& row, CZQStringArray& pieces) {
     ini.ReadStringArray(row.key, pieces, kSeparator);
+    if (row.bounds.refusedBy != nullptr) {
+        if (const CZQString complaint = ListComplaint(row.bounds, pieces); !complaint.IsEmpty()) {
+            ZQ_THROW(row.bounds.refusedBy, ZQ_ERR_BAD_VALUE, "%s: %s", row.key, complaint.c_str());
+        }
+    }
 }
 
 CZQString SettingText(const CZQString& value) {
@@ -121,7 +172,14 @@ void ReadSettings(const CZQString& apiIniPath, const CZQString& section, std::sp
     CZQIniFile ini(apiIniPath);
     ini.SetSection(section);
     for (const SSettingRow& row : rows) {
-        if (row.read != nullptr && ini.KeyExists(row.key)) {
+        const SSettingWish wish = WishOfEnvironment(section, row);
+        if (!wish.whyIgnored.IsEmpty()) {
+            DebugOutput("ZQSDK: !! %s is ignored: %s", wish.variable.c_str(), wish.whyIgnored.c_str());
+        }
+        const bool isInFile = row.read != nullptr && ini.KeyExists(row.key);
+        if (wish.Counts()) {
+            ReadWish(wish, section, row, settings);
+        } else if (isInFile) {
             row.read(ini, row, settings);
         }
     }

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <concepts>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <span>
@@ -22,11 +23,14 @@ enum class SettingKind : std::uint8_t { kNumber, kSwitch, kText, kList };
 struct SSettingBounds {
     std::int64_t minimum = std::numeric_limits<std::int32_t>::min();
     std::int64_t maximum = std::numeric_limits<std::int32_t>::max();
-    // The method that refuses a number beyond them, ZQ_ERR_BAD_VALUE "<key>=%ld"; null: it counts as the nearest.
+    // The method that refuses what lies beyond them, ZQ_ERR_BAD_VALUE "<key>=%ld" for a number and "<key>: %s" for
+    // a list; null: a number counts as the nearest.
     const char* refusedBy = nullptr;
     std::span<const char* const> words =
         {};  // all that a text, or each piece of a list, may be; none: anything
     bool areWordsInAnyCase = false;
+    std::size_t maxPieces = std::numeric_limits<std::size_t>::max();   // of a list
+    CZQString (*getPieceComplaint)(const CZQString& piece) = nullptr;  // what is wrong with a piece of a list
 };
 
 struct SSettingRow {
@@ -46,6 +50,16 @@ struct SSettingSection {
 
 // Why the value is none for this setting, and what becomes of it; empty when it is one.
 CZQString SettingComplaint(const SSettingRow& row, const CZQString& value);
+
+// What the environment says of a setting that has a default, for one process: it comes before the file.
+struct SSettingWish {
+    CZQString variable;    // such as ZQSDK_ZQ_UDP_ScanTimeMs
+    CZQString value;       // empty: it says nothing
+    CZQString whyIgnored;  // empty: the value counts
+
+    bool Counts() const noexcept { return !value.IsEmpty() && whyIgnored.IsEmpty(); }
+};
+SSettingWish WishOfEnvironment(const CZQString& section, const SSettingRow& row);
 
 std::int32_t ReadSettingNumber(CZQIniFile& ini, const SSettingRow& row);
 void ReadSetting(CZQIniFile& ini, const SSettingRow& row, bool& value);
@@ -105,8 +119,8 @@ constexpr SSettingRow Setting(const char* key, const char* meaning, const SSetti
 void ReadSettings(const CZQString& apiIniPath, const CZQString& section, std::span<const SSettingRow> rows,
                   void* settings);
 
-// The section's settings; a missing key keeps its default. What stands outside its bounds and is not refused goes to
-// the debug output.
+// The section's settings, from the environment or else from the file; a missing key keeps its default. What stands
+// outside its bounds and is not refused, and what of the environment is ignored, goes to the debug output.
 template <class Settings>
 Settings ReadSettings(const CZQString& apiIniPath, const CZQString& section,
                       std::span<const SSettingRow> rows) {

@@ -7,12 +7,13 @@
 #include <thread>
 #include <utility>
 
-#include "communication/ZQComNetInterface.h"
 #include "communication/ZQComUDP.h"
 #include "communication/ZQComUDPConfig.h"
+#include "communication/ZQIpv4.h"
 #include "foundation/ZQException.h"
 #include "foundation/ZQStopWatch.h"
 #include "foundation/ZQSystem.h"
+#include "scanners/ZQNetworkCards.h"
 
 namespace ZQAPI {
 
@@ -50,21 +51,25 @@ public:
               const UdpGoesOnCallback& goesOn)
         : m_settings(settings), m_onHeard(onHeard), m_goesOn(goesOn) {}
 
-    void Run() { m_settings.bindToNetworkCard ? ListenOnAllCards() : Listen(BroadcastConfig(), 0, ""); }
+    void Run() {
+        const bool isBound =
+            m_settings.networkCards.GetSize() > 0 || (m_settings.bindToNetworkCard && !AsksHosts());
+        isBound ? ListenOnCards() : Listen(Config(), 0, "");
+    }
 
 private:
-    CZQComUDPConfig BroadcastConfig() const {
+    bool AsksHosts() const noexcept { return m_settings.scanHosts.GetSize() > 0; }
+
+    CZQComUDPConfig Config() const {
         CZQComUDPConfig config;
-        config.SetHostName(kBroadcastAddress);
+        config.SetHostName(AsksHosts() ? m_settings.scanHosts.GetAt(0) : kBroadcastAddress);
         config.SetPortNumber(m_settings.port);
         return config;
     }
 
-    void ListenOnAllCards() {
-        std::vector<CZQComNetInterface> cards;
-        CZQComNetInterface::SearchForInterfaces(cards);
-        std::erase_if(cards, [](const CZQComNetInterface& card) { return !card.IsSuitableForBroadcast(); });
-
+    void ListenOnCards() {
+        const std::vector<CZQComNetInterface> cards =
+            ChooseNetworkCards(m_settings.networkCards, !AsksHosts());
         std::vector<std::jthread> threads;
         threads.reserve(cards.size());
         for (std::size_t i = 0; i < cards.size(); ++i) {
@@ -79,10 +84,11 @@ private:
 
     void ListenOnCard(const CZQComNetInterface& card, std::size_t index) noexcept {
         try {
-            CZQComUDPConfig config = BroadcastConfig();
+            CZQComUDPConfig config = Config();
             config.SetBoundInterface(&card);
             DebugOutput("ZQSDK: Scan with UDP: %s", card.ToString().c_str());
-            Listen(config, index, card.GetCidrText());
+            // A camera that was asked by itself is commanded so, too, as the system routes it.
+            Listen(config, index, AsksHosts() ? CZQString() : card.GetCidrText());
         } catch (const CZQException& exception) {
             DebugOutput("%s", exception.ToString().c_str());
         } catch (...) {
@@ -95,6 +101,9 @@ private:
         // It is not flushed: that would send the request to whoever has found its port already.
         CZQComUDP channel;
         channel.Open(config);
+        if (AsksHosts()) {
+            channel.SendToAll(m_settings.scanHosts);
+        }
 
         // More cycles than milliseconds would only flood the network.
         const std::uint32_t nofCycles = std::min(m_settings.nofCycles, std::max(m_settings.scanTimeMs, 1U));
@@ -121,8 +130,17 @@ private:
         channel.Close();
     }
 
+    // Both texts have one form alone.
+    bool IsOfHostAsked(const SUdpDeviceConnInfo& camera, std::uint32_t sender) const {
+        return camera.ipAddress == FormatIpv4(sender).c_str() &&
+               m_settings.scanHosts.Contains(camera.ipAddress);
+    }
+
     void Hear(const SUdpDatagram& datagram, std::size_t card) {
-        const SUdpAnswer answer = ReadUdpAnswer(datagram);
+        SUdpAnswer answer = ReadUdpAnswer(datagram);
+        if (answer.camera && AsksHosts() && !IsOfHostAsked(*answer.camera, datagram.sender)) {
+            answer = {{}, "nobody asked the host, or the IP address is another's"};
+        }
         if (answer.camera) {
             m_onHeard(card, *answer.camera);
         } else {

@@ -2,10 +2,12 @@
 // address. See docs/wire-formats.md.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <vector>
 
+#include "foundation/ZQStringArray.h"
 #include "scanners/ZQUdpAnswers.h"
 
 namespace ZQAPI {
@@ -15,6 +17,11 @@ struct SUdpDiscoverySettings {
     std::uint32_t nofCycles = 5;       // how often the request is sent; 0: nothing is sent, nothing found
     std::uint32_t scanTimeMs = 10000;  // listening time, shared equally by the cycles
     bool bindToNetworkCard = false;    // one broadcast per suitable interface instead of one in all
+    CZQStringArray networkCards = {};  // by name or address: these interfaces alone, and bound to each
+    CZQStringArray scanHosts = {};     // asked one by one instead of by broadcast
+
+    static constexpr std::size_t kMaxNetworkCards = 32;
+    static constexpr std::size_t kMaxScanHosts = 255;  // as many as a value in ZQAPI.ini has room for
 };
 
 // Told of each answer that counts, repeats too, at the moment it is heard; `card` as CZQUdpCameras::Add takes
@@ -24,9 +31,10 @@ using UdpHeardCallback = std::function<void(std::size_t card, const SUdpDeviceCo
 // Whether to go on sending and listening; asked every few milliseconds on the listening threads.
 using UdpGoesOnCallback = std::function<bool()>;
 
-// Broadcasts and listens for `scanTimeMs`. Without bindToNetworkCard the channel's errors are thrown; with it
-// they end the search on their interface, one thread each, and go to the debug output. What comes in and
-// counts for nothing is told there too.
+// Sends requests and listens for `scanTimeMs`: by broadcast, or to each of the hosts, whose own answers alone count
+// then. From one socket, whose channel's errors are thrown; or from one on each interface (bindToNetworkCard without
+// hosts, or networkCards), where they end the search on that interface, one thread each, and go to the debug output. What
+// comes in and counts for nothing is told there too. A named interface that can't be used is passed over.
 void ListenForUdpDevices(const SUdpDiscoverySettings& settings, const UdpHeardCallback& onHeard,
                          const UdpGoesOnCallback& goesOn);
 

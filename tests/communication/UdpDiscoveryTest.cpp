@@ -176,5 +176,27 @@ TEST(UdpDiscovery, FindsTheCameraAmongStrangersAndTellsOfTheFirstOfThem) {
     EXPECT_THAT(lines, testing::Contains(isOf("'\\x1B\\x5C\\x0AZQSDK: Scanner X: 9 found'")).Times(1));
 }
 
+// What is not the host's own address would send the commands to somebody else.
+TEST(UdpDiscovery, OfHostsCountsTheirOwnAddressesAlone) {
+    constexpr std::uint16_t kPort = 29382;
+    UdpPeer host("127.0.0.1", kPort);
+    std::jthread answers([&] {
+        const auto request = host.Receive();
+        ASSERT_TRUE(request);
+        for (const char* const answer : {"00A0B1000001:127.0.0.1\n", "00A0B1000002:127.0.0.66\n",
+                                         "00A0B1000003:192.0.2.1\n", "00A0B1000004:0.0.0.0\n"}) {
+            host.Send(request->from, answer);
+        }
+    });
+    std::vector<SUdpDeviceConnInfo> found;
+    const auto lines = DebugLinesOf([&] {
+        found = DiscoverUdpDevices({kPort, 1, 1000, true, {}, {"127.0.0.1", "192.0.2.1"}});
+    });
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_EQ(found[0].hardwareAddress, "00A0B1000001");
+    EXPECT_EQ(found[0].localAddress, "") << "it is commanded by unicast";
+    EXPECT_THAT(lines, testing::Contains(testing::HasSubstr("127.0.0.1 ignored")).Times(3));
+}
+
 }  // namespace
 }  // namespace ZQAPI::test

@@ -12,6 +12,7 @@
 #include "ZQSimUdpServer.h"
 #include "devices/ZQDeviceList.h"
 #include "platform/Files.h"
+#include "platform/Process.h"
 #include "support/FileBytes.h"
 #include "support/KitCopy.h"
 #include "support/Program.h"
@@ -110,6 +111,11 @@ TEST_F(Zqdev, FailuresAreOneLineWithTheirStatusAndLeaveTheListAlone) {
         {{"list", "--wait", "3601"}, 2, {"'3601' is no number from 0 to 3600"}},
         {{"scan", "--scanner", pastLast}, 2, {"there is no scanner '" + pastLast + "'"}},
         {{"scan", "--allow-empty"}, 2, {"--save"}},
+        {{"scan", "--scanner", "MV", "--time", "5"}, 2, {"--time is about", "SCANNER_MV has no such"}},
+        {{"scan", "--cycles", "5x"}, 2, {"--cycles 5x", "a number from 0"}},
+        {{"scan", "--card", "none such"}, 2, {"no network card 'none such'; there are: "}},
+        {{"scan", "--host", "10.0.0.7,10.0.7"}, 2, {"'10.0.7' is no complete IPv4"}},
+        {{"scan", "--host", ""}, 2, {"--host", "a value is needed"}},
         {{"add", "--id", "x"}, 2, {"--type"}},
         {{"add", "--id", "x", "--type", "NoSuchType"}, 2, {"--desc", "--ccm", "--iam-address", "--firmware"}},
         {{"modify", "VirtualCamera:1"}, 2, {"nothing to change"}},
@@ -359,6 +365,18 @@ TEST_F(Zqdev, ASettingIsChangedWithoutTouchingAnyOther) {
     EXPECT_EQ(RunJson({"config", "get", "ZQ_UDP.NofScanCycles"})["value"], "5");
     ExpectFailure({"config", "get", "Baudrate"}, 1, {"no default", "config set"});
     EXPECT_EQ(RunJson({"config", "show"})["scanSettingsFrom"]["DeviceScanner"]["ActiveScanners"], "file");
+    ExpectFailure({"scan", "--time", "5"}, 2, {"not among the ActiveScanners"});
+}
+
+TEST_F(Zqdev, WhatTheEnvironmentSaysIsToldAndNotKept) {
+    platform::SystemErrorCode error = 0;
+    ASSERT_TRUE(platform::SetEnvironmentText("ZQSDK_ZQ_UDP_NofScanCycles", "7", error));
+    EXPECT_THAT(Run({"config", "show"}).out,
+                testing::HasSubstr("\nNofScanCycles=7    (environment ZQSDK_ZQ_UDP_NofScanCycles)\n"));
+    const Outcome changed = Run({"config", "set", "NofScanCycles", "8"});
+    EXPECT_THAT(changed.out, testing::HasSubstr("NofScanCycles=8 (file, until now 5)"));
+    EXPECT_THAT(changed.err, testing::HasSubstr("NofScanCycles=7 in the environment comes before it"));
+    ASSERT_TRUE(platform::SetEnvironmentText("ZQSDK_ZQ_UDP_NofScanCycles", "", error));
 }
 
 TEST_F(Zqdev, EditsAtOnceAreAllKept) {

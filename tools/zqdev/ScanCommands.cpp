@@ -3,6 +3,7 @@
 #include "Progress.h"
 #include "ScanMerge.h"
 #include "ScanSettings.h"
+#include "ScanWishes.h"
 #include "Text.h"
 
 namespace ZQAPI::zqdev {
@@ -14,6 +15,7 @@ struct ScanOptions {
     bool save = false;
     bool merge = false;
     bool allowEmpty = false;
+    ScanWishes wishes;
 };
 
 struct RescanOptions {
@@ -59,6 +61,7 @@ ExitStatus Scan(Session& session, const ScanOptions& options) {
         throw Failure("--allow-empty is about saving: it needs --save or --merge", ExitStatus::kWrongUsage);
     }
     const auto scanner = options.scanner.empty() ? std::nullopt : ParseScanner(options.scanner);
+    ApplyScanWishes(session, options.wishes, scanner);
     device::Library& library = session.GetLibrary();
     const std::vector<ZQDEVICEINFO> former = library.Devices();
     std::error_code error;
@@ -151,6 +154,7 @@ void AddScanCommands(Command& app, Session& session) {
                 "after them, and devices that were added by hand or not found stay");
             command.AddFlag("--allow-empty", options.allowEmpty,
                             "Save also when a device has an empty field, which makes the list unreadable");
+            DeclareScanWishes(command, options.wishes);
             command.SetFooter(ScannerList());
         },
         Scan);

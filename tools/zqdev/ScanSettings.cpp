@@ -16,8 +16,14 @@ namespace ZQAPI::zqdev {
 
 namespace {
 
-ScanSetting Read(CZQIniFile& ini, const SSettingRow& row) {
-    ScanSetting setting = {row.key, std::nullopt, std::nullopt, {}};
+// The file is set to the section.
+ScanSetting Read(CZQIniFile& ini, const CZQString& section, const SSettingRow& row) {
+    const SSettingWish wish = WishOfEnvironment(section, row);
+    ScanSetting setting = {row.key,      std::nullopt,         std::nullopt, {}, wish.variable.str(),
+                           std::nullopt, wish.whyIgnored.str()};
+    if (wish.Counts()) {
+        setting.wish = AnyToUtf8(wish.value.view());
+    }
     if (row.getDefault != nullptr) {
         setting.byDefault = row.getDefault().str();
     }
@@ -43,8 +49,11 @@ void AddUnknown(CZQIniFile& ini, const SSettingSection& known, ScanSection& sect
         if (!isKnown) {
             const CZQString none;
             section.settings.push_back({AnyToUtf8(key.view()),
-                                        AnyToUtf8(ini.ReadFromFile(key, &none, true).view()), std::nullopt,
-                                        "no scanner reads this key"});
+                                        AnyToUtf8(ini.ReadFromFile(key, &none, true).view()),
+                                        std::nullopt,
+                                        "no scanner reads this key",
+                                        {},
+                                        std::nullopt});
         }
     }
 }
@@ -59,7 +68,15 @@ std::string Shown(const ScanSetting& setting) {
     if (!used) {
         return "    (missing, and must be there)";
     }
-    return Printable(*used) + "    (" + setting.Origin() + (used->empty() ? ": none)" : ")");
+    return Printable(*used) + "    (" + setting.Origin() + (setting.wish ? " " + setting.variable : "") +
+           (used->empty() ? ": none)" : ")");
+}
+
+// What is wrong with what the environment says; empty when nothing is.
+std::string WishWarning(const ScanSetting& setting) {
+    return setting.wishIgnored.empty()
+               ? ""
+               : setting.variable + " in the environment is ignored: " + setting.wishIgnored;
 }
 
 // visit(setting) of each of them.
@@ -149,7 +166,7 @@ ScanSettings ReadScanSettings(const std::string& file) {
         ini.SetSection(section.name);
         ScanSection read = {section.name.str(), {}, {}};
         for (const SSettingRow& row : section.rows) {
-            read.settings.push_back(Read(ini, row));
+            read.settings.push_back(Read(ini, section.name, row));
         }
         AddUnknown(ini, section, read);
         sections.push_back(std::move(read));
@@ -166,7 +183,13 @@ ScanSettings ReadScanSettings(const std::string& file) {
 }
 
 const char* ScanSetting::Origin() const {
-    return value ? "file" : byDefault ? "default" : "missing";
+    return wish ? "environment" : value ? "file" : byDefault ? "default" : "missing";
+}
+
+ScanSetting ScanSetting::InFile() const {
+    ScanSetting setting = *this;
+    setting.wish.reset();
+    return setting;
 }
 
 std::string SettingPlace::ShortKey() const {
@@ -197,7 +220,7 @@ SettingPlace FindSetting(const Kit& kit, const std::string& name) {
 ScanSetting ReadScanSetting(const std::string& file, const SettingPlace& place) {
     CZQIniFile ini(file);
     ini.SetSection(place.section);
-    return Read(ini, place.row);
+    return Read(ini, place.section, place.row);
 }
 
 std::string ComplaintAbout(const SettingPlace& place, const std::string& value) {
@@ -250,6 +273,9 @@ std::string SettingsText(const ScanSettings& sections) {
         text += "\n[" + Printable(section.name) + "]" + remark(section.warning);
         for (const ScanSetting& setting : section.settings) {
             text += Printable(setting.key) + "=" + Shown(setting) + remark(setting.warning);
+            if (const std::string warning = WishWarning(setting); !warning.empty()) {
+                text += "    <- " + Printable(warning) + "\n";
+            }
         }
     }
     return text;
@@ -265,6 +291,9 @@ std::vector<std::string> Warnings(const ScanSettings& sections) {
             if (!setting.warning.empty()) {
                 warnings.push_back("[" + section.name + "] " + setting.key + "=" + *setting.value + ": " +
                                    setting.warning);
+            }
+            if (const std::string warning = WishWarning(setting); !warning.empty()) {
+                warnings.push_back(warning);
             }
         }
     }

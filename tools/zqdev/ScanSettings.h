@@ -18,11 +18,16 @@ struct ScanSetting {
     std::optional<std::string> value;      // UTF-8; none: the key is missing
     std::optional<std::string> byDefault;  // what then counts; none: the key must be there
     std::string warning;                   // empty: nothing is wrong with it
+    std::string variable;                  // that the setting has in the environment
+    std::optional<std::string> wish;       // what that says, where it counts: it comes first
+    std::string wishIgnored = {};          // why it does not; empty: nothing is wrong with it
 
     // None: the key is missing and must be there.
-    std::optional<std::string> InUse() const { return value ? value : byDefault; }
-    // Where that is from: "file", "default" or "missing".
+    std::optional<std::string> InUse() const { return wish ? wish : value ? value : byDefault; }
+    // Where that is from: "environment", "file", "default" or "missing".
     const char* Origin() const;
+    // As it stands without the environment.
+    ScanSetting InFile() const;
 };
 struct ScanSection {
     std::string name;

@@ -56,7 +56,7 @@ ExitStatus Set(Session& session, const SettingOptions& options) {
             FailureLine("nothing was changed in " + file, seal, Advice(Subject::kScan, seal, kit, file)));
     }
     session.LockConfiguration();
-    const ScanSetting former = Current(session, place);
+    const ScanSetting former = Current(session, place).InFile();
     try {
         if (!WriteSetting(file, place.section.c_str(), place.row.key, options.value)) {
             throw Failure("nothing was changed: somebody else changed " + file +
@@ -66,7 +66,8 @@ ExitStatus Set(Session& session, const SettingOptions& options) {
         throw Failure(FailureLine("nothing was changed: can't write " + file, exception.GetErrorNumber(),
                                   Advice(Subject::kSeal, 0, kit, file)));
     }
-    const ScanSetting now = ReadScanSetting(file, place);
+    const ScanSetting inUse = ReadScanSetting(file, place);
+    const ScanSetting now = inUse.InFile();
     const std::string value = now.InUse().value_or("");
     session.Show({{"key", place.ShortKey()},
                   {"value", value},
@@ -75,6 +76,10 @@ ExitStatus Set(Session& session, const SettingOptions& options) {
                  place.ShortKey() + "=" + Printable(value) + " (" + now.Origin() + ", until now " +
                      (former.InUse() ? Printable(*former.InUse()) : std::string("missing")) +
                      "). Saved and sealed.\n");
+    if (inUse.wish) {
+        session.GetConsole().PrintNote(inUse.variable + "=" + Printable(*inUse.wish) +
+                                       " in the environment comes before it.");
+    }
     return ExitStatus::kDone;
 }
 

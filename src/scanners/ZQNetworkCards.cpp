@@ -1,0 +1,64 @@
+#include "scanners/ZQNetworkCards.h"
+
+#include <algorithm>
+
+namespace ZQAPI {
+
+namespace {
+
+std::vector<CZQComNetInterface> AllCards() {
+    std::vector<CZQComNetInterface> cards;
+    CZQComNetInterface::SearchForInterfaces(cards);
+    return cards;
+}
+
+bool IsUsable(const CZQComNetInterface& card, bool byBroadcast) {
+    return byBroadcast ? card.IsSuitableForBroadcast() : card.IsUp();
+}
+
+// "eth0 (192.168.1.5), 10.0.0.1"
+CZQString ListText(const std::vector<CZQComNetInterface>& cards) {
+    CZQString text;
+    for (const CZQComNetInterface& card : cards) {
+        const CZQString address = card.GetAddressText();
+        text += text.IsEmpty() ? "" : ", ";
+        text += card.GetName().empty() ? address : card.GetName() + " (" + address + ")";
+    }
+    return text.IsEmpty() ? "none" : text;
+}
+
+}  // namespace
+
+bool IsNetworkCardNamed(const CZQComNetInterface& card, const CZQString& nameOrAddress) {
+    return nameOrAddress == card.GetAddressText() || nameOrAddress == card.GetName().c_str();
+}
+
+std::vector<CZQComNetInterface> ChooseNetworkCards(const CZQStringArray& names, bool byBroadcast) {
+    std::vector<CZQComNetInterface> cards = AllCards();
+    std::erase_if(cards, [&](const CZQComNetInterface& card) {
+        const bool isNamed =
+            names.GetSize() == 0 || std::any_of(names.begin(), names.end(), [&](const CZQString& name) {
+                return IsNetworkCardNamed(card, name);
+            });
+        return !isNamed || !IsUsable(card, byBroadcast);
+    });
+    return cards;
+}
+
+CZQString NetworkCardComplaint(const CZQString& nameOrAddress, bool byBroadcast) {
+    const std::vector<CZQComNetInterface> cards = AllCards();
+    const auto isNamed = [&](const CZQComNetInterface& card) {
+        return IsNetworkCardNamed(card, nameOrAddress);
+    };
+    if (std::none_of(cards.begin(), cards.end(), isNamed)) {
+        return "there is no network card '" + nameOrAddress + "'; there are: " + ListText(cards);
+    }
+    const bool isUsable = std::any_of(cards.begin(), cards.end(), [&](const CZQComNetInterface& card) {
+        return isNamed(card) && IsUsable(card, byBroadcast);
+    });
+    return isUsable ? CZQString()
+                    : "the network card '" + nameOrAddress + "' is " +
+                          (byBroadcast ? "down, or none for broadcasts" : "down");
+}
+
+}  // namespace ZQAPI
