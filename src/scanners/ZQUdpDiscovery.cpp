@@ -13,6 +13,7 @@
 #include "foundation/ZQException.h"
 #include "foundation/ZQStopWatch.h"
 #include "foundation/ZQSystem.h"
+#include "scanners/ZQUdpScanLines.h"
 
 namespace ZQAPI {
 
@@ -50,7 +51,9 @@ public:
               const UdpGoesOnCallback& goesOn)
         : m_settings(settings), m_onHeard(onHeard), m_goesOn(goesOn) {}
 
-    void Run() { m_settings.bindToNetworkCard ? ListenOnAllCards() : Listen(BroadcastConfig(), 0, ""); }
+    void Run() {
+        m_settings.bindToNetworkCard ? ListenOnAllCards() : ListenAndTell(BroadcastConfig(), 0, "");
+    }
 
 private:
     CZQComUDPConfig BroadcastConfig() const {
@@ -63,6 +66,7 @@ private:
     void ListenOnAllCards() {
         std::vector<CZQComNetInterface> cards;
         CZQComNetInterface::SearchForInterfaces(cards);
+        TellUnsuitable(cards);
         std::erase_if(cards, [](const CZQComNetInterface& card) { return !card.IsSuitableForBroadcast(); });
 
         std::vector<std::jthread> threads;
@@ -77,12 +81,23 @@ private:
         }
     }
 
+    // Cameras may be behind them all the same.
+    static void TellUnsuitable(const std::vector<CZQComNetInterface>& cards) {
+        for (const CZQComNetInterface& card : cards) {
+            if (!card.IsSuitableForBroadcast() && !card.IsLoopback()) {
+                SAskedCard asked{card.GetCidrText()};
+                asked.whyNot = card.IsUp() ? "it can't broadcast" : "it is down";
+                DebugOutput("%s", FormatAsked(asked).c_str());
+            }
+        }
+    }
+
     void ListenOnCard(const CZQComNetInterface& card, std::size_t index) noexcept {
         try {
             CZQComUDPConfig config = BroadcastConfig();
             config.SetBoundInterface(&card);
             DebugOutput("ZQSDK: Scan with UDP: %s", card.ToString().c_str());
-            Listen(config, index, card.GetCidrText());
+            ListenAndTell(config, index, card.GetCidrText());
         } catch (const CZQException& exception) {
             DebugOutput("%s", exception.ToString().c_str());
         } catch (...) {
@@ -90,8 +105,23 @@ private:
         }
     }
 
-    // On one socket.
-    void Listen(const CZQComUDPConfig& config, std::size_t card, const CZQString& localAddress) {
+    // On one socket; tells at its end what came of it.
+    void ListenAndTell(const CZQComUDPConfig& config, std::size_t card, const CZQString& localAddress) {
+        SAskedCard asked{localAddress};
+        try {
+            Listen(config, card, asked);
+        } catch (const CZQException& exception) {
+            asked.whyNot = exception.ToReason();
+            DebugOutput("%s", FormatAsked(asked).c_str());
+            throw;
+        }
+        if (!asked.isSent) {
+            asked.whyNot = m_settings.nofCycles == 0 ? "NofScanCycles is 0" : "the scan had ended";
+        }
+        DebugOutput("%s", FormatAsked(asked).c_str());
+    }
+
+    void Listen(const CZQComUDPConfig& config, std::size_t card, SAskedCard& asked) {
         // It is not flushed: that would send the request to whoever has found its port already.
         CZQComUDP channel;
         channel.Open(config);
@@ -104,6 +134,7 @@ private:
         const CZQStopWatch watch(true);
         for (std::uint32_t cycle = 0; cycle < nofCycles && m_goesOn(); ++cycle) {
             channel.Send(kRequest.data(), static_cast<std::uint32_t>(kRequest.size()));
+            asked.isSent = true;
             const std::uint64_t cycleEndMs = (cycle + 1) * cycleMs;
             for (std::uint64_t now = watch.GetElapsed(); now < cycleEndMs && m_goesOn();
                  now = watch.GetElapsed()) {
@@ -115,19 +146,22 @@ private:
                 if (!text) {
                     break;
                 }
-                Hear({*text, platform::SwapAddress(channel.GetSender().addressBe), localAddress}, card);
+                const std::uint32_t sender = platform::SwapAddress(channel.GetSender().addressBe);
+                ++(Hear({*text, sender, asked.card}, card) ? asked.nofAnswers : asked.nofIgnored);
             }
         }
         channel.Close();
     }
 
-    void Hear(const SUdpDatagram& datagram, std::size_t card) {
+    // Whether it counts.
+    bool Hear(const SUdpDatagram& datagram, std::size_t card) {
         const SUdpAnswer answer = ReadUdpAnswer(datagram);
         if (answer.camera) {
             m_onHeard(card, *answer.camera);
         } else {
-            m_ignored.Add(datagram, answer.whyNot);
+            m_ignored.Add(datagram, answer);
         }
+        return answer.camera.has_value();
     }
 
     const SUdpDiscoverySettings& m_settings;
