@@ -79,15 +79,21 @@ public:
     CZQDeviceList Found() const { return m_found.TakeSnapshot(); }
 
 private:
+    using Clock = std::chrono::steady_clock;
+
     void Scan() {
         const CZQThreadSync lock(*m_lock, CZQThreadSync::kInfinite);
+        m_begun = Clock::now();
         DebugOutput("Scanner thread %s STARTED", m_name.c_str());
         m_scanner.Get()->Scan(m_found);
         DebugOutput("Scanner thread %s FINISHED", m_name.c_str());
     }
 
     void TellOutcome(std::string_view failure) const noexcept {
-        TellScannerOutcome(m_name.c_str(), m_found.GetCountNow(), failure);
+        const auto elapsed =
+            std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - m_begun.load());
+        TellScannerOutcome(m_name.c_str(), m_found.GetCountNow(), static_cast<std::uint64_t>(elapsed.count()),
+                           failure);
     }
 
     void TellFailure(const CZQException& exception) const noexcept {
@@ -103,6 +109,7 @@ private:
     const std::shared_ptr<CZQCriticalSection> m_lock;  // the scan's network lock, or one of its own
     CZQScanResultList m_found;
     std::atomic<bool> m_isRunning{true};
+    std::atomic<Clock::time_point> m_begun{Clock::now()};  // once it has its turn: since then
     CZQSharedSlot<CZQScanIFBase> m_scanner;
 };
 

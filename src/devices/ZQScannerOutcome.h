@@ -5,15 +5,24 @@
 #include <optional>
 #include <string_view>
 
+#include "foundation/ZQString.h"
+
 namespace ZQAPI {
 
+struct SScannerOutcome {
+    CZQString scanner;
+    std::uint32_t nofFound = 0;
+    std::uint64_t elapsedMs = 0;  // since its turn came
+    CZQString failure = {};       // in one line; empty: there was none
+
+    bool operator==(const SScannerOutcome&) const = default;
+};
+
 // `failure` is empty when there was none.
-void TellScannerOutcome(const char* scanner, std::uint32_t nofFound, std::string_view failure) noexcept;
+void TellScannerOutcome(const char* scanner, std::uint32_t nofFound, std::uint64_t elapsedMs,
+                        std::string_view failure) noexcept;
 
-// What such a line says, for people ("SCANNER_MV: 0 found, error -130000 ..."); nothing of any other line.
-std::optional<std::string_view> ScannerOutcomeIn(std::string_view line) noexcept;
-
-// Whether such a line tells of a failure.
-bool ScannerFailureIn(std::string_view line) noexcept;
+// Nothing of any other line.
+std::optional<SScannerOutcome> ParseScannerOutcome(std::string_view line);
 
 }  // namespace ZQAPI

@@ -5,6 +5,15 @@
 
 namespace ZQAPI {
 
+namespace {
+
+// Whether the name is one on this system, rather than another system's that stands for one here.
+bool IsOwnName(const CZQString& name) {
+    return platform::LibraryFileName(name.str()) == name.str();
+}
+
+}  // namespace
+
 CZQNamedEntryPoint::CZQNamedEntryPoint(CZQDynamicDLL& library, const char* name)
     : m_library(library), m_name(name) {
     library.m_entryPoints.push_back(this);
@@ -38,7 +47,9 @@ void CZQDynamicDLL::OpenFirstLibrary(std::span<const CZQString> libraryNames, EL
             m_libraryName = name;
             break;
         }
-        if (failedName == nullptr || (library.fileExists && !failure.fileExists)) {
+        const bool tellsMore = failedName != nullptr && !failure.fileExists &&
+                               (library.fileExists || (!IsOwnName(*failedName) && IsOwnName(name)));
+        if (failedName == nullptr || tellsMore) {
             failedName = &name;
             failure = std::move(library);
         }

@@ -24,7 +24,7 @@ public:
     // library is held then.
     void OpenLibrary(const CZQString& libraryName, ELibraryPlace place = ELibraryPlace::kKitOrPath);
     // The same with the first of the libraries that can be loaded. When none can, the error tells of the
-    // first one whose file is there, else of the first one.
+    // first one whose file is there, else of the first one that bears its name on this system, else of the first one.
     void OpenFirstLibrary(std::span<const CZQString> libraryNames,
                           ELibraryPlace place = ELibraryPlace::kKitOrPath);
     // Binds the entry points up to the first missing one, for those that were made after the library was opened.

@@ -12,10 +12,6 @@ std::vector<CZQComNetInterface> AllCards() {
     return cards;
 }
 
-bool IsUsable(const CZQComNetInterface& card, bool byBroadcast) {
-    return byBroadcast ? card.IsSuitableForBroadcast() : card.IsUp();
-}
-
 // "eth0 (192.168.1.5), 10.0.0.1"
 CZQString ListText(const std::vector<CZQComNetInterface>& cards) {
     CZQString text;
@@ -33,16 +29,18 @@ bool IsNetworkCardNamed(const CZQComNetInterface& card, const CZQString& nameOrA
     return nameOrAddress == card.GetAddressText() || nameOrAddress == card.GetName().c_str();
 }
 
-std::vector<CZQComNetInterface> ChooseNetworkCards(const CZQStringArray& names, bool byBroadcast) {
+std::vector<CZQComNetInterface> FindNetworkCards(const CZQStringArray& names) {
     std::vector<CZQComNetInterface> cards = AllCards();
     std::erase_if(cards, [&](const CZQComNetInterface& card) {
-        const bool isNamed =
-            names.GetSize() == 0 || std::any_of(names.begin(), names.end(), [&](const CZQString& name) {
-                return IsNetworkCardNamed(card, name);
-            });
-        return !isNamed || !IsUsable(card, byBroadcast);
+        return names.GetSize() > 0 && std::none_of(names.begin(), names.end(), [&](const CZQString& name) {
+                   return IsNetworkCardNamed(card, name);
+               });
     });
     return cards;
+}
+
+bool IsUsableNetworkCard(const CZQComNetInterface& card, bool byBroadcast) {
+    return byBroadcast ? card.IsSuitableForBroadcast() : card.IsUp();
 }
 
 CZQString NetworkCardComplaint(const CZQString& nameOrAddress, bool byBroadcast) {
@@ -54,7 +52,7 @@ CZQString NetworkCardComplaint(const CZQString& nameOrAddress, bool byBroadcast)
         return "there is no network card '" + nameOrAddress + "'; there are: " + ListText(cards);
     }
     const bool isUsable = std::any_of(cards.begin(), cards.end(), [&](const CZQComNetInterface& card) {
-        return isNamed(card) && IsUsable(card, byBroadcast);
+        return isNamed(card) && IsUsableNetworkCard(card, byBroadcast);
     });
     return isUsable ? CZQString()
                     : "the network card '" + nameOrAddress + "' is " +

@@ -48,6 +48,20 @@ constexpr SSettingRow kSettings[] = {
          .getPieceComplaint = HostComplaint}),
 };
 
+EWhyLeftOut ReasonOf(const CZQException& exception) {
+    switch (exception.GetErrorNumber()) {
+        case ZQ_ERR_COM_TIMEOUT:
+            return EWhyLeftOut::kSilent;
+        case ZQ_ERR_COM_SEND:
+            return EWhyLeftOut::kNotReachable;
+        case ZQ_ERR_BAD_VALUE:
+        case ZQ_ERR_TEXT_TOO_LONG:
+            return EWhyLeftOut::kBadText;
+        default:
+            return EWhyLeftOut::kFailed;
+    }
+}
+
 }  // namespace
 
 CZQScanIFZqUDP::CZQScanIFZqUDP(const CZQSdkPaths& kit, const CZQString& section)
@@ -95,14 +109,17 @@ void CZQScanIFZqUDP::Report(const CZQUdpSearch::Cameras& cameras) {
                            answer.otherLocalAddress};
         if (const auto device = camera->GetDevice()) {
             heard.deviceId = device->GetDeviceID();
-        } else {
-            heard.whyNot = "not all answers came while there was time";
         }
         try {
             camera->RethrowFailure();
-            nofUnfinished += heard.deviceId.IsEmpty() ? 1 : 0;
+            if (heard.deviceId.IsEmpty()) {
+                heard.reason = EWhyLeftOut::kNoTime;
+                ++nofUnfinished;
+            }
         } catch (CZQException& exception) {
-            heard.whyNot = exception.ToReason();
+            const CZQString unknownType = camera->GetUnknownType();
+            heard.reason = unknownType.IsEmpty() ? ReasonOf(exception) : EWhyLeftOut::kUnknownType;
+            heard.detail = unknownType.IsEmpty() ? exception.ToReason() : unknownType;
             ReportRecovered(exception, camera->ToText(), ZQ_HERE("CZQScanIFZqUDP::Scan"));
         }
         DebugOutput("%s", FormatHeard(heard).c_str());

@@ -7,6 +7,7 @@
 #include "foundation/ZQStopWatch.h"
 #include "foundation/ZQSystem.h"
 #include "scanners/ZQScannerErrors.h"
+#include "scanners/ZQSerialScanLines.h"
 #include "scanners/ZQTextCommandCamera.h"
 
 namespace ZQAPI {
@@ -60,8 +61,7 @@ bool IsCameraOn(const SSerialLineKind& kind, const CZQString& line) {
         answer = ReadAnswer(*channel, kind.byteTimeoutMs);
     } catch (const CZQException& exception) {
         // Nobody is there: the usual case.
-        DebugOutput("ZQSDK: %s: no camera on '%s' (%d)", kind.names.scanner, line.c_str(),
-                    exception.GetErrorNumber());
+        DebugOutput("%s", FormatSilentLine({kind.names.scanner, line, exception.GetErrorNumber()}).c_str());
         return false;
     }
     if (answer.find(kMaker) == std::string::npos) {

@@ -57,10 +57,11 @@ SUdpAnswer ReadUdpAnswer(const SUdpDatagram& datagram) {
     if (!parsed) {
         return {{}, "not a complete IPv4 address"};
     }
+    SUdpDeviceConnInfo camera{hardwareAddress, ipAddress, datagram.localAddress};
     if (const char* const whyNot = WhyNotReachable(*parsed, datagram)) {
-        return {{}, whyNot};
+        return {{}, whyNot, std::move(camera)};
     }
-    return {SUdpDeviceConnInfo{hardwareAddress, ipAddress, datagram.localAddress}};
+    return {std::move(camera)};
 }
 
 CZQUdpCameras::EHeard CZQUdpCameras::Add(std::size_t card, SUdpDeviceConnInfo camera) {
@@ -114,12 +115,18 @@ std::vector<SUdpDeviceConnInfo> CZQUdpCameras::Take() {
     return cameras;
 }
 
-void CZQIgnoredDatagrams::Add(const SUdpDatagram& datagram, const char* why) {
+void CZQIgnoredDatagrams::Add(const SUdpDatagram& datagram, const SUdpAnswer& answer) {
     if (++m_count > kMaxTold) {
         return;
     }
-    DebugOutput("ZQSDK: Answer from %s ignored, %s: '%s'", FormatIpv4(datagram.sender).c_str(), why,
+    DebugOutput("ZQSDK: Answer from %s ignored, %s: '%s'", FormatIpv4(datagram.sender).c_str(), answer.whyNot,
                 Shown(datagram.text).c_str());
+    if (const auto& camera = answer.notReachable) {
+        SHeardCamera heard{camera->hardwareAddress, camera->ipAddress, camera->localAddress};
+        heard.reason = EWhyLeftOut::kNotReachable;
+        heard.detail = answer.whyNot;
+        DebugOutput("%s", FormatHeard(heard).c_str());
+    }
 }
 
 CZQIgnoredDatagrams::~CZQIgnoredDatagrams() {

@@ -38,6 +38,8 @@ struct SUdpDatagram {
 struct SUdpAnswer {
     std::optional<SUdpDeviceConnInfo> camera;
     const char* whyNot = "";
+    std::optional<SUdpDeviceConnInfo> notReachable =
+        {};  // a camera's answer, but no command may be sent there
 };
 
 // An answer counts when commands that are sent to what it says can reach one camera and nobody else: its
@@ -73,8 +75,8 @@ private:
     bool m_isFull = false;
 };
 
-// Tells of the datagrams that count for nothing: of the first ones each, of the others their number.
-// Thread-safe.
+// Tells of the datagrams that count for nothing: of the first ones each, and of the cameras among them, of the others
+// their number. Thread-safe.
 class CZQIgnoredDatagrams {
 public:
     static constexpr std::uint64_t kMaxTold = 16;
@@ -84,7 +86,7 @@ public:
     CZQIgnoredDatagrams& operator=(const CZQIgnoredDatagrams&) = delete;
     ~CZQIgnoredDatagrams();
 
-    void Add(const SUdpDatagram& datagram, const char* why);
+    void Add(const SUdpDatagram& datagram, const SUdpAnswer& answer);
 
 private:
     std::atomic<std::uint64_t> m_count{0};

@@ -14,19 +14,27 @@ namespace {
 
 constexpr SScannerNames kUdpNames = ZQ_SCANNER_NAMES(ZQ_UDP, "CZQScanIFZqUDP");
 
+// Whether a camera configuration file was not read.
+bool IsOfConfigFile(std::int32_t errorNumber) {
+    switch (errorNumber) {
+        case ZQ_ERR_SEAL_READ:
+        case ZQ_ERR_SEAL_COMPUTE:
+        case ZQ_ERR_STREAM_OPEN:
+        case ZQ_ERR_INI_KEY_MISSING:
+            return true;
+        default:
+            return false;
+    }
+}
+
 // Whether this machine may have lacked the means for the moment: a socket, memory, a free file handle for the
-// module or for the camera configuration file, which is then there all the same.
-bool IsForWantOfMeans(std::int32_t errorNumber, const CZQUdpKitFiles& kitFiles, const CZQString& deviceType) {
+// module.
+bool IsOfMeans(std::int32_t errorNumber) {
     switch (errorNumber) {
         case ZQ_ERR_SOCKET_CREATE:
         case ZQ_ERR_OUT_OF_MEMORY:
         case ZQ_ERR_LIBRARY_NOT_LOADED:
             return true;
-        case ZQ_ERR_SEAL_READ:
-        case ZQ_ERR_SEAL_COMPUTE:
-        case ZQ_ERR_STREAM_OPEN:
-        case ZQ_ERR_INI_KEY_MISSING:
-            return kitFiles.HasConfigFileOf(deviceType);
         default:
             return false;
     }
@@ -119,7 +127,7 @@ CZQUdpCamera::EEnd CZQUdpCamera::Identify(CZQTextCommandCamera& camera) {
         if (exception.GetErrorNumber() == ZQ_ERR_COM_ABORTED && IsAborted()) {
             return EEnd::kSilent;
         }
-        return Fail(IsForWantOfMeans(exception.GetErrorNumber(), *m_kitFiles, device.GetDeviceTypeByName()));
+        return FailToIdentify(exception, device.GetDeviceTypeByName());
     }
     {
         const std::lock_guard lock(m_mutex);
@@ -136,7 +144,20 @@ void CZQUdpCamera::ReadDevice(CZQTextCommandCamera& camera, CZQDeviceInfo& devic
     SetFinder(device, kUdpNames, device.GetDeviceID());
 }
 
-// To be called while the exception is handled.
+// To be called while the exception is handled, as what follows.
+CZQUdpCamera::EEnd CZQUdpCamera::FailToIdentify(const CZQException& exception, const CZQString& deviceType) {
+    if (!IsOfConfigFile(exception.GetErrorNumber())) {
+        return Fail(IsOfMeans(exception.GetErrorNumber()));
+    }
+    // A file that is there could not be opened for want of a free handle.
+    const bool isFileThere = m_kitFiles->HasConfigFileOf(deviceType);
+    if (!isFileThere) {
+        const std::lock_guard lock(m_mutex);
+        m_unknownType = deviceType;
+    }
+    return Fail(isFileThere);
+}
+
 CZQUdpCamera::EEnd CZQUdpCamera::Fail(bool isForWantOfMeans) noexcept {
     const std::lock_guard lock(m_mutex);
     m_failure = std::current_exception();
@@ -172,6 +193,11 @@ void CZQUdpCamera::RethrowFailure() const {
     if (!m_device && m_failure) {
         std::rethrow_exception(m_failure);
     }
+}
+
+CZQString CZQUdpCamera::GetUnknownType() const {
+    const std::lock_guard lock(m_mutex);
+    return m_unknownType;
 }
 
 CZQString CZQUdpCamera::ToText() const {

@@ -10,6 +10,7 @@
 
 #include "devices/ZQDeviceInfo.h"
 #include "devices/ZQSdkPaths.h"
+#include "foundation/ZQException.h"
 #include "scanners/ZQIdentificationWorkers.h"
 #include "scanners/ZQTextCommandCamera.h"
 #include "scanners/ZQUdpDiscovery.h"
@@ -53,6 +54,8 @@ public:
     std::optional<CZQDeviceInfo> GetDevice() const;
     // Throws what identification failed with, if it did.
     void RethrowFailure() const;
+    // The device type, if that is what it failed with: the kit has no camera configuration file for it.
+    CZQString GetUnknownType() const;
     // For messages: "Address=192.168.1.117, HardwareAddress=00A1B2C3D4E5".
     CZQString ToText() const;
 
@@ -63,6 +66,7 @@ private:
     EEnd Identify(CZQTextCommandCamera& camera);
     void ReadDevice(CZQTextCommandCamera& camera, CZQDeviceInfo& device);
     EEnd Fail(bool isForWantOfMeans) noexcept;
+    EEnd FailToIdentify(const CZQException& exception, const CZQString& deviceType);
     bool IsAborted() const noexcept;
 
     const SUdpDeviceConnInfo m_answer;
@@ -75,6 +79,7 @@ private:
     bool m_isOver = false;       // aborted for good
     std::optional<CZQDeviceInfo> m_device;
     std::exception_ptr m_failure;
+    CZQString m_unknownType;
 };
 
 }  // namespace ZQAPI

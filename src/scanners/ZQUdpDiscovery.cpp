@@ -14,6 +14,7 @@
 #include "foundation/ZQStopWatch.h"
 #include "foundation/ZQSystem.h"
 #include "scanners/ZQNetworkCards.h"
+#include "scanners/ZQUdpScanLines.h"
 
 namespace ZQAPI {
 
@@ -54,7 +55,7 @@ public:
     void Run() {
         const bool isBound =
             m_settings.networkCards.GetSize() > 0 || (m_settings.bindToNetworkCard && !AsksHosts());
-        isBound ? ListenOnCards() : Listen(Config(), 0, "");
+        isBound ? ListenOnCards() : ListenAndTell(Config(), 0, "");
     }
 
 private:
@@ -68,8 +69,14 @@ private:
     }
 
     void ListenOnCards() {
-        const std::vector<CZQComNetInterface> cards =
-            ChooseNetworkCards(m_settings.networkCards, !AsksHosts());
+        std::vector<CZQComNetInterface> cards = FindNetworkCards(m_settings.networkCards);
+        const auto isUnusable = [this](const CZQComNetInterface& card) {
+            return !IsUsableNetworkCard(card, !AsksHosts());
+        };
+        const auto firstUsable = std::stable_partition(cards.begin(), cards.end(), isUnusable);
+        std::for_each(cards.begin(), firstUsable, TellUnusable);
+        cards.erase(cards.begin(), firstUsable);
+
         std::vector<std::jthread> threads;
         threads.reserve(cards.size());
         for (std::size_t i = 0; i < cards.size(); ++i) {
@@ -82,13 +89,21 @@ private:
         }
     }
 
+    // Cameras may be behind it all the same.
+    static void TellUnusable(const CZQComNetInterface& card) {
+        if (!card.IsLoopback()) {
+            SAskedCard asked{card.GetCidrText()};
+            asked.whyNot = card.IsUp() ? "it can't broadcast" : "it is down";
+            DebugOutput("%s", FormatAsked(asked).c_str());
+        }
+    }
+
     void ListenOnCard(const CZQComNetInterface& card, std::size_t index) noexcept {
         try {
             CZQComUDPConfig config = Config();
             config.SetBoundInterface(&card);
             DebugOutput("ZQSDK: Scan with UDP: %s", card.ToString().c_str());
-            // A camera that was asked by itself is commanded so, too, as the system routes it.
-            Listen(config, index, AsksHosts() ? CZQString() : card.GetCidrText());
+            ListenAndTell(config, index, card.GetCidrText());
         } catch (const CZQException& exception) {
             DebugOutput("%s", exception.ToString().c_str());
         } catch (...) {
@@ -96,8 +111,23 @@ private:
         }
     }
 
-    // On one socket.
-    void Listen(const CZQComUDPConfig& config, std::size_t card, const CZQString& localAddress) {
+    // On one socket; tells at its end what came of it.
+    void ListenAndTell(const CZQComUDPConfig& config, std::size_t card, const CZQString& localAddress) {
+        SAskedCard asked{localAddress};
+        try {
+            Listen(config, card, asked);
+        } catch (const CZQException& exception) {
+            asked.whyNot = exception.ToReason();
+            DebugOutput("%s", FormatAsked(asked).c_str());
+            throw;
+        }
+        if (!asked.isSent) {
+            asked.whyNot = m_settings.nofCycles == 0 ? "NofScanCycles is 0" : "the scan had ended";
+        }
+        DebugOutput("%s", FormatAsked(asked).c_str());
+    }
+
+    void Listen(const CZQComUDPConfig& config, std::size_t card, SAskedCard& asked) {
         // It is not flushed: that would send the request to whoever has found its port already.
         CZQComUDP channel;
         channel.Open(config);
@@ -108,11 +138,14 @@ private:
         // More cycles than milliseconds would only flood the network.
         const std::uint32_t nofCycles = std::min(m_settings.nofCycles, std::max(m_settings.scanTimeMs, 1U));
         const std::uint64_t cycleMs = nofCycles == 0 ? 0 : m_settings.scanTimeMs / nofCycles;
+        // A camera that was asked by itself is commanded so, too, as the system routes it.
+        const CZQString commandedThrough = AsksHosts() ? CZQString() : asked.card;
         AnswerBuffer buffer{};
         // All cycles go by one watch: a cycle that ends a little late takes nothing from the whole.
         const CZQStopWatch watch(true);
         for (std::uint32_t cycle = 0; cycle < nofCycles && m_goesOn(); ++cycle) {
             channel.Send(kRequest.data(), static_cast<std::uint32_t>(kRequest.size()));
+            asked.isSent = true;
             const std::uint64_t cycleEndMs = (cycle + 1) * cycleMs;
             for (std::uint64_t now = watch.GetElapsed(); now < cycleEndMs && m_goesOn();
                  now = watch.GetElapsed()) {
@@ -124,7 +157,8 @@ private:
                 if (!text) {
                     break;
                 }
-                Hear({*text, platform::SwapAddress(channel.GetSender().addressBe), localAddress}, card);
+                const std::uint32_t sender = platform::SwapAddress(channel.GetSender().addressBe);
+                ++(Hear({*text, sender, commandedThrough}, card) ? asked.nofAnswers : asked.nofIgnored);
             }
         }
         channel.Close();
@@ -136,7 +170,8 @@ private:
                m_settings.scanHosts.Contains(camera.ipAddress);
     }
 
-    void Hear(const SUdpDatagram& datagram, std::size_t card) {
+    // Whether it counts.
+    bool Hear(const SUdpDatagram& datagram, std::size_t card) {
         SUdpAnswer answer = ReadUdpAnswer(datagram);
         if (answer.camera && AsksHosts() && !IsOfHostAsked(*answer.camera, datagram.sender)) {
             answer = {{}, "nobody asked the host, or the IP address is another's"};
@@ -144,8 +179,9 @@ private:
         if (answer.camera) {
             m_onHeard(card, *answer.camera);
         } else {
-            m_ignored.Add(datagram, answer.whyNot);
+            m_ignored.Add(datagram, answer);
         }
+        return answer.camera.has_value();
     }
 
     const SUdpDiscoverySettings& m_settings;

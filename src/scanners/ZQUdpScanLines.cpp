@@ -1,7 +1,11 @@
 #include "scanners/ZQUdpScanLines.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "communication/ZQIpv4.h"
 #include "communication/ZQUdpCameraAddress.h"
+#include "foundation/ZQDebugLine.h"
 
 namespace ZQAPI {
 
@@ -18,21 +22,17 @@ constexpr std::string_view kAndOn = " and on ";
 constexpr std::string_view kDevice = ": device ";
 constexpr std::string_view kLeftOut = ": left out, ";
 
-// Takes what comes before the separator off the line, and the separator; all of it where there is none.
-std::string_view TakeUntil(std::string_view separator, std::string_view& line) {
-    const std::size_t end = line.find(separator);
-    const std::string_view part = line.substr(0, end);
-    line.remove_prefix(end == std::string_view::npos ? line.size() : end + separator.size());
-    return part;
-}
+// One for each EWhyLeftOut.
+constexpr std::string_view kReasons[] = {"silent",        "unknown type", "bad text",
+                                         "not reachable", "no time left", "failed"};
+constexpr std::string_view kDetail = ": ";
 
-// What follows the start of such a line; nothing in any other. Windows ends its debug texts with a line end of its own.
-std::optional<std::string_view> Behind(std::string_view start, std::string_view line) {
-    if (!line.starts_with(start)) {
-        return std::nullopt;
-    }
-    return line.substr(start.size(), line.find_last_not_of("\r\n") + 1 - start.size());
-}
+constexpr std::string_view kAsked = "ZQSDK: Asked on ";
+constexpr std::string_view kNotAsked = "ZQSDK: !! Not asked on ";
+constexpr std::string_view kAnyCard = "any card";
+constexpr std::string_view kAnswers = " answers, ";
+constexpr std::string_view kIgnored = " ignored";
+constexpr std::string_view kUntil = ", until ";
 
 // "192.168.1.5/24", or nothing at all.
 bool IsCardOrNone(std::string_view text) {
@@ -49,7 +49,7 @@ CZQString FormatConflict(const SAddressConflict& conflict) {
 }
 
 std::optional<SAddressConflict> ParseConflict(std::string_view line) {
-    auto rest = Behind(kConflict, line);
+    auto rest = RestBehind(kConflict, line);
     if (!rest) {
         return std::nullopt;
     }
@@ -69,11 +69,14 @@ CZQString FormatHeard(const SHeardCamera& camera) {
     if (!camera.otherCard.IsEmpty()) {
         line += kAndOn + camera.otherCard;
     }
-    return line + (camera.deviceId.IsEmpty() ? kLeftOut + camera.whyNot : kDevice + camera.deviceId);
+    if (!camera.deviceId.IsEmpty()) {
+        return line + kDevice + camera.deviceId;
+    }
+    return line + kLeftOut + kReasons[static_cast<std::size_t>(camera.reason)] + kDetail + camera.detail;
 }
 
 std::optional<SHeardCamera> ParseHeard(std::string_view line) {
-    auto rest = Behind(kHeard, line);
+    auto rest = RestBehind(kHeard, line);
     if (!rest) {
         return std::nullopt;
     }
@@ -85,12 +88,55 @@ std::optional<SHeardCamera> ParseHeard(std::string_view line) {
     camera.ipAddress = TakeUntil(kOn, place);
     camera.card = TakeUntil(kAndOn, place);
     camera.otherCard = place;
-    (isDevice ? camera.deviceId : camera.whyNot) = *rest;
+    const std::string_view* const reason = std::find(std::begin(kReasons), std::end(kReasons),
+                                                     isDevice ? kReasons[0] : TakeUntil(kDetail, *rest));
+    (isDevice ? camera.deviceId : camera.detail) = *rest;
     if (!IsHardwareAddress(camera.hardwareAddress.view()) || !ParseIpv4(camera.ipAddress.view()) ||
-        !IsCardOrNone(camera.card.view()) || !IsCardOrNone(camera.otherCard.view()) || rest->empty()) {
+        !IsCardOrNone(camera.card.view()) || !IsCardOrNone(camera.otherCard.view()) ||
+        reason == std::end(kReasons) || (isDevice && rest->empty())) {
         return std::nullopt;
     }
+    if (!isDevice) {
+        camera.reason = static_cast<EWhyLeftOut>(reason - std::begin(kReasons));
+    }
     return camera;
+}
+
+CZQString FormatAsked(const SAskedCard& card) {
+    const CZQString place = card.card.IsEmpty() ? CZQString(kAnyCard) : card.card;
+    if (!card.isSent) {
+        return kNotAsked + place + kDetail + card.whyNot;
+    }
+    return kAsked + place + kDetail + std::to_string(card.nofAnswers) + kAnswers +
+           std::to_string(card.nofIgnored) + kIgnored +
+           (card.whyNot.IsEmpty() ? CZQString() : kUntil + card.whyNot);
+}
+
+std::optional<SAskedCard> ParseAsked(std::string_view line) {
+    SAskedCard card;
+    auto rest = RestBehind(kAsked, line);
+    card.isSent = rest.has_value();
+    if (!rest) {
+        rest = RestBehind(kNotAsked, line);
+    }
+    if (!rest) {
+        return std::nullopt;
+    }
+    const std::string_view place = TakeUntil(kDetail, *rest);
+    card.card = place == kAnyCard ? std::string_view() : place;
+    if (card.isSent) {
+        const auto nofAnswers = ParseCount(TakeUntil(kAnswers, *rest));
+        const auto nofIgnored = ParseCount(TakeUntil(kIgnored, *rest));
+        const bool isEnd = rest->empty();
+        if (!nofAnswers || !nofIgnored || (!isEnd && !TakeUntil(kUntil, *rest).empty())) {
+            return std::nullopt;
+        }
+        card.nofAnswers = *nofAnswers;
+        card.nofIgnored = *nofIgnored;
+    }
+    card.whyNot = *rest;
+    const bool isPlace = place == kAnyCard || (!place.empty() && IsCardOrNone(place));
+    return isPlace ? std::optional(card) : std::nullopt;
 }
 
 }  // namespace ZQAPI

@@ -133,19 +133,37 @@ TEST(AddressConflict, IsReadFromItsOwnLineAlone) {
 TEST(HeardCamera, IsReadFromItsOwnLineAlone) {
     // What a camera says of itself stands last, whatever it is.
     for (const SHeardCamera& camera :
-         {SHeardCamera{"00A0B1000001", "10.0.0.1", "", "", "A:1: left out, x", ""},
-          {"00A0B1000001", "0.0.0.0", "10.0.0.5/24", "", "", "error -1: device A:1"},
-          {"00A0B1000001", "10.0.0.1", "10.0.0.5/24", "10.0.0.6/24", "A:1", ""}}) {
+         {SHeardCamera{"00A0B1000001", "10.0.0.1", "", "", "A:1: left out, silent: x"},
+          {"00A0B1000001", "0.0.0.0", "10.0.0.5/24", "", "", EWhyLeftOut::kSilent, "error -1: device A:1"},
+          {"00A0B1000001", "10.0.0.1", "", "", "", EWhyLeftOut::kNoTime, ""},
+          {"00A0B1000001", "10.0.0.1", "10.0.0.5/24", "10.0.0.6/24", "A:1"}}) {
         const CZQString line = FormatHeard(camera);
         EXPECT_EQ(ParseHeard(line.view()), camera) << line.str();
         EXPECT_EQ(ParseHeard((line + "\r\n").view()), camera);
     }
-    for (const SHeardCamera& camera : {SHeardCamera{"FFFFFFFFFFFF", "10.0.0.1", "", "", "A:1", ""},
-                                       {"00A0B1000001", "10.0.0", "", "", "A:1", ""},
-                                       {"00A0B1000001", "10.0.0.1", "10.0.0.5", "", "A:1", ""},
-                                       {"00A0B1000001", "10.0.0.1", "10.0.0.5/24", "x", "A:1", ""},
-                                       {"00A0B1000001", "10.0.0.1"}}) {
+    for (const SHeardCamera& camera : {SHeardCamera{"FFFFFFFFFFFF", "10.0.0.1", "", "", "A:1"},
+                                       {"00A0B1000001", "10.0.0", "", "", "A:1"},
+                                       {"00A0B1000001", "10.0.0.1", "10.0.0.5", "", "A:1"},
+                                       {"00A0B1000001", "10.0.0.1", "10.0.0.5/24", "x", "A:1"}}) {
         EXPECT_FALSE(ParseHeard(FormatHeard(camera).view())) << FormatHeard(camera).str();
+    }
+    EXPECT_FALSE(ParseHeard("ZQSDK: Heard 00A0B1000001 at 10.0.0.1: left out, asleep: x"));
+}
+
+TEST(AskedCard, IsReadFromItsOwnLineAlone) {
+    for (const SAskedCard& card : {SAskedCard{"10.0.0.5/24", true, 12, 3, ""},
+                                   {"", true, 0, 0, "error -1 a, until b"},
+                                   {"10.0.0.5/24", false, 0, 0, "it is down"},
+                                   {"", false, 0, 0, "error -300000 Host=x: 7 answers, 0 ignored"}}) {
+        const CZQString line = FormatAsked(card);
+        EXPECT_EQ(ParseAsked(line.view()), card) << line.str();
+        EXPECT_EQ(ParseAsked((line + "\n").view()), card);
+        EXPECT_FALSE(ParseAsked((" " + line).view()));
+    }
+    for (const char* const line :
+         {"ZQSDK: Asked on 10.0.0.5: 1 answers, 0 ignored", "ZQSDK: Asked on any card: -1 answers, 0 ignored",
+          "ZQSDK: Asked on any card: 1 answers, 0 ignored, x", "ZQSDK: !! Not asked on "}) {
+        EXPECT_FALSE(ParseAsked(line)) << line;
     }
 }
 
@@ -158,7 +176,8 @@ TEST(UdpDiscovery, FindsTheCameraAmongStrangersAndTellsOfTheFirstOfThem) {
         const auto request = peer.Receive();
         ASSERT_TRUE(request && request->text == "FFFFFFFFFFFF:SYST:NET:IP?\n");
         peer.Send(request->from, "\x1B\\\nZQSDK: Scanner X: 9 found");
-        for (int i = 1; i < kStrangers; ++i) {
+        peer.Send(request->from, "00A0B1000002:0.0.0.0\n");
+        for (int i = 2; i < kStrangers; ++i) {
             peer.Send(request->from, "AAAAAAAAAAAA:10.9.0.66:FFFFFFFFFFFF@10.9.0.1\n");
         }
         peer.Send(request->from, "00A0B1000001:127.0.0.1\n");
@@ -172,6 +191,9 @@ TEST(UdpDiscovery, FindsTheCameraAmongStrangersAndTellsOfTheFirstOfThem) {
 
     const auto isOf = [](const char* part) { return testing::HasSubstr(part); };
     EXPECT_THAT(lines, testing::Contains(isOf("Answer from 127.0.0.1 ignored")).Times(16));
+    EXPECT_THAT(lines,
+                testing::Contains(isOf("Heard 00A0B1000002 at 0.0.0.0: left out, not reachable: a camera")));
+    EXPECT_THAT(lines, testing::Contains("ZQSDK: Asked on any card: 2 answers, 200 ignored"));
     EXPECT_THAT(lines, testing::Contains(isOf("184 further answers ignored")).Times(1));
     EXPECT_THAT(lines, testing::Contains(isOf("'\\x1B\\x5C\\x0AZQSDK: Scanner X: 9 found'")).Times(1));
 }

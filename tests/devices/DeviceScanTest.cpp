@@ -97,13 +97,16 @@ TEST_F(DeviceScan, FailingScannersKeepWhatTheyFoundAndHarmNoOther) {
              EXPECT_EQ(NamesAndIds(Run({"SCANNER_TAVI", "SCANNER_MV", "SCANNER_BO_FX", "SCANNER_ZQ_UDP"})),
                        "Camera1=before;Camera2=u;");
          })) {
-        if (const auto outcome = ScannerOutcomeIn(line)) {
-            told.emplace_back(*outcome);
+        if (const auto outcome = ParseScannerOutcome(line)) {
+            EXPECT_LT(outcome->elapsedMs, 30000U);
+            told.push_back(outcome->scanner.str() + "|" + std::to_string(outcome->nofFound) + "|" +
+                           outcome->failure.str());
+            EXPECT_FALSE(ParseScannerOutcome(" " + line));
         }
     }
-    EXPECT_THAT(told, testing::UnorderedElementsAre(
-                          "SCANNER_MV: 1 found, error -300001 why", "SCANNER_ZQ_UDP: 1 found",
-                          "SCANNER_TAVI: 0 found, critical error", "SCANNER_BO_FX: 0 found, critical error"));
+    EXPECT_THAT(told, testing::UnorderedElementsAre("SCANNER_MV|1|error -300001 why", "SCANNER_ZQ_UDP|1|",
+                                                    "SCANNER_TAVI|0|critical error",
+                                                    "SCANNER_BO_FX|0|critical error"));
     EXPECT_EQ(m_life.use_count(), 1);
 }
 

@@ -145,17 +145,37 @@ TEST_F(Zqdev, FailuresAreOneLineWithTheirStatusAndLeaveTheListAlone) {
     EXPECT_EQ(ContentOf(m_kit.DevicesIni()), before);
 }
 
-// Scanners without their libraries: what each failed with is told, and the scan as a whole has found nothing.
-TEST_F(Zqdev, ScanTellsWhatCameOfEachScanner) {
-    WriteSealed(m_kit.ApiIni(),
-                "[DeviceScanner]\r\nActiveScanners=SCANNER_MV;SCANNER_TAVI;SCANNER_MANUAL\r\n");
+// Scanners without their libraries, and a port without a camera: told apart from a search that found nothing.
+TEST_F(Zqdev, ScanTellsWhatCameOfEachScannerAndWhatToDoNext) {
+    const auto activate = [&](const std::string& scanners, const std::string& more) {
+        WriteSealed(m_kit.ApiIni(), "[DeviceScanner]\r\nActiveScanners=" + scanners + "\r\n" + more);
+    };
+    const std::string ports =
+        "[DeviceScanner.SCANNER_ZQ_RS232]\r\nCOMPort=1\r\nBaudrate=9600\r\nDatabits=8\r\nStopBits=1\r\n"
+        "Parity=NO\r\nHandshake=NO\r\nScanCOMPorts=";
+    const std::string extension = platform::HasDriveLetters() ? "" : "libueye_api.so";
+    activate("SCANNER_TAVI;SCANNER_IDS_UEYE;SCANNER_MANUAL", "");
     const Outcome outcome = Run({"scan"});
-    EXPECT_EQ(outcome.status, 3);
+    EXPECT_EQ(outcome.status, 1);
     EXPECT_THAT("\n" + outcome.err,  // the scanners in any order
-                testing::AllOf(testing::HasSubstr("\nSCANNER_MV: 0 found, error -130000 DLLName="),
+                testing::AllOf(testing::HasSubstr("\nSCANNER_IDS_UEYE: 0 found, error -130000 DLLName="),
                                testing::HasSubstr("\nSCANNER_TAVI: 0 found, error -130000 DLLName="),
-                               testing::HasSubstr("\nzqdev: nothing was found")));
+                               testing::HasSubstr("\nzqdev: the scan failed")));
     EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 3) << outcome.err;
+    EXPECT_THAT(outcome.out,
+                testing::AllOf(testing::HasSubstr("What to do next:"), testing::HasSubstr(extension)));
+    nlohmann::json json = RunJson({"scan"}, 1);
+    ASSERT_EQ(json["scanners"].size(), 2U);
+    EXPECT_EQ(json["scanners"][0]["error"]["name"], "ZQ_ERR_LIBRARY_NOT_LOADED");
+    EXPECT_THAT(json["scanners"][0]["error"]["text"], testing::StartsWith("DLLName="));
+
+    activate("SCANNER_TAVI;SCANNER_ZQ_RS232", ports + "\r\n");
+    json = RunJson({"scan"}, 3);
+    EXPECT_THAT(json["advice"].dump(), testing::HasSubstr("config set ScanCOMPorts"));
+    activate("SCANNER_ZQ_RS232", ports + "254\r\n");
+    EXPECT_THAT(RunJson({"scan"}, 3)["advice"].dump(), testing::HasSubstr("There is no COM254"));
+    activate("SCANNER_MANUAL", "");
+    EXPECT_THAT(RunJson({"scan"}, 3)["advice"].dump(), testing::HasSubstr("config set ActiveScanners"));
 }
 
 TEST_F(Zqdev, EditsAreSavedAtOnce) {

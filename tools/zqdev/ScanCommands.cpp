@@ -2,6 +2,7 @@
 #include "ConfigFiles.h"
 #include "Progress.h"
 #include "ScanMerge.h"
+#include "ScanReport.h"
 #include "ScanSettings.h"
 #include "ScanWishes.h"
 #include "Text.h"
@@ -56,6 +57,16 @@ std::string SaveFound(Session& session, const ScanOptions& options, const std::v
     return "Saved.\n";
 }
 
+// Each scanner's outcome is shown as soon as it is there; with -v every line is, as it is.
+void ShowOutcome(Session& session, std::string_view message) {
+    const auto outcome = ParseScannerOutcome(message);
+    if (outcome && !session.GetOptions().verbose) {
+        session.GetConsole().PrintNote(outcome->scanner.str() + ": " + std::to_string(outcome->nofFound) +
+                                       " found" + (outcome->failure.IsEmpty() ? "" : ", ") +
+                                       outcome->failure.str());
+    }
+}
+
 ExitStatus Scan(Session& session, const ScanOptions& options) {
     if (options.allowEmpty && !options.save && !options.merge) {
         throw Failure("--allow-empty is about saving: it needs --save or --merge", ExitStatus::kWrongUsage);
@@ -66,24 +77,33 @@ ExitStatus Scan(Session& session, const ScanOptions& options) {
     const std::vector<ZQDEVICEINFO> former = library.Devices();
     std::error_code error;
     std::chrono::milliseconds time{};
-    session.ShowScannersDuring([&] {
-        time = WithProgress(
-            session.GetConsole(), "Scanning",
-            [&] {
-                if (scanner) {
-                    library.Scan(*scanner, error);
-                } else {
-                    library.Scan(error);
-                }
-            },
-            ScanTime(session, scanner));
-    });
+    ScanNews news;
+    session.ListenDuring(
+        [&](std::string_view message) {
+            ShowOutcome(session, message);
+            news.Add(message);
+        },
+        [&] {
+            time = WithProgress(
+                session.GetConsole(), "Scanning",
+                [&] {
+                    if (scanner) {
+                        library.Scan(*scanner, error);
+                    } else {
+                        library.Scan(error);
+                    }
+                },
+                ScanTime(session, scanner));
+        });
     session.Check(error, "the scan failed", scanner ? Subject::kOneScanner : Subject::kScan);
 
     const std::vector<ZQDEVICEINFO> devices = library.Devices();
     session.ShowText((devices.empty() ? "" : ToTable(devices)) + CountText(devices.size()) + " found in " +
                      Seconds(time) + ".\n");
     const bool saves = (options.save || options.merge) && !devices.empty();
+    const ScanReport report =
+        MakeScanReport(session.GetKit(), news, !devices.empty(), saves ? devices : former);
+    session.ShowText(report.text + (report.text.empty() ? "" : "\n"));
     const std::vector<std::string> lostNames =
         saves && !options.merge ? LostNames(former, devices) : std::vector<std::string>();
     std::string told = "Nothing was saved.\n";
@@ -100,18 +120,17 @@ ExitStatus Scan(Session& session, const ScanOptions& options) {
     session.Show({{"devices", ToJson(devices)},
                   {"elapsedMs", time.count()},
                   {"saved", saves && !failure},
-                  {"lostNames", lost}},
+                  {"lostNames", lost},
+                  {"scanners", report.scanners},
+                  {"heard", report.heard},
+                  {"cards", report.cards},
+                  {"advice", report.advice}},
                  told);
     if (failure) {
         throw Failure(*failure);
     }
     if (devices.empty()) {
-        throw Failure(options.save || options.merge
-                          ? "nothing was found, and nothing was saved: an empty list can't be loaded again; "
-                            "the saved list is as it was"
-                          : "nothing was found; check that the devices are on and connected; -v shows what "
-                            "the scanners say",
-                      ExitStatus::kNothingFound);
+        throw NothingFound(news, options.save || options.merge);
     }
     return ExitStatus::kDone;
 }

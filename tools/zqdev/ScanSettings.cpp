@@ -5,6 +5,7 @@
 #include <iterator>
 #include <numeric>
 
+#include "ConfigFiles.h"
 #include "Failure.h"
 #include "Records.h"
 #include "Text.h"
@@ -235,6 +236,13 @@ std::string ComplaintAbout(const SettingPlace& place, const std::string& value) 
         return "it is longer than " + std::to_string(kLongest) + " characters";
     }
     return AnyToUtf8(SettingComplaint(place.row, value).view());
+}
+
+bool BindsToNetworkCards(const Kit& kit) {
+    const SettingPlace place = FindSetting(kit, "ZQ_UDP.BindToNetworkCard");
+    const auto value =
+        ReadingObstacle(kit.ApiIni()).empty() ? ReadScanSetting(kit.ApiIni(), place).InUse() : std::nullopt;
+    return value == "1" || CZQString(value.value_or("")).EqualsNoCase("true");
 }
 
 std::chrono::milliseconds UsualScanTime(const std::string& file, std::optional<device::Scanner> scanner) {

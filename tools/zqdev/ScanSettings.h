@@ -55,6 +55,9 @@ ScanSetting ReadScanSetting(const std::string& file, const SettingPlace& place);
 // Why the setting can't have this value; empty when it can.
 std::string ComplaintAbout(const SettingPlace& place, const std::string& value);
 
+// Whether a search of the network asks on each network card, or on the one that the system chooses.
+bool BindsToNetworkCards(const Kit& kit);
+
 // How long scanning takes, by the settings and the library's own limit: with this scanner, or with the active ones.
 std::chrono::milliseconds UsualScanTime(const std::string& file, std::optional<device::Scanner> scanner);
 

@@ -2,7 +2,6 @@
 
 #include "ConfigFiles.h"
 #include "Text.h"
-#include "devices/ZQScannerOutcome.h"
 #include "foundation/ZQSystem.h"
 
 namespace ZQAPI::zqdev {
@@ -61,20 +60,6 @@ bool Session::ListenDuring(const std::function<void(std::string_view message)>& 
         ShowDebugOutput(error);
     }
     return isHeard;
-}
-
-void Session::ShowScannersDuring(const std::function<void()>& call) {
-    if (m_options.verbose) {
-        call();  // every line is shown as it is
-        return;
-    }
-    ListenDuring(
-        [this](std::string_view message) {
-            if (const auto outcome = ScannerOutcomeIn(message)) {
-                m_console.PrintNote(*outcome);
-            }
-        },
-        call);
 }
 
 const Kit& Session::GetKit() {

@@ -71,9 +71,6 @@ public:
     // over, one at a time, on another thread. False when nobody can listen; the call runs all the same.
     bool ListenDuring(const std::function<void(std::string_view message)>& onMessage,
                       const std::function<void()>& call);
-    // While the call runs, what the library tells of each scanner is shown as soon as it has ended; where
-    // nobody can listen to that, the call runs all the same.
-    void ShowScannersDuring(const std::function<void()>& call);
 
     // Shows the result: the JSON, in ASCII whatever its texts are, or, for people, the text, which is printable.
     void Show(const Json& json, const std::string& text);

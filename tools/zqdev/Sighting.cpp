@@ -5,35 +5,24 @@
 #include <vector>
 
 #include "Progress.h"
+#include "ScanNews.h"
 #include "Text.h"
 #include "communication/ZQIpv4.h"
 #include "foundation/ZQException.h"
-#include "scanners/ZQUdpScanLines.h"
 
 namespace ZQAPI::zqdev {
 
 namespace {
-
-struct Heard {
-    std::vector<SHeardCamera> cameras;
-    std::vector<SAddressConflict> conflicts;
-};
 
 [[noreturn]] void Refuse(const std::string& why) {
     throw Failure(why);
 }
 
 // What the scan hears is in its debug output alone.
-Heard ScanNetwork(Session& session, const std::string& id, std::error_code& error) {
-    Heard heard;
+ScanNews ScanNetwork(Session& session, const std::string& id, std::error_code& error) {
+    ScanNews heard;
     const bool isHeard = session.ListenDuring(
-        [&](std::string_view message) {
-            if (auto camera = ParseHeard(message)) {
-                heard.cameras.push_back(std::move(*camera));
-            } else if (auto conflict = ParseConflict(message)) {
-                heard.conflicts.push_back(std::move(*conflict));
-            }
-        },
+        [&](std::string_view message) { heard.Add(message); },
         [&] {
             WithProgress(session.GetConsole(), "Looking for " + Printable(id),
                          [&] { session.GetLibrary().Scan(device::Scanner::kZqUdp, error); });
@@ -46,7 +35,7 @@ Heard ScanNetwork(Session& session, const std::string& id, std::error_code& erro
 }
 
 // Throws Failure when it could be somebody else.
-void RequireOnlyOne(const Heard& heard, const SHeardCamera& camera, const std::string& id) {
+void RequireOnlyOne(const ScanNews& heard, const SHeardCamera& camera, const std::string& id) {
     for (const SHeardCamera& other : heard.cameras) {
         if (other.deviceId == camera.deviceId && other.hardwareAddress != camera.hardwareAddress) {
             Refuse("two cameras say that they are '" + id + "': " + camera.hardwareAddress.str() + " at " +
@@ -70,7 +59,7 @@ void RequireOnlyOne(const Heard& heard, const SHeardCamera& camera, const std::s
 }
 
 // The card that leads to this camera and to no other. None: whoever has its address is reached as the system routes.
-std::string CardOf(const Heard& heard, const SHeardCamera& camera, const std::string& id) {
+std::string CardOf(const ScanNews& heard, const SHeardCamera& camera, const std::string& id) {
     if (!camera.card.IsEmpty()) {
         return camera.card.str();
     }
@@ -89,7 +78,7 @@ std::optional<Sighting> LookOnNetwork(Session& session, const ZQDEVICEINFO& save
     const std::string id(device::Text(saved.DeviceID));
     device::Library& library = session.GetLibrary();
     std::error_code error;
-    const Heard heard = ScanNetwork(session, id, error);
+    const ScanNews heard = ScanNetwork(session, id, error);
     session.Check(error, "can't look for '" + id + "'", Subject::kOneScanner);
     const std::vector<ZQDEVICEINFO> found = library.Devices();
     library.Load(error);  // the scan has replaced the list

@@ -80,7 +80,10 @@ private:
         bool hasFailed = false;
         std::error_code error;
         const bool isHeard = m_session.ListenDuring(
-            [&](std::string_view message) { hasFailed = hasFailed || ScannerFailureIn(message); },
+            [&](std::string_view message) {
+                const auto outcome = ParseScannerOutcome(message);
+                hasFailed = hasFailed || (outcome && !outcome->failure.IsEmpty());
+            },
             [&] {
                 WithProgress(m_session.GetConsole(),
                              "Looking for " + CountText(indices.size()) + " of " +

@@ -170,6 +170,27 @@ std::size_t ColumnsOf(std::string_view printable) {
         std::count_if(printable.begin(), printable.end(), [](char c) { return !IsContinuation(c); }));
 }
 
+std::string Wrapped(std::string_view printable, std::string_view indent, std::string_view moreIndent,
+                    std::size_t width) {
+    std::string text;
+    std::size_t columns = 0;
+    while (!printable.empty()) {
+        const std::size_t end = std::min(printable.find(' '), printable.size());
+        const std::string_view word = printable.substr(0, end);
+        printable.remove_prefix(std::min(end + 1, printable.size()));
+        const bool isFirst = text.empty();
+        if (isFirst || columns + 1 + ColumnsOf(word) > width) {
+            const std::string_view start = isFirst ? indent : moreIndent;
+            text.append(isFirst ? "" : "\n").append(start).append(word);
+            columns = start.size() + ColumnsOf(word);
+        } else {
+            text.append(" ").append(word);
+            columns += 1 + ColumnsOf(word);
+        }
+    }
+    return text + "\n";
+}
+
 std::string Enumerate(const std::vector<std::string>& words) {
     std::string text;
     for (std::size_t i = 0; i < words.size(); ++i) {

@@ -24,6 +24,11 @@ std::string Quoted(std::string_view text);
 // The columns that a printable text takes: one for each character.
 std::size_t ColumnsOf(std::string_view printable);
 
+// A printable text in lines of `width` columns, broken at blanks alone, each with a line end: the first begins with
+// `indent`, the others with `moreIndent`.
+std::string Wrapped(std::string_view printable, std::string_view indent, std::string_view moreIndent,
+                    std::size_t width = 80);
+
 // "a, b and c"
 std::string Enumerate(const std::vector<std::string>& words);
 
