@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "foundation/ZQRoot.h"
@@ -26,6 +27,9 @@ public:
         return SupportsBroadcast() && IsUp() && !IsLoopback() && !IsPointToPoint();
     }
 
+    // What people call the interface, "eth0" or "Ethernet 2"; several addresses may share it. Empty where the system
+    // tells none.
+    const std::string& GetName() const noexcept { return m_record.name; }
     const platform::Ipv4SocketAddress& GetSocketAddress() const noexcept { return m_record.address; }
     // Dotted decimal. ZQ_ERR_ADDRESS_TO_TEXT.
     CZQString GetAddressText() const;

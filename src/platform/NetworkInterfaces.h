@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "platform/UdpSocket.h"
@@ -20,6 +21,9 @@ struct NetworkInterfaceRecord {
     Ipv4SocketAddress broadcastAddress;  // as the system reports it; on Windows commonly 255.255.255.255
     Ipv4SocketAddress netMask;
     std::uint32_t flags = 0;
+    // What people call the interface: "eth0", without an address's label; on Windows the adapter's friendly name, in
+    // the ANSI code page. Empty where the system tells none.
+    std::string name;
 };
 
 enum class InterfaceListResult { kOk, kNoSocket, kNoList };

@@ -19,6 +19,7 @@ TEST(NetInterface, ListsUpTo32Addresses) {
     EXPECT_EQ(interfaces.size(), count <= 32 ? count : 0);
     if (!interfaces.empty()) {
         EXPECT_FALSE(interfaces[0].IsSuitableForBroadcast());
+        EXPECT_EQ(interfaces.back().GetName(), interfaces[0].GetName());  // with and without a label
         EXPECT_THAT(interfaces[0].ToString().str(),
                     testing::MatchesRegex("IPAddr: 127.0.0.1 BroadcastAddr: .* NetMask: 255.0.0.0 IsUp: 1 "
                                           "IsLoopback: 1 SupportsBroadcast: ."));

@@ -43,6 +43,12 @@ std::uint32_t ToFlags(unsigned systemFlags) {
     return flags;
 }
 
+// An address may have a label of its own: "eth0:camera".
+std::string NameWithoutLabel(const char* name) {
+    const std::string whole = name != nullptr ? name : "";
+    return whole.substr(0, whole.find(':'));
+}
+
 }  // namespace
 
 InterfaceListResult ListNetworkInterfaces(std::size_t limit, std::vector<NetworkInterfaceRecord>& records,
@@ -67,6 +73,7 @@ InterfaceListResult ListNetworkInterfaces(std::size_t limit, std::vector<Network
         record.address = ToAddress(entry->ifa_addr);
         record.netMask = ToAddress(entry->ifa_netmask);
         record.flags = ToFlags(entry->ifa_flags);
+        record.name = NameWithoutLabel(entry->ifa_name);
         if ((record.flags & kInterfaceBroadcast) != 0) {
             record.broadcastAddress = ToAddress(entry->ifa_broadaddr);
         }

@@ -2,9 +2,14 @@
 
 #include <winsock2.h>
 // After winsock2.h.
+#include <iphlpapi.h>
 #include <ws2tcpip.h>
 
+#include <cstddef>
+#include <map>
 #include <mutex>
+
+#include "platform/TextEncoding.h"
 
 namespace ZQAPI::platform {
 
@@ -57,6 +62,45 @@ private:
     SOCKET m_socket = INVALID_SOCKET;
 };
 
+// The adapters with their IPv4 addresses; empty when the system does not say.
+std::vector<std::max_align_t> ListAdapters() {
+    constexpr ULONG kFlags = GAA_FLAG_SKIP_ANYCAST | GAA_FLAG_SKIP_MULTICAST | GAA_FLAG_SKIP_DNS_SERVER;
+    constexpr int kMaxTries = 4;
+    ULONG size = 16 * 1024;
+    for (int i = 0; i < kMaxTries; ++i) {  // it may grow from one question to the next
+        std::vector<std::max_align_t> list(size / sizeof(std::max_align_t) + 1);
+        const ULONG result = GetAdaptersAddresses(
+            AF_INET, kFlags, nullptr, reinterpret_cast<IP_ADAPTER_ADDRESSES*>(list.data()), &size);
+        if (result == ERROR_SUCCESS) {
+            return list;
+        }
+        if (result != ERROR_BUFFER_OVERFLOW) {
+            break;
+        }
+    }
+    return {};
+}
+
+// By address, in network byte order.
+std::map<std::uint32_t, std::string> ListNames() {
+    std::map<std::uint32_t, std::string> names;
+    const std::vector<std::max_align_t> list = ListAdapters();
+    const auto* adapter = list.empty() ? nullptr : reinterpret_cast<const IP_ADAPTER_ADDRESSES*>(list.data());
+    for (; adapter != nullptr; adapter = adapter->Next) {
+        const std::string name = adapter->FriendlyName != nullptr
+                                     ? Utf16ToAnsi(reinterpret_cast<const char16_t*>(adapter->FriendlyName))
+                                     : std::string();
+        for (const auto* address = adapter->FirstUnicastAddress; address != nullptr;
+             address = address->Next) {
+            const sockaddr* const socketAddress = address->Address.lpSockaddr;
+            if (socketAddress != nullptr && socketAddress->sa_family == AF_INET) {
+                names.try_emplace(reinterpret_cast<const sockaddr_in*>(socketAddress)->sin_addr.s_addr, name);
+            }
+        }
+    }
+    return names;
+}
+
 }  // namespace
 
 InterfaceListResult ListNetworkInterfaces(std::size_t limit, std::vector<NetworkInterfaceRecord>& records,
@@ -67,10 +111,12 @@ InterfaceListResult ListNetworkInterfaces(std::size_t limit, std::vector<Network
     if (result != InterfaceListResult::kOk) {
         return result;
     }
+    std::map<std::uint32_t, std::string> names = ListNames();
     for (const INTERFACE_INFO& entry : list) {
-        records.push_back({ToAddress(entry.iiAddress.AddressIn),
-                           ToAddress(entry.iiBroadcastAddress.AddressIn),
-                           ToAddress(entry.iiNetmask.AddressIn), static_cast<std::uint32_t>(entry.iiFlags)});
+        const Ipv4SocketAddress address = ToAddress(entry.iiAddress.AddressIn);
+        records.push_back({address, ToAddress(entry.iiBroadcastAddress.AddressIn),
+                           ToAddress(entry.iiNetmask.AddressIn), static_cast<std::uint32_t>(entry.iiFlags),
+                           names[address.addressBe]});
     }
     return result;
 }
