@@ -39,13 +39,13 @@ std::string UdevRule(const std::string& stableName, std::uint32_t number) {
     }
     rest.remove_prefix(kBus.size());
     const std::string port(TakeBehind(rest, "-port"));
-    const std::string interface(TakeBehind(rest, "-if"));
-    if (!IsPlain(rest) || !(interface.size() == 2 && IsPlain(interface)) ||
+    const std::string interfaceNumber(TakeBehind(rest, "-if"));
+    if (!IsPlain(rest) || !(interfaceNumber.size() == 2 && IsPlain(interfaceNumber)) ||
         !(port.empty() || IsNumber(port))) {
         return {};
     }
     return "SUBSYSTEM==\"tty\", ENV{ID_BUS}==\"usb\", ENV{ID_SERIAL}==\"" + std::string(rest) +
-           "\", ENV{ID_USB_INTERFACE_NUM}==\"" + interface + "\", " +
+           "\", ENV{ID_USB_INTERFACE_NUM}==\"" + interfaceNumber + "\", " +
            (port.empty() ? "" : "ATTRS{port_number}==\"" + port + "\", ") + "SYMLINK+=\"COM" +
            std::to_string(number) + "\"";
 }
