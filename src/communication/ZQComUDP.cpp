@@ -22,10 +22,6 @@ constexpr std::chrono::microseconds kMaxSingleWait = std::chrono::milliseconds(1
 
 constexpr std::chrono::milliseconds kClockStep{1};
 
-// How many answers to a broadcast may come while nobody reads, and what each takes of a receive queue.
-constexpr std::uint32_t kMaxBurst = 4096;
-constexpr std::uint32_t kQueuedAnswerSize = 1280;
-
 }  // namespace
 
 CZQComUDP::~CZQComUDP() {

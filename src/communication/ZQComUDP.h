@@ -17,6 +17,10 @@ namespace ZQAPI {
 // broadcast address, what comes from anyone. Empty datagrams are taken off the socket and ignored.
 class CZQComUDP : public CZQComBase {
 public:
+    // How many answers to a broadcast may come while nobody reads, and what each takes of a receive queue.
+    static constexpr std::uint32_t kMaxBurst = 4096;
+    static constexpr std::uint32_t kQueuedAnswerSize = 1280;
+
     CZQComUDP() = default;
     CZQComUDP(const CZQComUDP&) = delete;
     CZQComUDP& operator=(const CZQComUDP&) = delete;

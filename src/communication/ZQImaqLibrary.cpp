@@ -9,7 +9,6 @@ namespace {
 
 using Status = CZQImaqLibrary::Status;
 
-constexpr const char* kFile = "imaq.dll";
 constexpr std::uint32_t kMaxInterfaces = 64;
 // Names and error texts have no published limit; callers have always given this much.
 constexpr std::size_t kTextSize = 512;

@@ -13,6 +13,7 @@ namespace ZQAPI {
 // for success. Bound to one thread.
 class CZQImaqLibrary : public CZQDynamicDLL {
 public:
+    static constexpr const char* kFile = "imaq.dll";
     using Status = std::int32_t;
     using Id = std::uint32_t;  // of an interface or a session; 0: none
 

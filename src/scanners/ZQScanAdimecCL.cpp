@@ -33,10 +33,13 @@ SAdimecCamera CZQAdimecPorts::GetCamera(std::uint32_t port) {
     return answers;
 }
 
-std::unique_ptr<CZQAdimecPorts> SAdimecScanner::MakeSource(const CZQSdkPaths& kit) {
+CZQString SAdimecScanner::LibraryOf(const CZQSdkPaths& kit) {
     const CZQString separator = PathSeparator();
-    return std::make_unique<Source>(kit.GetBinPath() + "3dParty" + separator + "Euresys" + separator +
-                                    "clseremc_x64.dll");
+    return kit.GetBinPath() + "3dParty" + separator + "Euresys" + separator + "clseremc_x64.dll";
+}
+
+std::unique_ptr<CZQAdimecPorts> SAdimecScanner::MakeSource(const CZQSdkPaths& kit) {
+    return std::make_unique<Source>(LibraryOf(kit));
 }
 
 SVendorIdentity SAdimecScanner::Identify(const Camera& camera) {

@@ -33,7 +33,8 @@ struct SAdimecScanner : SVendorScannerTraits<CZQAdimecPorts> {
     static constexpr OnCameraFailure kOnCameraFailure = OnCameraFailure::kSkip;
     static constexpr std::int32_t kBadTextError = ZQ_ERR_BAD_VALUE;
 
-    // The library that the kit brings.
+    // The library that the kit brings, in full.
+    static CZQString LibraryOf(const CZQSdkPaths& kit);
     static std::unique_ptr<Source> MakeSource(const CZQSdkPaths& kit);
     static SVendorIdentity Identify(const Camera& camera);
     static SVendorProduct ProductOf(const Camera& camera);

@@ -18,9 +18,7 @@ constexpr std::uint32_t kMaxTruthValue = 1;
 }  // namespace
 
 CZQFlyCapture2::CZQFlyCapture2(const CZQString& folder) {
-    OpenFirst(folder, {"FlyCapture2_C_v100.dll", "FlyCapture2_C.dll", "FlyCapture2_C_v140.dll",
-                       "FlyCapture2_C_v120.dll", "FlyCapture2_C_v110.dll", "FlyCapture2_C_v90.dll",
-                       "libflycapture-c.so", "libflycapture-c.so.2"});
+    OpenFirst(folder, kFiles);
     void* context = nullptr;
     Call(ZQ_HERE("CZQFlyCapture2::CZQFlyCapture2"), m_createContext, &context);
     if (context == nullptr) {

@@ -16,6 +16,11 @@ struct SFlyCapture2Camera {
 // to one thread.
 class CZQFlyCapture2 : public CZQVendorLibrary, public CZQICameraSource<SFlyCapture2Camera> {
 public:
+    // Any of these files will do, the first comes first.
+    static constexpr const char* kFiles[] = {
+        "FlyCapture2_C_v100.dll", "FlyCapture2_C.dll",     "FlyCapture2_C_v140.dll", "FlyCapture2_C_v120.dll",
+        "FlyCapture2_C_v110.dll", "FlyCapture2_C_v90.dll", "libflycapture-c.so",     "libflycapture-c.so.2"};
+
     // `folder` is where the library is looked for first.
     explicit CZQFlyCapture2(const CZQString& folder);
 

@@ -24,7 +24,7 @@ SharedSlot& GetSharedSlot() {
 }  // namespace
 
 CZQGigE::CZQGigE(const CZQString& folder) {
-    OpenFirst(folder, {"ZQGigE.x64.dll"});
+    OpenFirst(folder, kFiles);
     if (m_functions.isVersionCompliantDLL(ZQGIGE_INTERFACE_VERSION) == 0) {
         ZQ_THROW("CZQGigE::CZQGigE", ZQ_ERR_VENDOR_LIBRARY, "GigE API: library has not interface version %d",
                  ZQGIGE_INTERFACE_VERSION);

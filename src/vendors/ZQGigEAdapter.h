@@ -41,6 +41,9 @@ struct SGigEFunctions {
 // The maker's GigE library. Thread-safe, for nothing changes in it once it is made.
 class CZQGigE : public CZQVendorLibrary {
 public:
+    // Any of these files will do, the first comes first.
+    static constexpr const char* kFiles[] = {"ZQGigE.x64.dll"};
+
     // Looks for the library in the folder first. One of another interface version: ZQ_ERR_VENDOR_LIBRARY.
     explicit CZQGigE(const CZQString& folder);
 

@@ -23,7 +23,7 @@ constexpr std::size_t kMaxInfoSize = 4096;
 }  // namespace
 
 CZQMvDeviceManager::CZQMvDeviceManager(const CZQString& folder) {
-    OpenFirst(folder, {"mvDeviceManager_x64.dll", "mvDeviceManager.dll", "libmvDeviceManager.so"});
+    OpenFirst(folder, kFiles);
     // The last step: a manager that could not be initialised is not closed.
     std::int32_t manager = 0;
     Call(ZQ_HERE("CZQMvDeviceManager::CZQMvDeviceManager"), m_init, &manager);

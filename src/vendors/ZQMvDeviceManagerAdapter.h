@@ -14,6 +14,10 @@ struct SMvDeviceManagerCamera {
 // whole process. Bound to one thread.
 class CZQMvDeviceManager : public CZQVendorLibrary, public CZQICameraSource<SMvDeviceManagerCamera> {
 public:
+    // Any of these files will do, the first comes first.
+    static constexpr const char* kFiles[] = {"mvDeviceManager_x64.dll", "mvDeviceManager.dll",
+                                             "libmvDeviceManager.so"};
+
     // `folder` is where the library is looked for first.
     explicit CZQMvDeviceManager(const CZQString& folder);
     CZQMvDeviceManager(const CZQMvDeviceManager&) = delete;

@@ -20,7 +20,7 @@ constexpr int kMaxReads = 8;
 }  // namespace
 
 CZQUEye::CZQUEye(const CZQString& folder) {
-    OpenFirst(folder, {"uEye_api_64.dll", "libueye_api.so", "libueye_api.so.1"});
+    OpenFirst(folder, kFiles);
 }
 
 std::uint32_t CZQUEye::GetNofCameras() {

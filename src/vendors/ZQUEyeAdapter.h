@@ -14,6 +14,9 @@ struct SUEyeCamera {
 // The IDS uEye library. Bound to one thread.
 class CZQUEye : public CZQVendorLibrary, public CZQICameraSource<SUEyeCamera> {
 public:
+    // Any of these files will do, the first comes first.
+    static constexpr const char* kFiles[] = {"uEye_api_64.dll", "libueye_api.so", "libueye_api.so.1"};
+
     // `folder` is where the library is looked for first.
     explicit CZQUEye(const CZQString& folder);
 

@@ -13,7 +13,7 @@ CZQString FieldText(std::span<const char> field) {
     return CZQString(std::string(field.begin(), std::find(field.begin(), field.end(), '\0'))).Trim(" ");
 }
 
-void CZQVendorLibrary::OpenFirst(const CZQString& folder, std::initializer_list<const char*> fileNames) {
+void CZQVendorLibrary::OpenFirst(const CZQString& folder, std::span<const char* const> fileNames) {
     std::vector<CZQString> libraryNames;
     for (const char* const fileName : fileNames) {
         libraryNames.push_back(folder + fileName);

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <initializer_list>
 #include <span>
 
 #include "foundation/ZQDynamicDLL.h"
@@ -18,7 +17,7 @@ protected:
     // Loads the first of the files that can be loaded: each is looked for in the folder (the kit's bin path),
     // then where the system looks for libraries. None: ZQ_ERR_LIBRARY_NOT_LOADED, as
     // OpenFirstLibrary tells it. A library that lacks an entry point ends the search: ZQ_ERR_ENTRY_POINT_MISSING.
-    void OpenFirst(const CZQString& folder, std::initializer_list<const char*> fileNames);
+    void OpenFirst(const CZQString& folder, std::span<const char* const> fileNames);
 
     // Calls a function whose status 0 is success: any other is ZQ_ERR_VENDOR_LIBRARY, "Function=%s; Status=%ld".
     template <class... Parameters, class... Arguments>

@@ -7,7 +7,7 @@ CZQWrapperLibrary::CZQWrapperLibrary(const CZQString& folder, const SWrapperName
       m_getNofCameras(*this, names.getNofCameras),
       m_getCameraInfo(*this, names.getCameraInfo),
       m_deInit(*this, names.deInit) {
-    OpenFirst(folder, {names.file});
+    OpenFirst(folder, {&names.file, 1});
     Call(ZQ_HERE("CZQWrapperLibrary::CZQWrapperLibrary"), m_init);
 }
 

@@ -16,6 +16,7 @@ void AddEditCommands(Command& app, Session& session);     // add, modify, remove
 void AddAddressCommands(Command& app, Session& session);  // set-ip
 void AddSendCommand(Command& app, Session& session);      // send
 void AddMachineCommands(Command& app, Session& session);  // interfaces, ports
+void AddDoctorCommand(Command& app, Session& session);    // doctor
 void AddModuleCommands(Command& app, Session& session);   // modules, types
 void AddConfigCommands(Command& app, Session& session);   // config init|show|get|set|check|seal
 void AddVersionCommand(Command& app, Session& session);   // version
@@ -25,8 +26,9 @@ void AddSettingCommands(Command& config, Session& session);  // config get|set
 
 // In the order in which the help lists them.
 inline constexpr void (*kCommandGroups[])(Command&, Session&) = {
-    AddListCommands, AddScanCommands,    AddStatusCommand,  AddEditCommands,   AddAddressCommands,
-    AddSendCommand,  AddMachineCommands, AddModuleCommands, AddConfigCommands, AddVersionCommand,
+    AddListCommands,    AddScanCommands,   AddStatusCommand,   AddEditCommands,
+    AddAddressCommands, AddSendCommand,    AddMachineCommands, AddDoctorCommand,
+    AddModuleCommands,  AddConfigCommands, AddVersionCommand,
 };
 
 // The argument that says which device of the saved list is meant.

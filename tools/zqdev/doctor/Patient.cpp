@@ -1,0 +1,90 @@
+#include <algorithm>
+#include <cstdlib>
+
+#include "../ConfigFiles.h"
+#include "../Text.h"
+#include "Finding.h"
+#include "communication/ZQComWs2DllInit.h"
+#include "foundation/ZQStringArray.h"
+#include "scanners/ZQScannerTable.h"
+
+namespace ZQAPI::zqdev::doctor {
+
+namespace {
+
+constexpr const char* kNetworkSection = "DeviceScanner." ZQDEV_SCANNER_NAME_ZQ_UDP;
+
+ScanSettings SettingsOf(const std::string& file) {
+    return IsMissing(file) || ReadingObstacle(file).empty() ? ReadScanSettings(file) : ScanSettings();
+}
+
+std::vector<CZQComNetInterface> AllCards() {
+    constexpr std::size_t kMost = 4096;
+    const CZQComWs2DllInit sockets;
+    std::vector<platform::NetworkInterfaceRecord> records;
+    platform::SystemErrorCode error = 0;
+    std::vector<CZQComNetInterface> cards;
+    if (platform::ListNetworkInterfaces(kMost, records, error) == platform::InterfaceListResult::kOk) {
+        for (const platform::NetworkInterfaceRecord& record : records) {
+            cards.emplace_back(record);
+        }
+    }
+    return cards;
+}
+
+}  // namespace
+
+Patient::Patient(const Kit& itsKit) : kit(itsKit), settings(SettingsOf(itsKit.ApiIni())), cards(AllCards()) {
+    std::string names = Setting(kScannerSection, kActiveScanners);
+    for (std::size_t start = 0; start < names.size();) {
+        const std::size_t end = std::min(names.find(';', start), names.size());
+        activeScanners.push_back(CZQString(names.substr(start, end - start)).Trim().str());
+        start = end + 1;
+    }
+    usesNetwork = IsActive(ZQDEV_SCANNER_NAME_ZQ_UDP);
+    const std::string binds = Setting(kNetworkSection, "BindToNetworkCard");
+    bindsToCards = CZQString(binds).MakeLower() == "true" || binds == "1";
+    discoveryPort =
+        static_cast<std::uint32_t>(std::strtoul(Setting(kNetworkSection, "IPPort").c_str(), nullptr, 10));
+}
+
+bool Patient::IsActive(const std::string& scanner) const {
+    return std::find(activeScanners.begin(), activeScanners.end(), scanner) != activeScanners.end();
+}
+
+std::string Patient::Setting(const std::string& section, const std::string& key) const {
+    for (const ScanSection& one : settings) {
+        for (const ScanSetting& setting : one.settings) {
+            if (one.name == section && setting.key == key) {
+                return setting.InUse().value_or("");
+            }
+        }
+    }
+    return {};
+}
+
+std::string Filled(Fix fix, const Kit& kit, const std::vector<std::pair<std::string, std::string>>& words) {
+    std::string text = TextOf(fix);
+    const auto replaceAll = [](std::string& in, const std::string& mark, const std::string& by) {
+        for (std::size_t at = 0; (at = in.find(mark, at)) != std::string::npos; at += by.size()) {
+            in.replace(at, mark.size(), by);
+        }
+    };
+    constexpr std::string_view kCall = "{zqdev ";
+    for (std::size_t start = 0; (start = text.find(kCall)) != std::string::npos;) {
+        const std::size_t end = text.find('}', start);
+        std::string arguments = text.substr(start + kCall.size(), end - start - kCall.size());
+        for (const auto& [name, value] : words) {
+            if (name == "FILE") {
+                replaceAll(arguments, name, value);
+            }
+        }
+        text.replace(start, end + 1 - start, kit.Command(arguments));
+    }
+    for (const auto& [name, value] : words) {
+        replaceAll(text, "{" + name + "}", value);
+    }
+    return text;
+}
+
+}  // namespace ZQAPI::zqdev::doctor
