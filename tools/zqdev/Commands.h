@@ -18,6 +18,7 @@ void AddSendCommand(Command& app, Session& session);      // send
 void AddMachineCommands(Command& app, Session& session);  // interfaces, ports
 void AddModuleCommands(Command& app, Session& session);   // modules, types
 void AddConfigCommands(Command& app, Session& session);   // config init|show|get|set|check|seal
+void AddLogCommand(Command& app, Session& session);       // log
 void AddVersionCommand(Command& app, Session& session);   // version
 
 // Called by AddConfigCommands.
@@ -25,8 +26,9 @@ void AddSettingCommands(Command& config, Session& session);  // config get|set
 
 // In the order in which the help lists them.
 inline constexpr void (*kCommandGroups[])(Command&, Session&) = {
-    AddListCommands, AddScanCommands,    AddStatusCommand,  AddEditCommands,   AddAddressCommands,
-    AddSendCommand,  AddMachineCommands, AddModuleCommands, AddConfigCommands, AddVersionCommand,
+    AddListCommands,    AddScanCommands, AddStatusCommand,   AddEditCommands,
+    AddAddressCommands, AddSendCommand,  AddMachineCommands, AddModuleCommands,
+    AddConfigCommands,  AddLogCommand,   AddVersionCommand,
 };
 
 // The argument that says which device of the saved list is meant.
