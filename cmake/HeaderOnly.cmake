@@ -1,5 +1,5 @@
 # zq_header_only(<target> <folder>...): the target may include the header-only libraries of these folders (CLI,
-# nlohmann), which are taken from the build machine for every system that is built for, and nothing else from there.
+# nlohmann, spdlog, fmt), which are taken from the build machine for every system that is built for, and nothing else from there.
 function(zq_header_only target)
   foreach(folder IN LISTS ARGN)
     find_path(ZQ_${folder}_PARENT "${folder}" PATHS /usr/include NO_CMAKE_FIND_ROOT_PATH REQUIRED)

@@ -18,6 +18,7 @@ install(TARGETS ZQAPI_headers EXPORT ZQDeviceAPITargets)
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/include/ZQAPI" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
 install(TARGETS zqdev zqcamsim RUNTIME DESTINATION "${kit}")
 get_target_property(modules zq_kit_modules MANUALLY_ADDED_DEPENDENCIES)
+install(TARGETS ZQLoggerAPI LIBRARY DESTINATION "${kit}" RUNTIME DESTINATION "${kit}")
 install(TARGETS ${modules} LIBRARY DESTINATION "${kit}/CCMs" RUNTIME DESTINATION "${kit}/CCMs")
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/kit/CameraConfig" DESTINATION "${kit}")
 

@@ -7,6 +7,8 @@
 #include "devices/ZQCamConfigFile.h"
 #include "foundation/Io/ZQConfigFile.h"
 #include "foundation/ZQException.h"
+#include "foundation/ZQLogger.h"
+#include "scanners/ZQLoggerSettings.h"
 #include "scanners/ZQNetAddressChange.h"
 
 namespace ZQAPI {
@@ -230,6 +232,7 @@ int CZQDeviceAPI::ScanForDevices(std::span<const std::int32_t> scannerNumbers) n
     const SSourceLocation here = ZQ_HERE("CZQDeviceAPI::ScanForDevices");
     return RunReported(here, [&] {
         CheckInitialised(here);
+        LogDebugOutput(IsDebugOutputLogged(m_environment.kit));
         const CZQStringArray names = SelectScanners(scannerNumbers);
         const CZQDeviceScan scan({[this](const CZQString& name) { return CreateScanner(name); },
                                   ScannerUsesNetworkLock, ScannerMergeOrder()},
@@ -245,6 +248,7 @@ int CZQDeviceAPI::RescanDevice(ZQDEVICEINFO* record) noexcept {
     const SSourceLocation here = ZQ_HERE("CZQDeviceAPI::RescanDevice");
     return Initialised(here, [&] {
         CheckOutput(record, here);
+        LogDebugOutput(IsDebugOutputLogged(m_environment.kit));
         CZQDeviceInfo device = CheckedDevice(*record);
         if (const auto scanner = CreateScanner(device.GetUsedScanner())) {
             scanner->Update(device);

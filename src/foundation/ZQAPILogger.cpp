@@ -1,6 +1,7 @@
 #include "foundation/ZQAPILogger.h"
 
 #include "foundation/ZQSystem.h"
+#include "platform/Process.h"
 
 namespace ZQAPI {
 
@@ -26,15 +27,16 @@ CZQAPILogger::~CZQAPILogger() {
     }
 }
 
+// Past DebugOutput, which comes back here.
 void CZQAPILogger::Log(std::uint32_t level, const CZQException& exception) {
     if (!m_initialised) {
-        DebugOutput("!! ZQSDK: CZQAPILogger::Log");
+        platform::WriteDebugOutput("!! ZQSDK: CZQAPILogger::Log");
         return;
     }
     try {
         m_logException(level, &exception);
     } catch (...) {
-        DebugOutput("!! ZQSDK: CZQAPILogger::Log");
+        platform::WriteDebugOutput("!! ZQSDK: CZQAPILogger::Log");
     }
 }
 

@@ -1,5 +1,7 @@
 #include "foundation/ZQLogger.h"
 
+#include <atomic>
+
 #include "foundation/Threading/ZQSharedSlot.h"
 #include "foundation/ZQNoDestructor.h"
 #include "platform/Process.h"
@@ -12,6 +14,8 @@ CZQSharedSlot<CZQILogger>& Slot() {
     static CZQNoDestructor<CZQSharedSlot<CZQILogger>> slot;
     return slot.Get();
 }
+
+std::atomic<bool> g_isDebugOutputLogged{false};
 
 }  // namespace
 
@@ -32,6 +36,25 @@ void LogException(std::uint32_t level, const CZQException& exception) noexcept {
         }
     } catch (...) {
         platform::WriteDebugOutput("ZQSDK: !! an exception could not be logged");
+    }
+}
+
+void LogDebugOutput(bool isWanted) noexcept {
+    g_isDebugOutputLogged = isWanted;
+}
+
+void LogDebugText(const CZQString& text) noexcept {
+    if (!g_isDebugOutputLogged) {
+        return;
+    }
+    try {
+        if (const auto logger = Slot().Get()) {
+            CZQException line(kSeverityNone, ZQ_OK, ZQ_HERE("DebugOutput"));
+            line.SetExtraText("%s", text.c_str());
+            logger->Log(kLogLevelDebug, line);
+        }
+    } catch (...) {
+        platform::WriteDebugOutput("ZQSDK: !! a debug text could not be logged");
     }
 }
 

@@ -32,4 +32,13 @@ void LogException(std::uint32_t level, const CZQException& exception) noexcept;
 // The level that every call in the library passes.
 inline constexpr std::uint32_t kLogLevel = 0;
 
+// Whether the debug output of this library goes to the logger, too; not at first. Each text is then logged with a level
+// of its own, as an exception that nobody threw: severity 0, number ZQ_OK, the text as its extra text.
+void LogDebugOutput(bool isWanted) noexcept;
+inline constexpr std::uint32_t kLogLevelDebug = 1;
+inline constexpr std::uint32_t kSeverityNone = 0;
+
+// A text of the debug output on its way. Never throws, and writes no debug output itself.
+void LogDebugText(const CZQString& text) noexcept;
+
 }  // namespace ZQAPI

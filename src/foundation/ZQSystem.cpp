@@ -4,6 +4,7 @@
 #include <exception>
 
 #include "foundation/ZQException.h"
+#include "foundation/ZQLogger.h"
 #include "platform/Files.h"
 #include "platform/Process.h"
 
@@ -44,7 +45,9 @@ void DebugOutput(const char* format, ...) noexcept {
     va_list arguments;
     va_start(arguments, format);
     try {
-        platform::WriteDebugOutput(CZQString::FormattedV(format, arguments).c_str());
+        const CZQString text = CZQString::FormattedV(format, arguments);
+        platform::WriteDebugOutput(text.c_str());
+        LogDebugText(text);
     } catch (const std::exception&) {
         platform::WriteDebugOutput("ZQSDK: !! no memory for a debug text");
     }

@@ -10,4 +10,8 @@ namespace ZQAPI::platform {
 // (CZQNoDestructor): in which order the others go is open.
 void SetModuleUnloadHandler(void (*handler)()) noexcept;
 
+// Where a library that is unloaded does not give everything back (on Windows a thread-local index of the C++ run-time
+// in it), this one stays in the process from now on; elsewhere this does nothing.
+void KeepModuleIfUnloadingLeaks() noexcept;
+
 }  // namespace ZQAPI::platform

@@ -11,6 +11,9 @@ namespace ZQAPI::platform {
 // program's. Empty when the system does not tell.
 std::string OwnModulePath();
 
+// The same of the program that this process runs.
+std::string ProgramPath();
+
 // The local computer's name; empty when the system gives none.
 std::string ComputerName();
 

@@ -15,4 +15,8 @@ std::u16string AnsiToUtf16(std::string_view text);
 // the ASCII letters. A character whose small form the code page lacks stays.
 std::string LowerCaseAnsi(std::string_view text);
 
+// The system's 8-bit text as UTF-8: from the ANSI code page on Windows; elsewhere the bytes as they are, whatever they
+// are.
+std::string ToUtf8(std::string_view text);
+
 }  // namespace ZQAPI::platform

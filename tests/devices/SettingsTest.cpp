@@ -3,6 +3,7 @@
 
 #include "foundation/Io/ZQIniFile.h"
 #include "platform/Process.h"
+#include "scanners/ZQLoggerSettings.h"
 #include "scanners/ZQScannerTable.h"
 #include "support/DebugLines.h"
 #include "support/ExpectError.h"
@@ -25,7 +26,9 @@ TEST(Settings, AreShippedAndDocumentedAsTheTableHasThem) {
     const std::string docs = ContentOf(ZQ_TEST_SOURCE "/docs/file-formats.md");
     CZQIniFile shipped(ZQ_TEST_SOURCE "/kit/AppData/config/ZQAPI.ini");
     std::size_t nofKeys = 0;
-    for (const SSettingSection& section : ScannerSettings()) {
+    std::vector<SSettingSection> sections = ScannerSettings();
+    sections.push_back(LoggerSettings());
+    for (const SSettingSection& section : sections) {
         shipped.SetSection(section.name);
         nofKeys += section.rows.size();
         EXPECT_EQ(shipped.ReadKeyNames().GetSize(), section.rows.size()) << section.name.c_str();

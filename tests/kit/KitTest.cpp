@@ -58,6 +58,21 @@ TEST(Kit, LooksForItsLoggerAlsoWithoutPath) {
                                              "ZQSDK: LoggerAPI init: ZQLoggerAPI_x64.v2.0.dll"}));
 }
 
+TEST(Kit, LogsFailuresAndOnRequestScans) {
+    KitScan scan;
+    const std::string log = scan.kit.File("AppData/log/test_kit.log");
+    scan.Configure("SCANNER_MV", "");
+    scan.Scan();
+    EXPECT_FALSE(std::filesystem::exists(log));
+    scan.Configure("SCANNER_MV", "[Logger]\r\nLevel=DEBUG\r\n");
+    scan.Scan();
+    EXPECT_EQ(ZQ_CALL(scan.kit, ZQDEV_RemoveDevice, nullptr), ZQ_ERR_NULL_INPUT);
+    for (const char* const part :
+         {"] debug ZQSDK: !! Scanner SCANNER_MV: 0 found", "] error -100004 ZQ_ERR_NULL_INPUT"}) {
+        EXPECT_THAT(ContentOf(log), testing::HasSubstr(part));
+    }
+}
+
 // What many scans, and many loadings of the library, take from the process and never give back.
 class LongUse : public ::testing::Test {
 protected:

@@ -9,6 +9,7 @@
 #include <nlohmann/json.hpp>
 #include <thread>
 
+#include "LogReader.h"
 #include "ZQSimUdpServer.h"
 #include "devices/ZQDeviceList.h"
 #include "platform/Files.h"
@@ -94,6 +95,62 @@ private:
     std::atomic<int> m_runs{0};
 };
 
+TEST_F(Zqdev, LogIsThatOfAllProgramsByTime) {
+    EXPECT_EQ(Run({"log"}).status, 3);
+    const auto folder = m_kit.Path() / "AppData" / "log";
+    std::filesystem::create_directories(folder);
+    WriteBytes(folder / "a.log.1", "2026-01-01 10:00:00.000 +00:00 [1:1] first\n    beneath it\x1B[2J\n");
+    WriteBytes(folder / "a.log", "2026-01-01 12:00:00.000 +00:00 [1:1] third\n");
+    WriteBytes(folder / "b.log", "2026-01-01 12:30:00.000 +01:00 [2:2] second\r\nno time: belongs to it\r\n");
+    WriteBytes(folder / "notes.txt", "2026-01-01 12:00:00.000 +00:00 no log\n");
+    const std::string second = "2026-01-01 12:30:00.000 +01:00 [2:2] second\nno time: belongs to it\n";
+    const std::string third = "2026-01-01 12:00:00.000 +00:00 [1:1] third\n";
+    EXPECT_EQ(Run({"log"}).out,
+              "2026-01-01 10:00:00.000 +00:00 [1:1] first\n    beneath it\\x1B[2J\n" + second + third);
+    EXPECT_EQ(Run({"log", "--since", "2026-01-01 11:00Z"}).out, second + third);
+    EXPECT_EQ(Run({"log", "--since", "2026-01-01T12:00:00.000+00:00"}).out, third);
+    EXPECT_EQ(Run({"log", "--since", "1h"}).status, 3);
+    ExpectFailure({"log", "--since", "soon"}, 2, {"neither a time"});
+    EXPECT_EQ(RunJson({"log"})["entries"].size(), 3U);
+    if (!platform::HasDriveLetters()) {
+        const Outcome followed =
+            Run({"--preserve-status", "-s", "INT", "2", m_kit.File("zqdev"), "log", "--follow"},
+                "/usr/bin/timeout");
+        EXPECT_EQ(followed.status, 0);
+        EXPECT_THAT(followed.out, testing::EndsWith(third));
+    }
+}
+
+TEST(LogReader, GoesOnWhereAFileIsPutAside) {
+    const TempFolder folder;
+    const auto log = folder.Path() / "a.log";
+    const auto line = [](int number) {
+        return "2026-01-01 12:00:00.000 +00:00 " + std::to_string(number) + "\n";
+    };
+    zqdev::LogReader reader(folder.Path().string());
+    const auto read = [&] {
+        std::string text;
+        for (const auto& entry : reader.ReadNew()) {
+            text += entry.lines.front().substr(31);
+        }
+        return text;
+    };
+    WriteBytes(log, line(1) + line(2) + "2026-01-01 12:00");
+    EXPECT_EQ(read(), "12");
+    EXPECT_EQ(read(), "");
+    WriteBytes(log, line(1) + line(2) + line(3));
+    std::filesystem::rename(log, log.string() + ".1");
+    WriteBytes(log, line(4));
+    EXPECT_EQ(read(), "34");
+    std::filesystem::rename(log.string() + ".1", log.string() + ".2");
+    std::filesystem::rename(log, log.string() + ".1");
+    EXPECT_EQ(read(), "");
+    WriteBytes(log, line(5));
+    EXPECT_EQ(read(), "5");
+    std::filesystem::remove_all(folder.Path());
+    EXPECT_EQ(read(), "");
+}
+
 TEST_F(Zqdev, FailuresAreOneLineWithTheirStatusAndLeaveTheListAlone) {
     const std::string before = ContentOf(m_kit.DevicesIni());
     const std::string pastLast = std::to_string(ZQDEV_NOF_SCANNERS);
@@ -120,7 +177,8 @@ TEST_F(Zqdev, FailuresAreOneLineWithTheirStatusAndLeaveTheListAlone) {
         {{"add", "--id", "x", "--type", "NoSuchType"}, 2, {"--desc", "--ccm", "--iam-address", "--firmware"}},
         {{"modify", "VirtualCamera:1"}, 2, {"nothing to change"}},
         {{"config", "get", "ZQ_UDP.IPort"}, 2, {"the nearest is ZQ_UDP.IPPort"}},
-        {{"config", "get", "frobnicate"}, 2, {"ActiveScanners, ZQ_UDP.IPPort"}},
+        {{"config", "get", "frobnicate"}, 2, {"ActiveScanners, ZQ_UDP.IPPort", "Logger.Level"}},
+        {{"config", "set", "Logger.NofFiles", "1"}, 2, {"a number from 2 to 20 is meant, 2 is used"}},
         {{"config", "set", "IPPort", "65536"}, 2, {"ZQ_UDP.IPPort=65536: a number from 0 to 65535"}},
         {{"config", "set", "BindToNetworkCard", "maybe"}, 2, {"true or false"}},
         {{"config", "set", "CameraFile", " x"}, 2, {"read back"}},

@@ -4,7 +4,8 @@
 
 #include <filesystem>
 #include <string>
-#include <string_view>
+
+#include "platform/TextEncoding.h"
 
 namespace ZQAPI::platform {
 
@@ -12,8 +13,5 @@ namespace ZQAPI::platform {
 // take every 8-bit text for UTF-8. What the code page can't say becomes '?'.
 std::filesystem::path ToPath(const std::string& text);
 std::string FromPath(const std::filesystem::path& path);
-
-// As UTF-8 on Windows; elsewhere the bytes as they are, whatever they are.
-std::string ToUtf8(std::string_view text);
 
 }  // namespace ZQAPI::platform

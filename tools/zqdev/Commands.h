@@ -19,6 +19,7 @@ void AddMachineCommands(Command& app, Session& session);  // interfaces, ports
 void AddDoctorCommand(Command& app, Session& session);    // doctor
 void AddModuleCommands(Command& app, Session& session);   // modules, types
 void AddConfigCommands(Command& app, Session& session);   // config init|show|get|set|check|seal
+void AddLogCommand(Command& app, Session& session);       // log
 void AddVersionCommand(Command& app, Session& session);   // version
 
 // Called by AddConfigCommands.
@@ -28,7 +29,7 @@ void AddSettingCommands(Command& config, Session& session);  // config get|set
 inline constexpr void (*kCommandGroups[])(Command&, Session&) = {
     AddListCommands,    AddScanCommands,   AddStatusCommand,   AddEditCommands,
     AddAddressCommands, AddSendCommand,    AddMachineCommands, AddDoctorCommand,
-    AddModuleCommands,  AddConfigCommands, AddVersionCommand,
+    AddModuleCommands,  AddConfigCommands, AddLogCommand,      AddVersionCommand,
 };
 
 // The argument that says which device of the saved list is meant.

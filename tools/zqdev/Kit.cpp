@@ -62,6 +62,10 @@ std::string Kit::LockFile() const {
     return Tidy(m_paths.GetConfigFilesPath() + "zqdev.lock");
 }
 
+std::string Kit::LogFolder() const {
+    return Tidy(m_paths.GetSdkConfigRoot() + "log");
+}
+
 std::string Kit::CameraConfigFolder() const {
     return Tidy(m_paths.GetCameraConfigPath());
 }

@@ -29,6 +29,8 @@ public:
     std::string DevicesIni() const;
     // What whoever changes the configuration locks meanwhile.
     std::string LockFile() const;
+    // Of the logger library's files.
+    std::string LogFolder() const;
     std::string CameraConfigFolder() const;
     // Those in it, sorted.
     std::vector<std::string> CameraConfigFiles() const;

@@ -11,11 +11,19 @@
 #include "Text.h"
 #include "foundation/Io/ZQIniFile.h"
 #include "foundation/Io/ZQIniText.h"
+#include "scanners/ZQLoggerSettings.h"
 #include "scanners/ZQScannerTable.h"
 
 namespace ZQAPI::zqdev {
 
 namespace {
+
+// The scanners' sections, then the logger's.
+std::vector<SSettingSection> AllSections() {
+    std::vector<SSettingSection> sections = ScannerSettings();
+    sections.push_back(LoggerSettings());
+    return sections;
+}
 
 // The file is set to the section.
 ScanSetting Read(CZQIniFile& ini, const CZQString& section, const SSettingRow& row) {
@@ -52,7 +60,7 @@ void AddUnknown(CZQIniFile& ini, const SSettingSection& known, ScanSection& sect
             section.settings.push_back({AnyToUtf8(key.view()),
                                         AnyToUtf8(ini.ReadFromFile(key, &none, true).view()),
                                         std::nullopt,
-                                        "no scanner reads this key",
+                                        "nothing reads this key",
                                         {},
                                         std::nullopt});
         }
@@ -96,7 +104,7 @@ Json ByKey(const ScanSettings& sections, const Visit& visit) {
 
 std::vector<SettingPlace> AllSettings() {
     std::vector<SettingPlace> places;
-    for (const SSettingSection& section : ScannerSettings()) {
+    for (const SSettingSection& section : AllSections()) {
         for (const SSettingRow& row : section.rows) {
             places.push_back({section.name, row});
         }
@@ -162,7 +170,7 @@ std::string Keys(const std::vector<SettingPlace>& places) {
 ScanSettings ReadScanSettings(const std::string& file) {
     CZQIniFile ini(file);
     ScanSettings sections;
-    const auto known = ScannerSettings();
+    const auto known = AllSections();
     for (const SSettingSection& section : known) {
         ini.SetSection(section.name);
         ScanSection read = {section.name.str(), {}, {}};
@@ -196,7 +204,10 @@ ScanSetting ScanSetting::InFile() const {
 std::string SettingPlace::ShortKey() const {
     const std::string prefix = std::string(kScannerSection) + "." + std::string(kNamePrefix);
     const std::string name = section.str();
-    return (name.starts_with(prefix) ? name.substr(prefix.size()) + "." : "") + row.key;
+    if (name == kScannerSection) {
+        return row.key;
+    }
+    return (name.starts_with(prefix) ? name.substr(prefix.size()) : name) + "." + row.key;
 }
 
 SettingPlace FindSetting(const Kit& kit, const std::string& name) {

@@ -1,4 +1,4 @@
-// The scan's settings as they stand in ZQAPI.ini, beside what the scanners read from it.
+// The settings as they stand in ZQAPI.ini, beside what the scanners and the logger read from it.
 #pragma once
 
 #include <ZQAPI/ZQDevice.hpp>
@@ -36,15 +36,15 @@ struct ScanSection {
 };
 using ScanSettings = std::vector<ScanSection>;
 
-// Every key that a scanner reads, and every other that stands in a section of scanners.
+// Every key that a scanner or the logger reads, and every other that stands in their sections.
 ScanSettings ReadScanSettings(const std::string& file);
 
-// One that a scanner reads.
+// One of those that are read.
 struct SettingPlace {
     CZQString section;
     SSettingRow row;
 
-    // "ActiveScanners", "ZQ_UDP.IPPort"
+    // "ActiveScanners", "ZQ_UDP.IPPort", "Logger.Level"
     std::string ShortKey() const;
 };
 

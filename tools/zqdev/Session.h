@@ -77,6 +77,8 @@ public:
 
     // A part of the text beforehand, where that is what is wanted.
     void ShowText(const std::string& text);
+    // What was shown has reached its destination. Throws Failure.
+    void Flush() { m_console.FlushResults(); }
 
 private:
     bool StartListening(platform::DebugCapture::LineCallback onLine, platform::SystemErrorCode& error);

@@ -32,4 +32,6 @@ void SetModuleUnloadHandler(void (*handler)()) noexcept {
     g_handler = handler;
 }
 
+void KeepModuleIfUnloadingLeaks() noexcept {}
+
 }  // namespace ZQAPI::platform

@@ -40,6 +40,11 @@ std::string OwnModulePath() {
     return path.data();
 }
 
+std::string ProgramPath() {
+    PathBuffer path{};
+    return realpath("/proc/self/exe", path.data()) != nullptr ? path.data() : "";
+}
+
 std::string ComputerName() {
     char name[HOST_NAME_MAX + 1] = {};
     return gethostname(name, sizeof name - 1) == 0 ? name : "";

@@ -55,4 +55,8 @@ std::string LowerCaseAnsi(std::string_view text) {
     return result;
 }
 
+std::string ToUtf8(std::string_view text) {
+    return std::string(text);
+}
+
 }  // namespace ZQAPI::platform

@@ -4,6 +4,8 @@
 
 #include <atomic>
 
+#include "platform/Process.h"
+
 namespace ZQAPI::platform {
 
 namespace {
@@ -37,6 +39,15 @@ const EndOfModule g_endOfModule;
 
 void SetModuleUnloadHandler(void (*handler)()) noexcept {
     g_handler = handler;
+}
+
+void KeepModuleIfUnloadingLeaks() noexcept {
+    HMODULE module = nullptr;
+    constexpr DWORD kFlags = GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN;
+    if (GetModuleHandleExA(kFlags, reinterpret_cast<const char*>(&KeepModuleIfUnloadingLeaks), &module) ==
+        FALSE) {
+        WriteDebugOutput("ZQSDK: !! a library can't be kept in the process");
+    }
 }
 
 }  // namespace ZQAPI::platform

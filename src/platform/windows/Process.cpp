@@ -17,15 +17,7 @@ bool IsDesktopInteractive() noexcept {
            (flags.dwFlags & WSF_VISIBLE) != 0;
 }
 
-}  // namespace
-
-std::string OwnModulePath() {
-    HMODULE module = nullptr;
-    constexpr DWORD kFlags =
-        GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
-    if (GetModuleHandleExA(kFlags, reinterpret_cast<const char*>(&OwnModulePath), &module) == FALSE) {
-        return {};
-    }
+std::string PathOf(HMODULE module) {
     // A path that fills the buffer was cut.
     std::string path;
     DWORD length = 0;
@@ -35,6 +27,22 @@ std::string OwnModulePath() {
     } while (length == path.size());
     path.resize(length);
     return path;
+}
+
+}  // namespace
+
+std::string OwnModulePath() {
+    HMODULE module = nullptr;
+    constexpr DWORD kFlags =
+        GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
+    if (GetModuleHandleExA(kFlags, reinterpret_cast<const char*>(&OwnModulePath), &module) == FALSE) {
+        return {};
+    }
+    return PathOf(module);
+}
+
+std::string ProgramPath() {
+    return PathOf(nullptr);
 }
 
 std::string ComputerName() {

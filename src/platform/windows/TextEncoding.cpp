@@ -23,6 +23,16 @@ std::u16string AnsiToUtf16(std::string_view text) {
     return result;
 }
 
+std::string ToUtf8(std::string_view text) {
+    const std::u16string utf16 = AnsiToUtf16(text);
+    const auto* const wide = reinterpret_cast<const wchar_t*>(utf16.data());
+    const int count = static_cast<int>(utf16.size());
+    const int length = WideCharToMultiByte(CP_UTF8, 0, wide, count, nullptr, 0, nullptr, nullptr);
+    std::string result(static_cast<std::size_t>(length), '\0');
+    WideCharToMultiByte(CP_UTF8, 0, wide, count, result.data(), length, nullptr, nullptr);
+    return result;
+}
+
 std::string LowerCaseAnsi(std::string_view text) {
     std::u16string result = AnsiToUtf16(text);
     for (char16_t& c : result) {

@@ -10,8 +10,4 @@ std::string FromPath(const std::filesystem::path& path) {
     return path.string();
 }
 
-std::string ToUtf8(std::string_view text) {
-    return std::string(text);
-}
-
 }  // namespace ZQAPI::platform
