@@ -211,7 +211,7 @@ TEST_F(Zqdev, ScanTellsWhatCameOfEachScannerAndWhatToDoNext) {
     const std::string ports =
         "[DeviceScanner.SCANNER_ZQ_RS232]\r\nCOMPort=1\r\nBaudrate=9600\r\nDatabits=8\r\nStopBits=1\r\n"
         "Parity=NO\r\nHandshake=NO\r\nScanCOMPorts=";
-    const std::string extension = platform::HasDriveLetters() ? "" : "libueye_api.so";
+    const std::string ownName = platform::HasDriveLetters() ? "" : "libueye_api.so";
     activate("SCANNER_TAVI;SCANNER_IDS_UEYE;SCANNER_MANUAL", "");
     const Outcome outcome = Run({"scan"});
     EXPECT_EQ(outcome.status, 1);
@@ -221,7 +221,7 @@ TEST_F(Zqdev, ScanTellsWhatCameOfEachScannerAndWhatToDoNext) {
                                testing::HasSubstr("\nzqdev: the scan failed")));
     EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 3) << outcome.err;
     EXPECT_THAT(outcome.out,
-                testing::AllOf(testing::HasSubstr("What to do next:"), testing::HasSubstr(extension)));
+                testing::AllOf(testing::HasSubstr("What to do next:"), testing::HasSubstr(ownName)));
     nlohmann::json json = RunJson({"scan"}, 1);
     ASSERT_EQ(json["scanners"].size(), 2U);
     EXPECT_EQ(json["scanners"][0]["error"]["name"], "ZQ_ERR_LIBRARY_NOT_LOADED");

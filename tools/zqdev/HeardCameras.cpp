@@ -240,7 +240,8 @@ private:
                 remark.calls.push_back(camera->setIp);
             }
         }
-        remark.text += remark.calls.empty() ? ". set-ip can't tell it from another as it is" : ":";
+        remark.text +=
+            remark.calls.empty() ? ". set-ip would refuse it as long as it can't be told from another" : ":";
         m_told.addresses.push_back(remark);
     }
 

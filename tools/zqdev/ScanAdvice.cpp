@@ -45,7 +45,11 @@ public:
                      "program"});
             }
         }
-        if (m_news.scanners.empty()) {
+        if (!m_news.isHeard) {
+            m_steps.push_back(
+                {"Nobody could hear what the scanners say: run it with a standard error, and see that "
+                 "the devices are on and connected"});
+        } else if (m_news.scanners.empty()) {
             m_steps.push_back({"No scanner that looks for cameras is in use, for network cameras:",
                                {m_kit.Command("config set ActiveScanners SCANNER_ZQ_UDP")}});
         }

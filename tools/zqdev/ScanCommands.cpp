@@ -78,7 +78,7 @@ ExitStatus Scan(Session& session, const ScanOptions& options) {
     std::error_code error;
     std::chrono::milliseconds time{};
     ScanNews news;
-    session.ListenDuring(
+    news.isHeard = session.ListenDuring(
         [&](std::string_view message) {
             ShowOutcome(session, message);
             news.Add(message);

@@ -11,6 +11,7 @@
 namespace ZQAPI::zqdev {
 
 struct ScanNews {
+    bool isHeard = true;  // false: nobody could listen, and the rest is empty
     std::vector<SScannerOutcome> scanners;
     std::vector<SAskedCard> cards;
     std::vector<SHeardCamera> cameras;
