@@ -12,6 +12,8 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_PACKAGING_INSTALL_PREFIX "${CMAKE_INSTALL_PREFIX}")
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
   OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+set(CPACK_DEBIAN_COMPRESSION_TYPE gzip)  # debug symbols take minutes otherwise
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")  # each has its own
 set(CPACK_DEBIAN_PACKAGE_NAME zqdeviceapi)
 set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_PACKAGE_MAINTAINER "${ZQ_MAINTAINER}")
@@ -41,14 +43,15 @@ function(zq_debian_package component package section depends brief)
   install(FILES "${made}/changelog.Debian.gz" DESTINATION "${doc}" COMPONENT ${component})
 endfunction()
 
-set(about "ZQDeviceAPI finds the cameras that are attached to a machine and keeps a list of them.")
+set(about "ZQDeviceAPI finds the cameras that are attached to a machine and" "keeps a list of them.")
 zq_debian_package(runtime libzqdeviceapi2 libs "passwd" "device-management library of a camera software kit"
-  "${about}" "This is the library with its command modules, the types of cameras that it knows, and the machine-wide"
-  "configuration, which members of the group zqsdk edit.")
-zq_debian_package(dev libzqdeviceapi-dev libdevel "${same_version}" "device-management library of a kit - development"
-  "${about}" "These are the headers, the files for CMake and pkg-config, examples and the reference of the interface.")
+  ${about} "This is the library with its command modules, the types of" "cameras that it knows, and the machine-wide configuration, which members"
+  "of the group zqsdk edit.")
+zq_debian_package(dev libzqdeviceapi-dev libdevel "${same_version}"
+  "device-management library of a camera software kit - development"
+  ${about} "These are the headers, the files for CMake" "and pkg-config, examples and the reference of the interface.")
 zq_debian_package(tools zqdeviceapi-tools utils "${same_version}" "find and edit camera devices from the command line"
-  "${about}" "These are zqdev, which scans and edits the list, and zqcamsim, which plays cameras.")
+  ${about} "These are zqdev, which scans and edits" "the list, and zqcamsim, which plays cameras.")
 
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA
   "${debian}/runtime/postinst" "${debian}/runtime/postrm" "${debian}/runtime/triggers" "${made}/shlibs")
@@ -67,7 +70,7 @@ foreach(folder IN ITEMS python/zqdevice bindings/python/zqdevice)
       PATTERN __pycache__ EXCLUDE)
     zq_debian_package(python python3-zqdevice python "python3:any, ${same_version}"
       "device-management library of a camera software kit - Python"
-      "${about}" "This is the binding for Python 3.")
+      ${about} "This is the binding for Python 3.")
     set(CPACK_DEBIAN_PYTHON_PACKAGE_ARCHITECTURE all)
     set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_EXTRA "${debian}/python/postinst" "${debian}/python/prerm")
     break()
