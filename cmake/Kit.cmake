@@ -1,16 +1,20 @@
 # The staged kit: build/<preset>/kit is laid out as an installation is and runs where it stands.
+include(VersionResource)
+
 set(ZQ_KIT_DIR "${PROJECT_BINARY_DIR}/kit")
 
-# zq_stage(<target> [<folder below the kit>]): the target is built straight into the kit.
+# zq_stage(<target> [<folder below the kit>]): the target is built straight into the kit, and installed there.
 function(zq_stage target)
   set(dir "${ZQ_KIT_DIR}")
   if(ARGC GREATER 1)
     string(APPEND dir "/${ARGV1}")
   endif()
   set_target_properties(${target} PROPERTIES
+    ZQ_KIT_FOLDER "${ARGV1}"
     LIBRARY_OUTPUT_DIRECTORY "${dir}"
     RUNTIME_OUTPUT_DIRECTORY "${dir}"
     BUILD_RPATH_USE_ORIGIN ON)
+  zq_version_resource(${target})
 endfunction()
 
 # zq_add_module(<name> <folder below the kit> SOURCES...): a library that the kit loads at run time. Its file

@@ -30,14 +30,13 @@ CZQString CZQString::FormattedV(const char* format, va_list arguments) {
     va_list again;
     va_copy(again, arguments);
     // The callers' formats were checked where they were written.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wformat-nonliteral"
+    ZQ_BEGIN_CALLERS_FORMAT
     const int length = std::vsnprintf(nullptr, 0, format, arguments);
     std::string text(length > 0 ? static_cast<std::size_t>(length) : 0, '\0');
     if (length > 0) {
         std::vsnprintf(text.data(), text.size() + 1, format, again);
     }
-#pragma GCC diagnostic pop
+    ZQ_END_CALLERS_FORMAT
     va_end(again);
     return text;
 }

@@ -7,12 +7,7 @@
 #include <string>
 #include <string_view>
 
-// Lets the compiler check a printf-style call; `self` counts as the first argument of a member function.
-#ifdef __clang__
-#define ZQ_PRINTF_FORMAT(formatIndex, firstIndex) __attribute__((format(printf, formatIndex, firstIndex)))
-#else
-#define ZQ_PRINTF_FORMAT(formatIndex, firstIndex) __attribute__((format(gnu_printf, formatIndex, firstIndex)))
-#endif
+#include "foundation/ZQCompiler.h"
 
 namespace ZQAPI {
 

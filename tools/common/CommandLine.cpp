@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "Manual.h"
+
 namespace ZQAPI::tools {
 
 namespace {
@@ -164,8 +166,22 @@ void CommandLine::PrintHelp() const {
     std::cout << command->help(path);
 }
 
+bool CommandLine::PrintsManual(const std::string& option) const {
+    if (option == "--print-manual") {
+        std::cout << ManualPage(*m_parser);
+    } else if (option == "--print-completion") {
+        std::cout << BashCompletion(*m_parser);
+    } else {
+        return false;
+    }
+    return true;
+}
+
 bool CommandLine::Read(int argc, const char* const* argv) {
     try {
+        if (argc == 2 && PrintsManual(argv[1])) {
+            return false;
+        }
         m_parser->parse(argc, argv);
         if (!m_isHelpWanted) {
             return true;

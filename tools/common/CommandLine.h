@@ -98,7 +98,8 @@ private:
                      const std::map<std::string, int>& choices, const std::string& help);
 };
 
-// The tool itself. It has --help from the start.
+// The tool itself. It has --help from the start, and --print-manual and --print-completion, which its build asks for and
+// the help doesn't name.
 class CommandLine : public Command {
 public:
     CommandLine(const std::string& description, const std::string& program);
@@ -112,6 +113,7 @@ public:
     bool Read(int argc, const char* const* argv);
 
 private:
+    bool PrintsManual(const std::string& option) const;
     void PrintHelp() const;
 
     std::vector<std::string> m_helpedCommands;
