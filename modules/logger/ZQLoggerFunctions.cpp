@@ -26,7 +26,8 @@ CZQSharedSlot<CZQLog>& Slot() {
 }  // namespace ZQAPI
 
 extern "C" void ZQLOG_InitLibrary() {
-    // Called while the device library is being loaded: nothing is done that can wait.
+    // Called while the device library is being loaded: nothing else is done that can wait.
+    ZQAPI::platform::KeepModuleIfUnloadingLeaks();
 }
 
 extern "C" void ZQLOG_DeInitLibrary() {
@@ -38,10 +39,7 @@ extern "C" void ZQLOG_LogException(std::uint32_t level, const ZQAPI::CZQExceptio
         return;
     }
     try {
-        const auto log = ZQAPI::Slot().GetOrMake([] {
-            ZQAPI::platform::KeepModuleIfUnloadingLeaks();
-            return std::make_shared<ZQAPI::CZQLog>();
-        });
+        const auto log = ZQAPI::Slot().GetOrMake([] { return std::make_shared<ZQAPI::CZQLog>(); });
         log->Write(level, *exception);
     } catch (...) {
         ZQAPI::DebugOutput("ZQSDK: !! no memory for the log");

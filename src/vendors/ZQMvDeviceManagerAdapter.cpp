@@ -15,9 +15,9 @@ constexpr std::int32_t kBufferTooSmall = -2123;
 // The record begins with three texts. What follows them lies elsewhere in libraries of another compiler, and
 // their records have another size: the library is asked for it.
 constexpr std::size_t kSerialNumber = 0;
-constexpr std::size_t kProduct = 76;
+constexpr std::size_t kInfoProduct = 76;
 constexpr std::size_t kInfoTextSize = 38;
-constexpr std::size_t kMinInfoSize = kProduct + kInfoTextSize;
+constexpr std::size_t kMinInfoSize = kInfoProduct + kInfoTextSize;
 constexpr std::size_t kMaxInfoSize = 4096;
 
 }  // namespace
@@ -49,7 +49,7 @@ SMvDeviceManagerCamera CZQMvDeviceManager::GetCamera(std::uint32_t index) {
     CZQForeignRecord info(kMaxInfoSize);
     Call(ZQ_HERE("CZQMvDeviceManager::GetCamera"), m_getDeviceInfoEx, device, kDeviceInfo, info.GetData(),
          &size);
-    return {FieldText(info.GetField(kProduct, kInfoTextSize)),
+    return {FieldText(info.GetField(kInfoProduct, kInfoTextSize)),
             FieldText(info.GetField(kSerialNumber, kInfoTextSize))};
 }
 

@@ -23,7 +23,7 @@ protected:
     ScanWishes() {
         EXPECT_EQ(std::system("ip route delete default && ip route add 10.77.0.0/24 dev right"), 0);
     }
-    ~ScanWishes() override { EXPECT_EQ(std::system("ip route add default dev lo"), 0); }
+    void TearDown() override { EXPECT_EQ(std::system("ip route add default dev lo"), 0); }
 
     // What it says on standard error. The shipped time is 10 s.
     std::string Scan(Arguments wishes) {

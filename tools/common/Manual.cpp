@@ -192,7 +192,7 @@ void AddCompletion(const CLI::App& command, const std::string& path, const std::
 }  // namespace
 
 std::string ManualPage(const CLI::App& app) {
-    const std::string name = app.get_name();
+    const std::string& name = app.get_name();
     std::string description = app.get_description();
     std::string brief = description.substr(0, description.find('.'));
     brief.front() = static_cast<char>(std::tolower(static_cast<unsigned char>(brief.front())));
@@ -208,7 +208,7 @@ std::string ManualPage(const CLI::App& app) {
 std::string BashCompletion(const CLI::App& app) {
     Completion completion;
     AddCompletion(app, "", "", completion);
-    const std::string name = app.get_name();
+    const std::string& name = app.get_name();
     return "# Completion for " + name +
            ", made from its command line.\n"
            "_" +

@@ -109,6 +109,7 @@ private:
             cards.clear();  // set-ip asks whether somebody answers at the address
         }
         std::vector<std::string> addresses;
+        addresses.reserve(cards.size());
         for (const CZQComNetInterface& card : cards) {
             addresses.push_back(card.GetAddressText().str());
         }

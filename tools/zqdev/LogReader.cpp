@@ -149,7 +149,7 @@ std::optional<std::int64_t> ReadDuration(const std::string& text) {
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), count);
     const auto* const unit = error == std::errc() && end + 1 == text.data() + text.size()
                                  ? std::find_if(std::begin(kUnits), std::end(kUnits),
-                                                [&](const auto& u) { return u.letter == *end; })
+                                                [letter = *end](const auto& u) { return u.letter == letter; })
                                  : std::end(kUnits);
     return unit == std::end(kUnits) ? std::nullopt : std::optional(count * unit->seconds * 1000);
 }
@@ -237,8 +237,9 @@ std::string LogReader::NewContent(const std::string& log, Position& position) {
     }
     position = reached;
     std::string added;
-    for (auto piece = pieces.rbegin(); piece != pieces.rend(); ++piece) {
-        added += *piece;
+    std::reverse(pieces.begin(), pieces.end());
+    for (const auto& piece : pieces) {
+        added += piece;
     }
     return added;
 }

@@ -82,6 +82,7 @@ std::uint32_t NumberOf(const std::string& device, const std::vector<platform::Se
 
 std::vector<Adapter> ListAdapters(const std::vector<platform::SerialPortName>& ports) {
     std::vector<std::uint32_t> taken;
+    taken.reserve(ports.size());
     for (const platform::SerialPortName& port : ports) {
         taken.push_back(port.number);
     }

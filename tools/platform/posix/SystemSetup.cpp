@@ -85,6 +85,7 @@ bool Run(const std::string& program, std::vector<std::string> arguments, std::st
     ::posix_spawn_file_actions_adddup2(&actions, in.Get(), STDOUT_FILENO);
     ::posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
     std::vector<char*> pointers;
+    pointers.reserve(arguments.size() + 1);
     for (std::string& argument : arguments) {
         pointers.push_back(argument.data());
     }
@@ -108,7 +109,7 @@ bool Run(const std::string& program, std::vector<std::string> arguments, std::st
 // Where administrators' programs are, which need not be in PATH; and PATH is anybody's.
 std::string FindProgram(const std::string& name) {
     for (const char* const folder : {"/usr/sbin/", "/sbin/", "/usr/bin/", "/bin/", "/usr/local/sbin/"}) {
-        if (const std::string file = folder + name; ::access(file.c_str(), X_OK) == 0) {
+        if (std::string file = folder + name; ::access(file.c_str(), X_OK) == 0) {
             return file;
         }
     }

@@ -5,6 +5,7 @@
 #include "Finding.h"
 #include "FirewallRules.h"
 #include "communication/ZQIpv4.h"
+#include "foundation/ZQString.h"
 #include "tools/platform/SystemSetup.h"
 
 namespace ZQAPI::zqdev::doctor {
@@ -152,10 +153,12 @@ Findings CheckFirewall(const Patient& patient) {
         read += (read.empty() ? "" : ", ") + listing.command;
         for (const DroppingChain& chain : ChainsThatDropAnswers(listing.rules, patient.discoveryPort)) {
             const std::string name = Printable(chain.name);
-            findings.push_back({patient.TroubleFor(patient.usesNetwork && chain.isSure),
-                                "the chain " + name + (chain.isSure ? " drops" : " may drop") +
-                                    " what cameras answer from UDP port " + port,
-                                Filled(Fix::kFirewallDrops, patient.kit, {{"chain", name}, {"port", port}})});
+            findings.push_back(
+                {patient.TroubleFor(patient.usesNetwork && chain.isSure),
+                 CZQString::Formatted("the chain %s %s what cameras answer from UDP port %s", name.c_str(),
+                                      chain.isSure ? "drops" : "may drop", port.c_str())
+                     .str(),
+                 Filled(Fix::kFirewallDrops, patient.kit, {{"chain", name}, {"port", port}})});
         }
     }
     const std::vector<std::string> profiles = platform::FirewallProfilesSwitchedOn();
