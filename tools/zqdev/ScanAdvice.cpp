@@ -11,7 +11,7 @@
 #include "platform/Files.h"
 #include "platform/SerialPort.h"
 #include "platform/SharedLibrary.h"
-#include "tools/platform/FilePermission.h"
+#include "tools/platform/SerialAdapters.h"
 
 namespace ZQAPI::zqdev {
 
@@ -157,7 +157,7 @@ private:
         if (device.empty()) {
             m_steps.push_back(
                 {"There is no " + name + "; the ports that there are:", {m_kit.Command("ports")}});
-        } else if (const std::string group = platform::GroupThatMayUse(device); !group.empty()) {
+        } else if (const std::string group = platform::GetDeviceAccess(device).group; !group.empty()) {
             m_steps.push_back({name + " (" + device + ") is for members of the group " + group +
                                    " alone. To become one, then log out and in again:",
                                {"sudo usermod -aG " + group + " $USER"}});
