@@ -24,6 +24,8 @@ else()
     -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wformat=2 $<$<BOOL:${ZQ_WARNINGS_AS_ERRORS}>:-Werror>
     # Exception locations name files as they lie in the source tree, on whatever machine they were built.
     "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=")
+  # Where a dozen sources are compiled as one, each is taken for a header that was included.
+  target_compile_options(zq_options INTERFACE $<$<AND:$<BOOL:${CMAKE_UNITY_BUILD}>,$<COMPILE_LANGUAGE:CXX>>:-Wno-subobject-linkage>)
 
   # Hardening: what is read from cameras, files and other libraries may be anything. The test "hardening" reads the headers
   # of what is shipped. Checked copies need an optimised build, and keep the sanitizers from seeing the calls themselves.
@@ -56,16 +58,6 @@ if(WIN32)
     target_link_options(zq_options INTERFACE -static)
   endif()
 endif()
-
-# zq_precompile(<target> <header>...): the large headers that the target's sources have in common are read once. For the
-# sanitizers' builds alone: the others notice a header that is used without being included, and GCC's optimiser warns of
-# sound code in precompiled headers. (Test programs always have theirs, see ZQTest.cmake; the linter does without.)
-option(ZQ_PRECOMPILE_HEADERS "Build with precompiled headers" OFF)
-function(zq_precompile target)
-  if(ZQ_PRECOMPILE_HEADERS)
-    target_precompile_headers(${target} PRIVATE ${ARGN})
-  endif()
-endfunction()
 
 # Everything tells libFuzzer which way it took; see tests/fuzz.
 option(ZQ_FUZZ "Build the fuzz targets with libFuzzer (Clang) instead of the replay of their corpora" OFF)

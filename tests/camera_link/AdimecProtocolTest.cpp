@@ -22,7 +22,7 @@ void MakeEndless(ScriptedPort& port) {
 
 const std::string kGood = "\x06@\"A\r";
 
-struct Case {
+struct ExchangeCase {
     const char* what;
     std::vector<std::string> answers;  // to each try; the last one again and again
     std::string status;                // what ERR? is answered with
@@ -32,7 +32,7 @@ struct Case {
     void (*arrange)(ScriptedPort& port) = [](ScriptedPort&) {};
 };
 
-const Case kCases[] = {
+const ExchangeCase kCases[] = {
     {"plain", {kGood}, kWell, 0, "\"A", 1},
     {"noise before everything", {"zz\x06yy@\"A\r"}, "z\x06z@0\r", 0, "\"A", 1},
     {"start mark in the data", {"\x06@a@b\r"}, kWell, 0, "a@b", 1},
@@ -57,7 +57,7 @@ const Case kCases[] = {
 };
 
 TEST(AdimecProtocol, AnswersOfEveryKind) {
-    for (const Case& test : kCases) {
+    for (const ExchangeCase& test : kCases) {
         SCOPED_TRACE(test.what);
         std::size_t tries = 0;
         ScriptedPort port([&](const std::string& telegram) {

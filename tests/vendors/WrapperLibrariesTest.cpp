@@ -16,7 +16,7 @@ namespace {
 
 const std::string kCamera = "Model=Valdremonix GE-40\nMac=02:00:00:00:00:0";
 
-std::string Camera(int index, const std::string& kinds, const std::string& keys = kCamera) {
+std::string GigECamera(int index, const std::string& kinds, const std::string& keys = kCamera) {
     const std::string number = std::to_string(index);
     return "[gige." + number + "]\n" + keys + number + "\nSerial=" + number + "\nAddress=10.0.0." + number +
            "\nKinds=" + kinds + "\n";
@@ -42,11 +42,13 @@ protected:
 };
 
 TEST_F(GigE, ListsACameraOnceWhicheverWayItIsSeen) {
-    Play("", Camera(0, "12") + Camera(1, "2") + Camera(2, "1") +
-                 Camera(3, "12", "Model=Another maker's GE-40\nMac=02:00:00:00:00:0") +
-                 Camera(4, "2", "Model=Valdremonix GE-40\nVersion=2.0\nMac=02:00:00:00:00:00\nX=") +
-                 Camera(5, "12", "Model=\\x01\nMac=") + Camera(6, "12", "Unreadable=Model\n" + kCamera) +
-                 Camera(7, "2", "Model=Valdremonix GE-40\nX=") + Camera(8, "2", "Version=\\x01\n" + kCamera));
+    Play("", GigECamera(0, "12") + GigECamera(1, "2") + GigECamera(2, "1") +
+                 GigECamera(3, "12", "Model=Another maker's GE-40\nMac=02:00:00:00:00:0") +
+                 GigECamera(4, "2", "Model=Valdremonix GE-40\nVersion=2.0\nMac=02:00:00:00:00:00\nX=") +
+                 GigECamera(5, "12", "Model=\\x01\nMac=") +
+                 GigECamera(6, "12", "Unreadable=Model\n" + kCamera) +
+                 GigECamera(7, "2", "Model=Valdremonix GE-40\nX=") +
+                 GigECamera(8, "2", "Version=\\x01\n" + kCamera));
     CZQDeviceList found;
     Scan(found);
     std::string listed;
@@ -83,7 +85,8 @@ TEST_F(GigE, TellsTheStepThatFailedAndClosesTheConnection) {
         for (const auto& test : cases) {
             SCOPED_TRACE(test.failing);
             std::filesystem::remove(m_standIns.TraceFile());
-            Play("FailingStatus=-9\nFailingCall=" + test.failing + "\n", Camera(0, "2") + Camera(1, kinds));
+            Play("FailingStatus=-9\nFailingCall=" + test.failing + "\n",
+                 GigECamera(0, "2") + GigECamera(1, kinds));
             const Failure failure =
                 *test.told == '\0' ? Failure() : Failure(ZQ_ERR_VENDOR_LIBRARY, test.told);
             EXPECT_EQ(Change(device), failure);
@@ -95,14 +98,15 @@ TEST_F(GigE, TellsTheStepThatFailedAndClosesTheConnection) {
             EXPECT_EQ(found.GetCount(), test.endsScan ? 0U : 2U);
         }
     }
-    Play("", Camera(0, "12"));
+    Play("", GigECamera(0, "12"));
     EXPECT_EQ(Change(device), Failure(ZQ_ERR_DEVICE_NOT_FOUND, "Label=unnamed, Address=192.168.1.20"));
     const auto gone = ThrownBy([&] { ChangeGigEAddress(&LoadLibrary, device, "10.1.2.3", "255.0.0.0"); });
     EXPECT_EQ(gone->GetThrowFunc(), "CZQDeviceAPI::ChangeDeviceNetAddrZQGigE");
 
     // Cameras that can't tell who they are are not the one.
-    Play("", "[gige.0]\nModel=Valdremonix GE-40\n" + Camera(1, "12", "Unreadable=Serial\n" + kCamera) +
-                 Camera(2, "12", "Unreadable=Model\n" + kCamera) + "[gige.3]\n" + kCamera + "\nSerial=1\n");
+    Play("", "[gige.0]\nModel=Valdremonix GE-40\n" + GigECamera(1, "12", "Unreadable=Serial\n" + kCamera) +
+                 GigECamera(2, "12", "Unreadable=Model\n" + kCamera) + "[gige.3]\n" + kCamera +
+                 "\nSerial=1\n");
     EXPECT_EQ(Change(device), Failure());
     EXPECT_NE(m_standIns.Traced().find("gige.3 10.1.2.3 255.0.0.0\n"), std::string::npos);
 }

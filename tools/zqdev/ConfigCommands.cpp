@@ -143,13 +143,13 @@ std::vector<std::string> SealedFiles(const Kit& kit) {
     return files;
 }
 
-struct Finding {
+struct Inspection {
     std::string state;
     int number;  // 0: nothing is wrong
     Subject subject;
 };
 
-Finding Inspect(const Kit& kit, const std::string& file) {
+Inspection Inspect(const Kit& kit, const std::string& file) {
     const int number = SealError(file);
     const std::string state = file == kit.DevicesIni() ? StateOfList(file) : StateOf(file);
     if (number == 0 && state != StateOf(file)) {
@@ -164,12 +164,12 @@ ExitStatus CheckFiles(Session& session) {
     std::string text;
     std::vector<std::string> failures;
     for (const std::string& file : SealedFiles(kit)) {
-        const Finding finding = Inspect(kit, file);
-        json.Add({{"file", ToJson(file)}, {"state", finding.state}, {"error", finding.number}});
-        text += Printable(file) + ": " + finding.state + "\n";
-        if (finding.number != 0) {
-            failures.push_back(
-                FailureLine(file, finding.number, Advice(finding.subject, finding.number, kit, file)));
+        const Inspection inspection = Inspect(kit, file);
+        json.Add({{"file", ToJson(file)}, {"state", inspection.state}, {"error", inspection.number}});
+        text += Printable(file) + ": " + inspection.state + "\n";
+        if (inspection.number != 0) {
+            failures.push_back(FailureLine(file, inspection.number,
+                                           Advice(inspection.subject, inspection.number, kit, file)));
         }
     }
     if (platform::ToPath(kit.ConfigFolder()).is_relative()) {

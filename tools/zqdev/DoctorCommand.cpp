@@ -51,7 +51,7 @@ std::string Wrapped(const std::string& text) {
     return lines + "\n";
 }
 
-std::string ToText(const Check& check, const Finding& finding) {
+std::string FindingText(const Check& check, const Finding& finding) {
     const std::string fix =
         finding.fix.empty() ? "" : std::string(kTextColumn, ' ') + Wrapped("Fix: " + finding.fix);
     return Padded(kStates[static_cast<std::size_t>(finding.state)], kStateWidth) +
@@ -85,7 +85,7 @@ ExitStatus Doctor(Session& session) {
                           {"text", ToJson(finding.text)},
                           {"fix", ToJson(finding.fix)}});
                 // At once: the next check may take its time.
-                session.ShowText(ToText(check, finding));
+                session.ShowText(FindingText(check, finding));
             }
         }
     }

@@ -20,7 +20,7 @@ std::int64_t NowMs() {
         .count();
 }
 
-std::string TextOf(const std::vector<LogEntry>& entries) {
+std::string LogText(const std::vector<LogEntry>& entries) {
     std::string text;
     for (const LogEntry& entry : entries) {
         for (const std::string& line : entry.lines) {
@@ -30,7 +30,7 @@ std::string TextOf(const std::vector<LogEntry>& entries) {
     return text;
 }
 
-Json ToJson(const std::vector<LogEntry>& entries) {
+Json LogJson(const std::vector<LogEntry>& entries) {
     Json json = Json::Array();
     for (const LogEntry& entry : entries) {
         Json lines = Json::Array();
@@ -56,7 +56,7 @@ void DropOlder(std::vector<LogEntry>& entries, const LogOptions& options) {
 void Follow(Session& session, LogReader& reader) {
     constexpr auto kPause = std::chrono::milliseconds(250);
     while (platform::WaitUnlessInterrupted(kPause)) {
-        session.ShowText(TextOf(reader.ReadNew()));
+        session.ShowText(LogText(reader.ReadNew()));
         session.Flush();
     }
 }
@@ -71,14 +71,14 @@ ExitStatus Log(Session& session, const LogOptions& options) {
     const bool isEmpty = entries.empty();
     DropOlder(entries, options);
     if (options.follow) {
-        session.ShowText(TextOf(entries));
+        session.ShowText(LogText(entries));
         session.Flush();
         Follow(session, reader);
         return ExitStatus::kDone;
     }
-    session.Show(ToJson(entries), !entries.empty() ? TextOf(entries)
-                                  : isEmpty        ? "Nothing was logged yet in " + Printable(folder) + ".\n"
-                                                   : "Nothing was logged since then.\n");
+    session.Show(LogJson(entries), !entries.empty() ? LogText(entries)
+                                   : isEmpty        ? "Nothing was logged yet in " + Printable(folder) + ".\n"
+                                                    : "Nothing was logged since then.\n");
     return entries.empty() ? ExitStatus::kNothingFound : ExitStatus::kDone;
 }
 

@@ -4,15 +4,11 @@
 #include <sys/stat.h>
 
 #include "platform/posix/Descriptor.h"
+#include "platform/posix/Paths.h"
 
 namespace ZQAPI::platform {
 
 namespace {
-
-std::string FolderOf(const std::string& path) {
-    const std::size_t slash = path.rfind('/');
-    return slash == std::string::npos ? "." : path.substr(0, slash + 1);
-}
 
 // Of what is made in the folder: whoever may use that may use this.
 bool TakeRightsOfFolder(const Descriptor& made, const std::string& folder, mode_t mask) noexcept {

@@ -11,6 +11,7 @@
 #include "platform/Process.h"
 #include "platform/TemporaryName.h"
 #include "platform/posix/Descriptor.h"
+#include "platform/posix/Paths.h"
 
 namespace ZQAPI::platform {
 
@@ -22,15 +23,6 @@ constexpr mode_t kNewFile = 0666;      // less the umask
 // A temporary file that nobody holds is taken for abandoned after this time even where a process has its
 // maker's id: ids come again.
 constexpr time_t kAbandonedAfterSeconds = 3600;
-
-std::string FolderOf(const std::string& path) {
-    const std::size_t slash = path.rfind('/');
-    return slash == std::string::npos ? "./" : path.substr(0, slash + 1);
-}
-
-std::string NameOf(const std::string& path) {
-    return path.substr(path.rfind('/') + 1);
-}
 
 // Whoever writes a temporary file holds this lock, in whatever container it runs; the id alone would say
 // nothing of processes in another one.

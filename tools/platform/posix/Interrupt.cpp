@@ -12,7 +12,7 @@ namespace {
 std::atomic<bool> g_isInterrupted{false};
 static_assert(std::atomic<bool>::is_always_lock_free);
 
-void OnInterrupt(int /*signal*/) {
+void RememberInterrupt(int /*signal*/) {
     g_isInterrupted = true;
 }
 
@@ -21,7 +21,7 @@ bool InstallHandlers() noexcept {
     for (const int signal : {SIGINT, SIGTERM}) {
         struct sigaction former {};
         struct sigaction action {};
-        action.sa_handler = OnInterrupt;
+        action.sa_handler = RememberInterrupt;
         action.sa_flags = static_cast<int>(SA_RESETHAND);
         // Where it is ignored, it stays so.
         isInstalled = ::sigaction(signal, nullptr, &former) == 0 && isInstalled;

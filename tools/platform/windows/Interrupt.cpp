@@ -17,7 +17,7 @@ HANDLE InterruptEvent() noexcept {
 std::atomic<bool> g_isInterrupted{false};
 
 // On a thread of the system's.
-BOOL WINAPI OnInterrupt(DWORD event) {
+BOOL WINAPI RememberInterrupt(DWORD event) {
     if (event != CTRL_C_EVENT || g_isInterrupted.exchange(true)) {
         return FALSE;
     }
@@ -29,7 +29,8 @@ BOOL WINAPI OnInterrupt(DWORD event) {
 
 bool WaitUnlessInterrupted(std::chrono::milliseconds time) noexcept {
     const HANDLE event = InterruptEvent();
-    [[maybe_unused]] static const bool isInstalled = ::SetConsoleCtrlHandler(OnInterrupt, TRUE) != FALSE;
+    [[maybe_unused]] static const bool isInstalled =
+        ::SetConsoleCtrlHandler(RememberInterrupt, TRUE) != FALSE;
     ::WaitForSingleObject(event, static_cast<DWORD>(time.count()));
     return !g_isInterrupted;
 }
