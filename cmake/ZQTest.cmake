@@ -27,9 +27,9 @@ target_precompile_headers(zq_test_headers PRIVATE
 # zq_test_program(<name> SOURCES... [LIBRARIES...]): a test program over the inner classes.
 # zq_test(<name> <program> [NETWORK] [SERIAL_LINES] [TIMEOUT <seconds>] [CASES <cases>] [NOT_WITH_TSAN <cases>] [ARGS...]):
 # one CTest entry for it; NETWORK runs it in a network namespace of its own, the only place where anything may broadcast.
-# SERIAL_LINES says that it plays cameras whose every byte has 500 ms to arrive: it gets two processors. CASES are patterns
-# of GoogleTest's, with colons between them; so are those of NOT_WITH_TSAN, which ThreadSanitizer can't judge, or slows
-# down until their time limits end them.
+# SERIAL_LINES says that it plays cameras whose every byte has 500 ms to arrive: little else runs beside it. CASES are
+# patterns of GoogleTest's, with colons between them; so are those of NOT_WITH_TSAN, which ThreadSanitizer can't judge, or
+# slows down until their time limits end them.
 include(CMakeParseArguments)
 function(zq_test_program name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LIBRARIES" ${ARGN})
@@ -42,7 +42,9 @@ endfunction()
 function(zq_test name program)
   cmake_parse_arguments(ARG "NETWORK;SERIAL_LINES" "TIMEOUT;CASES;NOT_WITH_TSAN" "ARGS" ${ARGN})
   set(launcher "")
+  set(wine_prefix wine)
   if(ARG_NETWORK)
+    set(wine_prefix wine_netns)
     set(launcher "${PROJECT_SOURCE_DIR}/scripts/netns")
   endif()
   set(cases "${ARG_CASES}")
@@ -59,10 +61,10 @@ function(zq_test name program)
     COMMAND ${launcher} ${CMAKE_CROSSCOMPILING_EMULATOR} $<TARGET_FILE:${program}> ${ARG_ARGS})
   set_tests_properties("${ZQ_TEST_PREFIX}${name}" PROPERTIES TIMEOUT ${ARG_TIMEOUT})
   if(ARG_SERIAL_LINES)
-    set_tests_properties("${ZQ_TEST_PREFIX}${name}" PROPERTIES PROCESSORS 2)
+    set_tests_properties("${ZQ_TEST_PREFIX}${name}" PROPERTIES PROCESSORS 4)
   endif()
-  if(ARG_NETWORK AND CMAKE_CROSSCOMPILING)
-    # One at a time: see scripts/wine-run.
-    set_tests_properties("${ZQ_TEST_PREFIX}${name}" PROPERTIES RESOURCE_LOCK wine_netns)
+  if(CMAKE_CROSSCOMPILING)
+    # Of a prefix of Wine's, whose one server serves them all: see scripts/wine-run.
+    set_tests_properties("${ZQ_TEST_PREFIX}${name}" PROPERTIES RESOURCE_LOCK ${wine_prefix})
   endif()
 endfunction()

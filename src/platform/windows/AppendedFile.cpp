@@ -9,8 +9,6 @@ namespace ZQAPI::platform {
 
 namespace {
 
-constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-
 // Far behind the content, which can so be read and written meanwhile.
 OVERLAPPED LockedByte() noexcept {
     OVERLAPPED place = {};

@@ -9,9 +9,7 @@ namespace ZQAPI::platform {
 
 namespace {
 
-// For deleting too: whoever replaces a file need not wait for its readers.
 OwnedHandle OpenShared(const std::string& path, DWORD access, DWORD disposition) noexcept {
-    constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
     return OwnedHandle(NullWhenInvalid(
         CreateFileA(path.c_str(), access, kShareAll, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr)));
 }

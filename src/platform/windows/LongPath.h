@@ -9,6 +9,7 @@
 
 namespace ZQAPI::platform {
 
+// The 8-bit functions know no paths of more than 260 characters.
 inline std::wstring ToWide(const std::string& text) {
     const std::u16string wide = AnsiToUtf16(text);
     return {wide.begin(), wide.end()};

@@ -21,6 +21,9 @@ struct SearchCloser {
 using OwnedHandle = std::unique_ptr<void, HandleCloser>;
 using OwnedSearch = std::unique_ptr<void, SearchCloser>;
 
+// Whoever replaces a file need not wait for those who have it open.
+constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
 // CreateFile's and FindFirstFile's way to say no.
 inline HANDLE NullWhenInvalid(HANDLE handle) noexcept {
     return handle == INVALID_HANDLE_VALUE ? nullptr : handle;

@@ -7,6 +7,7 @@
 
 #include "platform/Process.h"
 #include "platform/TextEncoding.h"
+#include "platform/windows/LongPath.h"
 
 namespace ZQAPI::platform {
 
@@ -52,12 +53,6 @@ public:
 private:
     std::vector<void*> m_cookies;
 };
-
-// The 8-bit functions know no paths of more than 260 characters.
-std::wstring ToWide(const std::string& text) {
-    const std::u16string wide = AnsiToUtf16(text);
-    return {wide.begin(), wide.end()};
-}
 
 // The whole path that the system understands by this one; empty when it is none.
 std::wstring FullPath(const std::string& path) {

@@ -10,9 +10,9 @@ namespace {
 
 platform::OwnedHandle InheritedFile(const std::string& path) {
     SECURITY_ATTRIBUTES inherited = {sizeof(inherited), nullptr, TRUE};
-    return platform::OwnedHandle(platform::NullWhenInvalid(
-        CreateFileA(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                    &inherited, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr)));
+    return platform::OwnedHandle(
+        platform::NullWhenInvalid(CreateFileA(path.c_str(), GENERIC_WRITE, platform::kShareAll, &inherited,
+                                              CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr)));
 }
 
 }  // namespace

@@ -53,9 +53,9 @@ FileLock::FileLock() noexcept = default;
 FileLock::~FileLock() = default;
 
 FileLock::Outcome FileLock::TryToTake(const std::string& file, std::string& told) {
-    OwnedHandle opened(NullWhenInvalid(::CreateFileA(
-        file.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-        nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT, nullptr)));
+    OwnedHandle opened(NullWhenInvalid(
+        ::CreateFileA(file.c_str(), GENERIC_READ | GENERIC_WRITE, kShareAll, nullptr, OPEN_ALWAYS,
+                      FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT, nullptr)));
     if (!opened) {
         told = SystemErrorText(LastSystemError());
         return Outcome::kFailed;
