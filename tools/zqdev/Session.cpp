@@ -21,8 +21,8 @@ bool Session::StartListening(platform::DebugCapture::LineCallback onLine, platfo
 }
 
 void Session::StopListening() {
+    m_capture.reset();  // which hands over what is left, for the error stream that it kept
     m_console.SetErrorStream(stderr);
-    m_capture.reset();
 }
 
 bool Session::ShowDebugOutput(platform::SystemErrorCode& error) {
