@@ -41,9 +41,8 @@ class CZQIdentificationRound {
 public:
     using Clock = CZQIdentificationTask::Clock;
 
-    // Threads of the process that ask at the same time, as many as are needed of the first number. Up to the second as
-    // long as cameras answer, but slowly: the threads then use less than half of the processors, and a quarter of the
-    // sockets that the process may have. Fewer where the system gives fewer.
+    // Threads of the process that ask at the same time, at most; the second number while cameras answer, but so slowly
+    // that half of the processors' time is left. Fewer where the system gives fewer.
     static constexpr unsigned kFewThreads = 64;
     static constexpr unsigned kMaxThreads = 512;
 

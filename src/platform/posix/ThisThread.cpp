@@ -1,6 +1,7 @@
 #include "platform/ThisThread.h"
 
 #include <sys/resource.h>
+#include <unistd.h>
 
 #include <ctime>
 
@@ -13,9 +14,10 @@ std::chrono::nanoseconds ThreadProcessorTime() noexcept {
 }
 
 void LowerThreadPriority() noexcept {
-    // To Linux the process 0 is the calling thread alone.
+    // To Linux a process is a thread: 0 is the calling one, the process's own number its first. A thread begins with what
+    // its starter had, which may have been lowered already.
     constexpr int kStep = 5;
-    setpriority(PRIO_PROCESS, 0, getpriority(PRIO_PROCESS, 0) + kStep);
+    setpriority(PRIO_PROCESS, 0, getpriority(PRIO_PROCESS, static_cast<id_t>(getpid())) + kStep);
 }
 
 }  // namespace ZQAPI::platform
