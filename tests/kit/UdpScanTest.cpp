@@ -318,6 +318,19 @@ TEST_F(UdpCrowd, ACrowdOfSilentCamerasHidesNobodyAndTakesLittle) {
     EXPECT_LE(descriptors - descriptorsBefore, 300U);
 }
 
+TEST_F(UdpCrowd, ManyThatAnswerSlowlyAreAskedMoreAtATime) {
+    sim::CZQSimUdpServer server(sim::MakeCameras(400, kFirstAddress, kMask), {});
+    server.SetFaults({.command = {.delay = {milliseconds(30), milliseconds(30)}}});
+    const std::size_t threadsBefore = RunningThreads();
+    std::size_t threads = 0;
+    auto found = std::async(std::launch::async, [this] { return CountFound(); });
+    while (found.wait_for(milliseconds(5)) != std::future_status::ready) {
+        threads = std::max(threads, RunningThreads());
+    }
+    EXPECT_EQ(found.get(), 400U);
+    EXPECT_GT(threads - threadsBefore, 64U + 8U);
+}
+
 TEST_F(UdpCrowd, ARescanEndsWithItsCameraAndSendsNothingMore) {
     sim::CZQSimUdpServer server(sim::MakeCameras(1, kFirstAddress, kMask), {});
     ZQDEVICEINFO device = Scan().at(0);
