@@ -132,18 +132,30 @@ private:
             for (std::uint64_t now = watch.GetElapsed(); now < cycleEndMs && m_goesOn();
                  now = watch.GetElapsed()) {
                 const auto leftMs = static_cast<std::uint32_t>(cycleEndMs - now);
-                const auto answer = channel.TakeDatagram(buffer, kMaxAnswerSize);
-                if (!answer) {
+                if (!HearNext(channel, buffer, {{}, 0, commandedThrough}, card, asked)) {
                     channel.WaitForDatagram(std::min(leftMs, kMaxWaitMs));
-                } else if (!answer->empty()) {
-                    const std::uint32_t sender = platform::SwapAddress(channel.GetSender().addressBe);
-                    const bool counts =
-                        Hear({answer->substr(0, answer->find('\0')), sender, commandedThrough}, card);
-                    ++(counts ? asked.nofAnswers : asked.nofIgnored);
                 }
             }
         }
+        // What had come by then counts, too; what goes on coming has no end.
+        for (std::uint32_t i = 0; i < CZQComUDP::kMaxBurst && m_goesOn(); ++i) {
+            if (!HearNext(channel, buffer, {{}, 0, commandedThrough}, card, asked)) {
+                break;
+            }
+        }
         channel.Close();
+    }
+
+    // False when nothing has come.
+    bool HearNext(CZQComUDP& channel, std::span<char> room, SUdpDatagram datagram, std::size_t card,
+                  SAskedCard& asked) {
+        const auto text = channel.TakeDatagram(room, kMaxAnswerSize);
+        if (text && !text->empty()) {
+            datagram.text = text->substr(0, text->find('\0'));
+            datagram.sender = platform::SwapAddress(channel.GetSender().addressBe);
+            ++(Hear(datagram, card) ? asked.nofAnswers : asked.nofIgnored);
+        }
+        return text.has_value();
     }
 
     // Both texts have one form alone.
