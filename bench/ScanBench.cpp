@@ -1,6 +1,6 @@
 // What a network scan takes beyond its configured listening time, of time and of processor time, and a re-check in all,
 // against a farm of simulated cameras in a process of its own. Runs in a network of its own only (scripts/netns): it broadcasts.
-//   bench_scan [CAMERAS ZQCAMSIM-OPTIONS]     all rows, or one scan's: bench_scan 256 "--latency 20"
+//   bench_scan [CAMERAS LATENCY-MS DISCOVERY-LATENCY-MS LOSS]     all rows, or one scan's: bench_scan 256 20 1 0
 #include <sys/resource.h>
 #include <sys/stat.h>
 
@@ -27,17 +27,34 @@ constexpr int kListeningMs = 500;
 constexpr int kLongListeningMs = 10000;
 constexpr int kRepetitions = 10;
 
+struct Cameras {
+    std::size_t count;
+    int latencyMs;
+    int discoveryLatencyMs;
+    double loss = 0;  // of requests, and of answers
+};
+
+std::string ToText(const Cameras& cameras) {
+    std::string text = std::to_string(cameras.count) + ", answer after " + std::to_string(cameras.latencyMs) +
+                       " ms, first " + std::to_string(cameras.discoveryLatencyMs) + " ms";
+    if (cameras.loss > 0) {
+        text += ", loss " + std::to_string(static_cast<int>(cameras.loss * 100)) + " %";
+    }
+    return text;
+}
+
 // Cameras that are there as long as the object is.
 class Farm {
 public:
-    Farm(const test::KitCopy& kit, std::size_t cameras, const std::string& options) {
+    explicit Farm(const Cameras& cameras) {
         const std::string fifo = (m_folder.Path() / "ready").string();
         if (mkfifo(fifo.c_str(), S_IRUSR | S_IWUSR) != 0) {
             throw std::runtime_error("no pipe");
         }
-        const std::string command = "'" + kit.File("zqcamsim") +
-                                    "' --until-eof --first-address 127.1.0.1 --count " +
-                                    std::to_string(cameras) + " " + options + " >'" + fifo + "'";
+        const std::string command = "'" ZQ_BENCH_FARM "' " + std::to_string(cameras.count) + " " +
+                                    std::to_string(cameras.latencyMs) + " " +
+                                    std::to_string(cameras.discoveryLatencyMs) + " " +
+                                    std::to_string(cameras.loss) + " >'" + fifo + "'";
         m_process = popen(command.c_str(), "w");
         std::ifstream ready(fifo);
         for (std::string line; line != "ready";) {
@@ -78,20 +95,22 @@ struct Series {
         std::sort(values.begin(), values.end());
         return values[values.size() / 2];
     }
+    double Least() const { return *std::min_element(values.begin(), values.end()); }
 };
 
 void PrintRow(const std::string& what, Series& ms, Series& processorMs, const std::string& found) {
     const double median = ms.Median();
     std::printf("%-44s %9.1f %9.1f %9.1f %9.1f  %s\n", what.c_str(), ms.values.front(), median,
-                ms.values.back(), processorMs.Median(), found.c_str());
+                ms.values.back(), processorMs.Least(), found.c_str());
 }
 
 // False when a scan without losses did not find every camera.
-bool MeasureScan(test::KitCopy& kit, std::size_t cameras, const std::string& options) {
-    const Farm farm(kit, cameras, options);
+bool MeasureScan(test::KitCopy& kit, const Cameras& cameras) {
+    const Farm farm(cameras);
     Series beyond;
     Series processor;
-    unsigned fewest = static_cast<unsigned>(cameras);
+    unsigned fewest = static_cast<unsigned>(cameras.count);
+    int nofComplete = 0;
     for (int i = 0; i < kRepetitions; ++i) {
         const double processorBefore = ProcessorMs();
         const auto start = std::chrono::steady_clock::now();
@@ -102,14 +121,15 @@ bool MeasureScan(test::KitCopy& kit, std::size_t cameras, const std::string& opt
         unsigned count = 0;
         ZQ_CALL(kit, ZQDEV_GetNofDevices, &count);
         fewest = std::min(fewest, result == ZQ_OK ? count : 0);
+        nofComplete += count == cameras.count ? 1 : 0;
     }
-    PrintRow(std::to_string(cameras) + " cameras " + options, beyond, processor,
-             std::to_string(fewest) + " found at least");
-    return fewest == cameras || options.find("--loss") != std::string::npos;
+    PrintRow(ToText(cameras), beyond, processor,
+             std::to_string(fewest) + " found at least, all " + std::to_string(nofComplete) + " times");
+    return fewest == cameras.count || cameras.loss > 0;
 }
 
 bool MeasureRecheck(test::KitCopy& kit) {
-    const Farm farm(kit, 1, "--latency 1 --discovery-latency 1");
+    const Farm farm({1, 1, 1});
     Configure(kit, kListeningMs);
     ZQDEVICEINFO device{};
     if (ZQ_CALL(kit, ZQDEV_ScanForDevices) != ZQ_OK || ZQ_CALL(kit, ZQDEV_GetDevice, 0U, &device) != ZQ_OK) {
@@ -169,18 +189,19 @@ int Main(const std::vector<std::string>& arguments) {
         return 1;
     }
     std::printf("\nTime of a scan beyond its listening time of %d ms, %d scans each\n%-44s %9s %9s %9s %9s\n",
-                kListeningMs, kRepetitions, "", "min [ms]", "median", "max", "CPU [ms]");
-    if (arguments.size() == 2) {
-        return MeasureScan(kit, std::stoul(arguments[0]), arguments[1]) ? 0 : 1;
+                kListeningMs, kRepetitions, "", "min [ms]", "median", "max", "CPU, min");
+    if (arguments.size() == 4) {
+        const Cameras cameras{std::stoul(arguments[0]), std::stoi(arguments[1]), std::stoi(arguments[2]),
+                              std::stod(arguments[3])};
+        return MeasureScan(kit, cameras) ? 0 : 1;
     }
     bool allFound = true;
-    for (const std::size_t cameras : {0, 1, 64, 256, 1000, 4000}) {
-        allFound = MeasureScan(kit, cameras, "--latency 20 --discovery-latency 1") && allFound;
+    for (const Cameras& cameras :
+         {Cameras{0, 20, 1}, Cameras{1, 20, 1}, Cameras{64, 20, 1}, Cameras{256, 20, 1}, Cameras{1000, 20, 1},
+          Cameras{4000, 20, 1}, Cameras{256, 1, 1}, Cameras{256, 1, 90}, Cameras{64, 1, 1, 0.05},
+          Cameras{64, 1, 1, 0.2}}) {
+        allFound = MeasureScan(kit, cameras) && allFound;
     }
-    allFound = MeasureScan(kit, 256, "--latency 1 --discovery-latency 1") && allFound;
-    allFound = MeasureScan(kit, 256, "--latency 1 --discovery-latency 90") && allFound;
-    allFound = MeasureScan(kit, 64, "--latency 1 --loss 0.05") && allFound;
-    allFound = MeasureScan(kit, 64, "--latency 1 --loss 0.2") && allFound;
     allFound = MeasureRecheck(kit) && allFound;
     allFound = CountCommandsPerCamera(kit) && allFound;
     if (!allFound) {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
-#include <new>
+#include <cstring>
 #include <optional>
 #include <thread>
 #include <utility>
@@ -22,12 +22,16 @@ constexpr std::chrono::seconds kLongestUnderWay{3};
 // Thousands of silent cameras are asked within that time.
 constexpr std::size_t kMaxSockets = 16;
 
-constexpr std::size_t kMaxIdleSockets = 8;
-constexpr std::size_t kMaxCamerasPerSocket = 32;
+constexpr std::size_t kMaxIdleSockets = 32;
 
-// What its answers are told by.
-std::string KeyOf(const CZQUdpCameraAddress& camera) {
-    return camera.IsBroadcast() ? camera.hardwareAddress : std::to_string(camera.addressBe);
+CZQIdleSockets::CameraKey KeyOf(const CZQUdpCameraAddress& camera) {
+    CZQIdleSockets::CameraKey key{};
+    if (camera.IsBroadcast()) {
+        camera.hardwareAddress.copy(key.data(), key.size());
+    } else {
+        std::memcpy(key.data(), &camera.addressBe, sizeof camera.addressBe);
+    }
+    return key;
 }
 
 // Thread-safe. Holds nothing while no socket is aside: there is then nothing to give back when the module is
@@ -130,25 +134,32 @@ CZQIdleSockets::~CZQIdleSockets() {
     }
 }
 
-CZQIdleSockets::Socket CZQIdleSockets::TakeOrOpen(const CZQUdpCameraAddress& camera) {
-    {
-        const std::lock_guard lock(m_mutex);
-        const auto found = std::find_if(m_sockets.begin(), m_sockets.end(), [&](const Socket& socket) {
-            return socket.localBe == camera.localBe && socket.cameras.size() < kMaxCamerasPerSocket &&
-                   std::find(socket.cameras.begin(), socket.cameras.end(), KeyOf(camera)) ==
-                       socket.cameras.end();
-        });
-        if (found != m_sockets.end()) {
-            Socket socket = std::move(*found);
-            m_sockets.erase(found);
-            return socket;
-        }
-    }
-    return Open(camera);
+bool CZQIdleSockets::Socket::CanCarry(const CZQUdpCameraAddress& camera,
+                                      const CameraKey& key) const noexcept {
+    const auto end = cameras.begin() + nofCameras;
+    return localBe == camera.localBe && nofCameras < cameras.size() &&
+           std::find(cameras.begin(), end, key) == end;
 }
 
-CZQIdleSockets::Socket CZQIdleSockets::Open(const CZQUdpCameraAddress& camera) {
-    Socket socket{{}, camera.localBe, {}, std::make_unique_for_overwrite<std::byte[]>(Socket::kRoomSize)};
+CZQIdleSockets::OneSocket CZQIdleSockets::TakeOrOpen(const CZQUdpCameraAddress& camera) {
+    const CameraKey key = KeyOf(camera);
+    OneSocket taken;
+    {
+        const std::lock_guard lock(m_mutex);
+        const auto found = std::find_if(m_sockets.begin(), m_sockets.end(),
+                                        [&](const Socket& socket) { return socket.CanCarry(camera, key); });
+        if (found != m_sockets.end()) {
+            taken.splice(taken.end(), m_sockets, found);
+        }
+    }
+    return taken.empty() ? Open(camera) : std::move(taken);
+}
+
+CZQIdleSockets::OneSocket CZQIdleSockets::Open(const CZQUdpCameraAddress& camera) {
+    OneSocket opened(1);
+    Socket& socket = opened.front();
+    socket.localBe = camera.localBe;
+    socket.room = std::make_unique_for_overwrite<std::byte[]>(Socket::kRoomSize);
     platform::SystemErrorCode error{};
     platform::Ipv4SocketAddress local;
     local.addressBe = camera.localBe;
@@ -158,17 +169,15 @@ CZQIdleSockets::Socket CZQIdleSockets::Open(const CZQUdpCameraAddress& camera) {
     if (camera.IsBroadcast() && !socket.udp.EnableBroadcast(error)) {
         ZQ_THROW("CZQIdleSockets::Open", ZQ_ERR_SOCKET_OPTION, "%s", FormatSystemError(error).c_str());
     }
-    return socket;
+    return opened;
 }
 
-void CZQIdleSockets::Add(Socket socket) noexcept {
-    std::list<Socket> closed;  // once the lock is released
+void CZQIdleSockets::Add(OneSocket socket) noexcept {
+    OneSocket closed;  // once the lock is released
     const std::lock_guard lock(m_mutex);
-    try {
-        m_sockets.push_back(std::move(socket));
-    } catch (const std::bad_alloc&) {
-        return;
-    }
+    const bool isWornOut = socket.front().nofCameras == socket.front().cameras.size();
+    OneSocket& to = isWornOut ? closed : m_sockets;
+    to.splice(to.end(), socket);
     if (m_sockets.size() > kMaxIdleSockets) {
         closed.splice(closed.end(), m_sockets, m_sockets.begin());
     }
@@ -176,7 +185,8 @@ void CZQIdleSockets::Add(Socket socket) noexcept {
 
 CZQCommandSocket::CZQCommandSocket(CZQIdleSockets& idle, const CZQUdpCameraAddress& camera)
     : m_idle(idle), m_socket(idle.TakeOrOpen(camera)) {
-    m_socket.cameras.push_back(KeyOf(camera));
+    CZQIdleSockets::Socket& socket = m_socket.front();
+    socket.cameras[socket.nofCameras++] = KeyOf(camera);
 }
 
 CZQCommandSocket::~CZQCommandSocket() {
@@ -185,7 +195,7 @@ CZQCommandSocket::~CZQCommandSocket() {
         return;
     }
     try {
-        PutAside(std::move(m_socket.udp));
+        PutAside(std::move(m_socket.front().udp));
     } catch (...) {
         platform::WriteDebugOutput("ZQSDK: !! a socket of the UDP command module could not be put aside");
     }

@@ -1,12 +1,11 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <list>
 #include <memory>
 #include <mutex>
 #include <span>
-#include <string>
-#include <vector>
 
 #include "communication/ZQUdpCameraAddress.h"
 #include "platform/UdpSocket.h"
@@ -18,13 +17,21 @@ namespace ZQAPI {
 // that an answer that comes twice is nobody's. Thread-safe.
 class CZQIdleSockets {
 public:
+    // What a camera's answers are told by: its hardware address, or its IP address and zeros.
+    using CameraKey = std::array<char, kHardwareAddressLength>;
+
     struct Socket {
+        bool CanCarry(const CZQUdpCameraAddress& camera, const CameraKey& key) const noexcept;
+
         platform::UdpSocket udp;
-        std::uint32_t localBe = 0;                         // of the interface that it is bound to, if it is
-        std::vector<std::string> cameras;                  // that it has carried a command to
+        std::uint32_t localBe = 0;            // of the interface that it is bound to, if it is
+        std::array<CameraKey, 64> cameras{};  // that it has carried a command to
+        std::size_t nofCameras = 0;
         std::unique_ptr<std::byte[]> room;                 // for the largest datagram
         static constexpr std::size_t kRoomSize = 0x10000;  // hardly ever touched beyond its first page
     };
+    // One socket that moves from list to list without memory.
+    using OneSocket = std::list<Socket>;
 
     CZQIdleSockets() = default;
     ~CZQIdleSockets();
@@ -35,12 +42,12 @@ public:
     static std::shared_ptr<CZQIdleSockets> Shared();
 
     // One that can carry a command to the camera. ZQ_ERR_SOCKET_CREATE, ZQ_ERR_SOCKET_OPTION.
-    Socket TakeOrOpen(const CZQUdpCameraAddress& camera);
+    OneSocket TakeOrOpen(const CZQUdpCameraAddress& camera);
     // Any further one closes the one that has been idle for longest.
-    void Add(Socket socket) noexcept;
+    void Add(OneSocket socket) noexcept;
 
 private:
-    static Socket Open(const CZQUdpCameraAddress& camera);
+    static OneSocket Open(const CZQUdpCameraAddress& camera);
 
     std::mutex m_mutex;
     std::list<Socket> m_sockets;  // the one that has been idle for longest first
@@ -58,14 +65,16 @@ public:
     CZQCommandSocket(const CZQCommandSocket&) = delete;
     CZQCommandSocket& operator=(const CZQCommandSocket&) = delete;
 
-    platform::UdpSocket& Get() noexcept { return m_socket.udp; }
-    std::span<std::byte> Room() noexcept { return {m_socket.room.get(), CZQIdleSockets::Socket::kRoomSize}; }
+    platform::UdpSocket& Get() noexcept { return m_socket.front().udp; }
+    std::span<std::byte> Room() noexcept {
+        return {m_socket.front().room.get(), CZQIdleSockets::Socket::kRoomSize};
+    }
     // Nothing more is to come but what the camera may send twice.
     void SetAnswered() noexcept { m_isAnswered = true; }
 
 private:
     CZQIdleSockets& m_idle;
-    CZQIdleSockets::Socket m_socket;
+    CZQIdleSockets::OneSocket m_socket;
     bool m_isAnswered = false;  // in the first try
 };
 

@@ -20,13 +20,13 @@ constexpr std::uint32_t kLoopback = 0x7F000001;
 constexpr const char* kAnyCamera = "FFFFFFFFFFFF";
 // The command is sent at once and again after each of these times but the last: what was lost is mended soon, and a slow
 // camera is not flooded.
-constexpr std::chrono::milliseconds kTryEnds[] = {50ms,   150ms,  300ms,  500ms, 800ms,
-                                                  1200ms, 1700ms, 2300ms, 3000ms};
+constexpr std::chrono::milliseconds kTryEnds[] = {50ms,   150ms,  250ms,  400ms,  550ms,  750ms,
+                                                  1000ms, 1300ms, 1650ms, 2050ms, 2500ms, 3000ms};
 // So many of them by unicast, where the camera's own subnet is the interface's. After that its address may be claimed
 // by another, or another card have the same subnet.
 constexpr std::size_t kUnicastTries = 2;
 // An abort is noticed within this time where its datagram does not arrive; see WaitForSends.
-constexpr std::chrono::microseconds kMaxWait = std::chrono::milliseconds(100);
+constexpr std::chrono::milliseconds kMaxWait{100};
 
 // An empty datagram to itself ends the wait of another thread, and is no answer.
 void Wake(platform::UdpSocket& socket) noexcept {
@@ -83,12 +83,15 @@ std::string CZQUdpConnection::SendCommand(std::string_view command) {
     CZQCommandSocket socket(*m_idleSockets, m_camera);
     const UnderWay underWay(*this, socket.Get());
     const Clock::time_point start = Clock::now();
+    std::chrono::milliseconds waited{};
     for (std::size_t attempt = 0; attempt < std::size(kTryEnds); ++attempt) {
         if (attempt == kUnicastTries && m_camera.IsBroadcast()) {
             m_isUnicast = false;
         }
         Send(socket.Get(), request);
-        auto answer = ReceiveUntil(socket, start + kTryEnds[attempt]);
+        // Of the same length for each command, for which the socket need not be told: the time since is no matter.
+        auto answer = ReceiveUntil(socket, kTryEnds[attempt] - waited, start + kTryEnds[attempt]);
+        waited = kTryEnds[attempt];
         if (!answer) {
             continue;
         }
@@ -119,30 +122,23 @@ void CZQUdpConnection::Send(platform::UdpSocket& socket, const std::string& requ
     }
 }
 
-// Nothing when the deadline passes. Other datagrams than the answer are taken off the socket and ignored.
+// Waits so long at first. Nothing when the deadline passes. Other datagrams than the answer are taken off the socket and
+// ignored.
 std::optional<std::string> CZQUdpConnection::ReceiveUntil(CZQCommandSocket& socket,
+                                                          std::chrono::milliseconds wait,
                                                           Clock::time_point deadline) const {
-    for (auto left = deadline - Clock::now(); left > Clock::duration::zero();
-         left = deadline - Clock::now()) {
+    for (auto left = wait; left > left.zero();
+         left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now())) {
         ThrowIfAborted();
-        const auto waited =
-            socket.Get().WaitReadable(std::min(std::chrono::ceil<std::chrono::microseconds>(left), kMaxWait));
-        if (waited == platform::WaitResult::kTimeout) {
-            continue;
-        }
-        if (waited == platform::WaitResult::kFailed) {
-            ZQ_THROW("CZQUdpConnection::ReceiveUntil", ZQ_ERR_COM_RECV, "%s",
-                     FormatSystemError(platform::LastSystemError()).c_str());
-        }
         platform::Ipv4SocketAddress from;
         platform::SystemErrorCode error{};
-        const auto size = socket.Get().ReceiveFrom(socket.Room(), from, error);
-        if (!size && socket.Get().NextDatagramSize()) {
+        const auto size = socket.Get().ReceiveWithin(std::min(left, kMaxWait), socket.Room(), from, error);
+        if (!size && error != 0) {
             ZQ_THROW("CZQUdpConnection::ReceiveUntil", ZQ_ERR_COM_RECV, "%s",
                      FormatSystemError(error).c_str());
         }
         if (!size) {
-            continue;  // the system has found it damaged since
+            continue;
         }
         if (auto answer = AnswerIn({reinterpret_cast<const char*>(socket.Room().data()), *size}, from)) {
             return answer;

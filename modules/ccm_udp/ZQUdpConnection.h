@@ -25,7 +25,7 @@ public:
     // Nothing is sent. ZQ_ERR_SOCKET_CREATE when the address's interface is not one of this machine's.
     explicit CZQUdpConnection(const CZQString& cameraAddress);
 
-    // The command is sent up to nine times until an answer comes, ever later; after 3000 ms ZQ_ERR_COM_TIMEOUT.
+    // The command is sent up to twelve times until an answer comes, ever later; after 3000 ms ZQ_ERR_COM_TIMEOUT.
     std::string SendCommand(std::string_view command) override;
 
     // The answer that a datagram carries, its line feed included; nothing when it is not this camera's.
@@ -39,7 +39,8 @@ private:
 
     void WaitForSends() noexcept override;
     void Send(platform::UdpSocket& socket, const std::string& request);
-    std::optional<std::string> ReceiveUntil(CZQCommandSocket& socket, Clock::time_point deadline) const;
+    std::optional<std::string> ReceiveUntil(CZQCommandSocket& socket, std::chrono::milliseconds wait,
+                                            Clock::time_point deadline) const;
 
     const CZQComWs2DllInit m_socketLibrary;
     const CZQUdpCameraAddress m_camera;

@@ -114,17 +114,22 @@ bool CZQComUDP::SendTo(const platform::Ipv4SocketAddress& to, std::span<const st
     return sent && *sent == datagram.size();
 }
 
-// Takes the next datagram; the number of its bytes, 0 when it doesn't count.
-std::uint32_t CZQComUDP::ReceiveDatagram(std::span<std::byte> buffer) {
+// Takes the next datagram, if there is one; the number of its bytes, 0 when it doesn't count.
+std::optional<std::uint32_t> CZQComUDP::ReceiveDatagram(std::span<std::byte> buffer) {
     platform::SystemErrorCode error = 0;
     const auto received = m_socket.ReceiveFrom(buffer, m_sender, error);
-    if (!received) {
+    if (!received && error != 0) {
         ZQ_THROW("CZQComUDP::Recv", ZQ_ERR_COM_RECV, "Host=%s, %s", m_config.GetHostName().c_str(),
                  FormatSystemError(error).c_str());
     }
     const bool counts =
         !m_hosts.empty() || m_remoteAddress.addressBe == kBroadcastBe || m_sender == m_remoteAddress;
-    return counts ? static_cast<std::uint32_t>(*received) : 0;
+    return received ? std::optional(counts ? static_cast<std::uint32_t>(*received) : 0) : std::nullopt;
+}
+
+void CZQComUDP::ThrowTooLarge(std::size_t size, std::size_t limit) const {
+    ZQ_THROW("CZQComUDP::Recv", ZQ_ERR_BUFFER_TOO_SMALL, "Host=%s, NeededBytes=%zu, BufferSize=%zu",
+             m_config.GetHostName().c_str(), size, limit);
 }
 
 std::uint32_t CZQComUDP::Recv(void* buffer, std::uint32_t size, std::uint32_t timeoutMs,
@@ -155,11 +160,9 @@ std::uint32_t CZQComUDP::Recv(void* buffer, std::uint32_t size, std::uint32_t ti
         }
         if (pending) {
             if (returnOnFirstData && *pending > size) {
-                ZQ_THROW("CZQComUDP::Recv", ZQ_ERR_BUFFER_TOO_SMALL,
-                         "Host=%s, NeededBytes=%ld, BufferSize=%ld", m_config.GetHostName().c_str(),
-                         static_cast<long>(*pending), static_cast<long>(size));
+                ThrowTooLarge(*pending, size);
             }
-            received += ReceiveDatagram(room.subspan(received));
+            received += ReceiveDatagram(room.subspan(received)).value_or(0);
         }
         // What had arrived by the deadline counts: the limit passes, as the library's clock shows it,
         // with the millisecond after. Tested before completion: what completes the buffer later than that
@@ -175,6 +178,17 @@ std::uint32_t CZQComUDP::Recv(void* buffer, std::uint32_t size, std::uint32_t ti
     return received;
 }
 
+std::optional<std::string_view> CZQComUDP::TakeDatagram(std::span<char> room, std::size_t limit) {
+    if (!m_open) {
+        ZQ_THROW("CZQComUDP::Recv", ZQ_ERR_UDP_RECV_CLOSED);
+    }
+    const auto size = ReceiveDatagram(std::as_writable_bytes(room));
+    if (size && *size > limit) {
+        ThrowTooLarge(*size, limit);
+    }
+    return size ? std::optional(std::string_view(room.data(), *size)) : std::nullopt;
+}
+
 bool CZQComUDP::WaitForDatagram(std::uint32_t timeoutMs) noexcept {
     // A failed wait is for Recv to deal with.
     return m_socket.WaitReadable(std::chrono::milliseconds(timeoutMs)) != platform::WaitResult::kTimeout;
@@ -188,7 +202,7 @@ void CZQComUDP::Flush() {
     while (m_socket.NextDatagramSize()) {
         // Each sender becomes the channel's remote address: kept on purpose.
         platform::SystemErrorCode error = 0;
-        if (!m_socket.ReceiveFrom(scratch, m_remoteAddress, error)) {
+        if (!m_socket.ReceiveFrom(scratch, m_remoteAddress, error) && error != 0) {
             ZQ_THROW("CZQComUDP::Flush", ZQ_ERR_COM_RECV, "%s", FormatSystemError(error).c_str());
         }
     }

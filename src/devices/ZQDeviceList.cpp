@@ -1,6 +1,7 @@
 #include "devices/ZQDeviceList.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "foundation/Io/ZQConfigFile.h"
 #include "foundation/Io/ZQFile.h"
@@ -13,11 +14,14 @@ namespace {
 constexpr char kNameSeparator = ';';
 constexpr const char* kListSection = "General";
 constexpr const char* kListKey = "Devices";
+constexpr std::size_t kUsualDeviceSize = 512;  // in the file
 
 // The list as text, not sealed.
 std::string TextOf(const CZQDeviceList& list, const CZQString& path) {
     CZQIniFile file(path);  // for the rules of the text alone
-    const CZQIniBatch text(file, "");
+    std::string empty;
+    empty.reserve(list.GetCount() * kUsualDeviceSize);
+    const CZQIniBatch text(file, std::move(empty));
 
     // Written first so that it stands first.
     file.SetSection(kListSection);

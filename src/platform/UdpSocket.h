@@ -39,6 +39,9 @@ bool TextToAddress(const std::string& host, std::uint32_t& addressBe, SystemErro
 bool StartSocketLibrary(std::uint8_t& low, std::uint8_t& high, SystemErrorCode& error) noexcept;
 void StopSocketLibrary() noexcept;
 
+// How many sockets and files together the process may have open at the same time.
+std::size_t MaxSockets() noexcept;
+
 enum class WaitResult { kReadable, kTimeout, kFailed };
 
 // One socket; closed by the destructor. One thread at a time.
@@ -46,9 +49,11 @@ class UdpSocket {
 public:
     UdpSocket() = default;
     ~UdpSocket() { Close(); }
-    UdpSocket(UdpSocket&& other) noexcept : m_handle(std::exchange(other.m_handle, kInvalid)) {}
+    UdpSocket(UdpSocket&& other) noexcept
+        : m_handle(std::exchange(other.m_handle, kInvalid)), m_receiveTimeout(other.m_receiveTimeout) {}
     UdpSocket& operator=(UdpSocket&& other) noexcept {
         std::swap(m_handle, other.m_handle);
+        std::swap(m_receiveTimeout, other.m_receiveTimeout);
         return *this;
     }
     UdpSocket(const UdpSocket&) = delete;
@@ -77,10 +82,15 @@ public:
     // Size of the datagram that is next in the queue, 0 for an empty one; nothing when the queue is empty.
     std::optional<std::size_t> NextDatagramSize() noexcept;
 
-    // Takes the next datagram off the queue, cut to the buffer. Bytes received, or nothing with `error`;
-    // never waits.
+    // Takes the next datagram off the queue, cut to the buffer. Bytes received, or nothing with `error`, which is 0
+    // when the queue is empty; never waits.
     std::optional<std::size_t> ReceiveFrom(std::span<std::byte> buffer, Ipv4SocketAddress& from,
                                            SystemErrorCode& error) noexcept;
+
+    // The same, but waits for one: so long as the time and the system's coarser clock have it. Costs least with the
+    // time of the call before.
+    std::optional<std::size_t> ReceiveWithin(std::chrono::milliseconds timeout, std::span<std::byte> buffer,
+                                             Ipv4SocketAddress& from, SystemErrorCode& error) noexcept;
 
     // Waits until one of the sockets is readable; the indexes of those that are.
     static std::vector<std::size_t> WaitAny(std::span<const UdpSocket* const> sockets,
@@ -89,6 +99,7 @@ public:
 private:
     static constexpr std::uintptr_t kInvalid = ~std::uintptr_t{0};
     std::uintptr_t m_handle = kInvalid;
+    std::chrono::milliseconds m_receiveTimeout{0};  // that the system keeps with the socket; 0: none
 };
 
 }  // namespace ZQAPI::platform

@@ -2,16 +2,20 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <condition_variable>
 #include <deque>
 #include <mutex>
 #include <new>
 #include <optional>
+#include <thread>
 #include <vector>
 
 #include "foundation/ZQNoDestructor.h"
 #include "foundation/ZQSystem.h"
 #include "platform/ModuleThread.h"
+#include "platform/ThisThread.h"
+#include "platform/UdpSocket.h"
 
 namespace ZQAPI {
 
@@ -30,6 +34,14 @@ constexpr std::size_t kLastLevel = kSlices.size();
 // Very many that wait make the slices shorter, so that all have had one within this time, down to this part.
 constexpr milliseconds kTimePerLevel{5000};
 constexpr int kShortestSlice = 5;
+
+// How many more threads one camera that was identified is worth, and how many such cameras one that was not takes back.
+constexpr int kThreadsPerCamera = 2;
+constexpr int kCostOfFailure = 4;
+constexpr int kMaxDebt = 1000;
+// Of the processors, and of the sockets that the process may have.
+constexpr int kProcessorShare = 2;
+constexpr std::size_t kSocketShare = 4;
 
 constexpr milliseconds kIdleTime{1000};
 // Between two attempts to have a further thread.
@@ -66,14 +78,14 @@ private:
 
 }  // namespace
 
-// Everything here is guarded by the workers' mutex.
+// Everything here is guarded by the workers' mutex, but for reading isStopped.
 struct CZQIdentificationRound::State {
     State() { running.reserve(kMaxThreads); }
 
     std::array<std::deque<Task>, kLevels> waiting;  // by how often they were asked in vain
     std::vector<Running> running;                   // as many as there are threads at most
     bool isAdding = false;
-    bool isStopped = false;
+    std::atomic<bool> isStopped{false};
     std::condition_variable changed;
 
     bool IsAdded() const { return !isAdding; }
@@ -101,13 +113,21 @@ public:
 
     Lock Guard() { return Lock(m_mutex); }
 
-    void Join(const Round& round) { m_rounds.push_back(round); }
+    void Join(const Round& round) {
+        m_rounds.push_back(round);
+        m_nofProcessors = std::max(std::thread::hardware_concurrency(), 1U);
+        m_mostWanted = static_cast<unsigned>(std::clamp<std::size_t>(platform::MaxSockets() / kSocketShare,
+                                                                     CZQIdentificationRound::kFewThreads,
+                                                                     CZQIdentificationRound::kMaxThreads));
+    }
 
     void Leave(const Round& round) {
         std::erase(m_rounds, round);
         if (m_rounds.empty()) {
             m_rounds.shrink_to_fit();  // nobody destroys this object
             m_limit = CZQIdentificationRound::kMaxThreads;
+            m_credit = 0;
+            m_asking = m_busy = {};
             m_work.notify_all();
         }
     }
@@ -122,7 +142,7 @@ public:
 
     // The next camera of the round, or of all rounds in turn; those asked least come first.
     std::optional<Job> TakeNext(const Round& only = nullptr) {
-        if (m_nofWaiting == 0 || m_nofRunning >= m_limit) {
+        if (m_nofWaiting == 0 || m_nofRunning >= MaxRunning()) {
             return std::nullopt;
         }
         for (std::size_t level = 0; level < kLevels; ++level) {
@@ -140,9 +160,14 @@ public:
 
     void Perform(Lock& lock, const Job& job) {
         lock.unlock();
+        const auto start = Clock::now();
+        const auto busyBefore = platform::ThreadProcessorTime();
         const auto end = job.task->Ask();
+        const auto busy = platform::ThreadProcessorTime() - busyBefore;
+        const auto asking = Clock::now() - start;
         lock.lock();
         Settle(job, end);
+        AdaptThreads(end, asking, busy);
         if (job.round->IsAsked()) {
             job.round->changed.notify_all();
         }
@@ -222,6 +247,26 @@ private:
         }
     }
 
+    // Silent cameras are no reason to have more threads, and neither are those that answer as fast as they are asked.
+    void AdaptThreads(CZQIdentificationTask::EEnd end, Clock::duration asking, Clock::duration busy) {
+        if (end != CZQIdentificationTask::EEnd::kDone) {
+            m_credit = std::max(m_credit - kCostOfFailure, -kMaxDebt);
+            return;
+        }
+        m_asking += asking;
+        m_busy += busy;
+        if (m_credit < 0 || (m_nofWaiting > m_nofIdle && NofWanted() < m_mostWanted &&
+                             m_busy * NofWanted() * kProcessorShare < m_asking * m_nofProcessors)) {
+            ++m_credit;
+        }
+    }
+
+    unsigned NofWanted() const noexcept {
+        return CZQIdentificationRound::kFewThreads +
+               static_cast<unsigned>(std::max(m_credit, 0) * kThreadsPerCamera);
+    }
+    unsigned MaxRunning() const noexcept { return std::min(m_limit, NofWanted()); }
+
     void AskAgain(const Job& job, std::size_t level) noexcept {
         if (job.round->isStopped) {
             return;
@@ -257,7 +302,7 @@ private:
     }
 
     // Threads that are about to take what waits.
-    unsigned NofFree() const noexcept { return m_nofRunning < m_limit ? m_nofIdle : 0; }
+    unsigned NofFree() const noexcept { return m_nofRunning < MaxRunning() ? m_nofIdle : 0; }
 
     void Forget(const Job& job) {
         auto& all = job.round->running;
@@ -283,14 +328,14 @@ private:
     // One at a time: each that has started and finds more to do starts the next, so that whoever adds cameras
     // is not held up.
     void StartThread(Lock& lock) {
-        if (m_nofStarting > 0 || m_nofThreads >= m_limit || Clock::now() < m_nextStart) {
+        if (m_nofStarting > 0 || m_nofThreads >= MaxRunning() || Clock::now() < m_nextStart) {
             return;
         }
-        ++m_nofThreads;
+        const bool isExtra = m_nofThreads++ >= CZQIdentificationRound::kFewThreads;
         ++m_nofStarting;
         lock.unlock();
         platform::SystemErrorCode error = 0;
-        const bool isStarted = platform::StartModuleThread([this] { Work(); }, error);
+        const bool isStarted = platform::StartModuleThread([this, isExtra] { Work(isExtra); }, error);
         if (!isStarted) {
             DebugOutput("ZQSDK: a further thread to identify cameras is not to be had (%ld)",
                         static_cast<long>(error));
@@ -304,7 +349,10 @@ private:
         }
     }
 
-    void Work() noexcept {
+    void Work(bool isExtra) noexcept {
+        if (isExtra) {
+            platform::LowerThreadPriority();  // those that listen must not be kept from it
+        }
         Lock lock = Guard();
         --m_nofStarting;
         while (auto job = NextOrIdle(lock)) {
@@ -343,6 +391,11 @@ private:
     unsigned m_nofStarting = 0;
     unsigned m_nofIdle = 0;
     unsigned m_limit = CZQIdentificationRound::kMaxThreads;  // of those running: lower when means are scarce
+    int m_credit = 0;  // what the cameras asked so far say for more threads
+    unsigned m_mostWanted = 0;
+    unsigned m_nofProcessors = 1;
+    Clock::duration m_asking{};  // the cameras identified since there was nothing to do
+    Clock::duration m_busy{};    // processor time of that
     unsigned m_nofSinceScarce = 0;
     Clock::time_point m_nextStart{};
 };
@@ -418,7 +471,6 @@ void CZQIdentificationRound::Stop() noexcept {
 }
 
 bool CZQIdentificationRound::IsStopped() const noexcept {
-    const Lock lock = CZQIdentificationWorkers::OfProcess().Guard();
     return m_state->isStopped;
 }
 

@@ -15,7 +15,8 @@ public:
     using Clock = std::chrono::steady_clock;
 
     enum class EEnd {
-        kDone,    // identified, or never to be
+        kDone,    // identified
+        kFailed,  // never to be
         kSilent,  // aborted; to be asked again
         kScarce,  // this machine lacked the means (a socket, memory); to be asked again while fewer are, unless
                   // it was alone
@@ -40,8 +41,10 @@ class CZQIdentificationRound {
 public:
     using Clock = CZQIdentificationTask::Clock;
 
-    // Threads of the process that ask at the same time, at most; fewer where the system gives fewer.
-    static constexpr unsigned kMaxThreads = 64;
+    // Threads of the process that ask at the same time, at most; the second number while cameras answer, but so slowly
+    // that half of the processors' time is left. Fewer where the system gives fewer.
+    static constexpr unsigned kFewThreads = 64;
+    static constexpr unsigned kMaxThreads = 512;
 
     CZQIdentificationRound();
     CZQIdentificationRound(const CZQIdentificationRound&) = delete;

@@ -92,7 +92,7 @@ CZQUdpCamera::CZQUdpCamera(SUdpDeviceConnInfo answer, std::shared_ptr<CZQUdpKitF
     : m_answer(std::move(answer)), m_kitFiles(std::move(kitFiles)), m_onIdentified(std::move(onIdentified)) {}
 
 CZQUdpCamera::EEnd CZQUdpCamera::Ask() noexcept {
-    EEnd end = EEnd::kDone;
+    EEnd end = EEnd::kFailed;
     try {
         if (const Connection connection = BeginAttempt()) {
             end = Identify(*connection);
@@ -161,7 +161,7 @@ CZQUdpCamera::EEnd CZQUdpCamera::FailToIdentify(const CZQException& exception, c
 CZQUdpCamera::EEnd CZQUdpCamera::Fail(bool isForWantOfMeans) noexcept {
     const std::lock_guard lock(m_mutex);
     m_failure = std::current_exception();
-    return isForWantOfMeans ? EEnd::kScarce : EEnd::kDone;
+    return isForWantOfMeans ? EEnd::kScarce : EEnd::kFailed;
 }
 
 bool CZQUdpCamera::IsAborted() const noexcept {

@@ -1,8 +1,6 @@
 #include "scanners/ZQUdpDiscovery.h"
 
 #include <algorithm>
-#include <array>
-#include <optional>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -24,26 +22,10 @@ namespace {
 constexpr std::string_view kRequest = "FFFFFFFFFFFF:SYST:NET:IP?\n";
 constexpr const char* kBroadcastAddress = "255.255.255.255";
 constexpr std::size_t kMaxAnswerSize = 63;
+constexpr std::size_t kLargestDatagram = 0x10000;
 
 // That the search is to end is noticed within this time.
 constexpr std::uint32_t kMaxWaitMs = 5;
-
-using AnswerBuffer = std::array<char, kMaxAnswerSize + 1>;
-
-// Takes one datagram off the channel; none when the time passed without one.
-std::optional<std::string_view> ReceiveAnswer(CZQComUDP& channel, AnswerBuffer& buffer,
-                                              std::uint32_t timeoutMs) {
-    buffer.fill('\0');
-    try {
-        channel.Recv(buffer.data(), kMaxAnswerSize, timeoutMs, true);
-    } catch (const CZQException& exception) {
-        if (exception.GetErrorNumber() != ZQ_ERR_COM_TIMEOUT) {
-            throw;
-        }
-        return std::nullopt;
-    }
-    return buffer.data();
-}
 
 // One search over all its sockets.
 class Discovery {
@@ -140,7 +122,7 @@ private:
         const std::uint64_t cycleMs = nofCycles == 0 ? 0 : m_settings.scanTimeMs / nofCycles;
         // A camera that was asked by itself is commanded so, too, as the system routes it.
         const CZQString commandedThrough = AsksHosts() ? CZQString() : asked.card;
-        AnswerBuffer buffer{};
+        std::vector<char> buffer(kLargestDatagram);
         // All cycles go by one watch: a cycle that ends a little late takes nothing from the whole.
         const CZQStopWatch watch(true);
         for (std::uint32_t cycle = 0; cycle < nofCycles && m_goesOn(); ++cycle) {
@@ -150,18 +132,30 @@ private:
             for (std::uint64_t now = watch.GetElapsed(); now < cycleEndMs && m_goesOn();
                  now = watch.GetElapsed()) {
                 const auto leftMs = static_cast<std::uint32_t>(cycleEndMs - now);
-                if (!channel.WaitForDatagram(std::min(leftMs, kMaxWaitMs))) {
-                    continue;
+                if (!HearNext(channel, buffer, {{}, 0, commandedThrough}, card, asked)) {
+                    channel.WaitForDatagram(std::min(leftMs, kMaxWaitMs));
                 }
-                const auto text = ReceiveAnswer(channel, buffer, leftMs);
-                if (!text) {
-                    break;
-                }
-                const std::uint32_t sender = platform::SwapAddress(channel.GetSender().addressBe);
-                ++(Hear({*text, sender, commandedThrough}, card) ? asked.nofAnswers : asked.nofIgnored);
+            }
+        }
+        // What had come by then counts, too; what goes on coming has no end.
+        for (std::uint32_t i = 0; i < CZQComUDP::kMaxBurst && m_goesOn(); ++i) {
+            if (!HearNext(channel, buffer, {{}, 0, commandedThrough}, card, asked)) {
+                break;
             }
         }
         channel.Close();
+    }
+
+    // False when nothing has come.
+    bool HearNext(CZQComUDP& channel, std::span<char> room, SUdpDatagram datagram, std::size_t card,
+                  SAskedCard& asked) {
+        const auto text = channel.TakeDatagram(room, kMaxAnswerSize);
+        if (text && !text->empty()) {
+            datagram.text = text->substr(0, text->find('\0'));
+            datagram.sender = platform::SwapAddress(channel.GetSender().addressBe);
+            ++(Hear(datagram, card) ? asked.nofAnswers : asked.nofIgnored);
+        }
+        return text.has_value();
     }
 
     // Both texts have one form alone.

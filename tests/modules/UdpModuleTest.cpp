@@ -27,15 +27,15 @@ TEST(UdpModule, CopesWithFaults) {
         Reply reply;              // to "SYST:SERN?\n"
         std::uint64_t tries = 1;  // as the camera counted them
     } cases[] = {
-        {"silent", false, {.silent = true}, none, 9},
-        {"silent", true, {.silent = true}, none, 9},
-        {"answers in the seventh try", false, {.delay = {1450ms, 1450ms}}, own, 7},
+        {"silent", false, {.silent = true}, none, 12},
+        {"silent", true, {.silent = true}, none, 12},
+        {"answers in the ninth try", false, {.delay = {1450ms, 1450ms}}, own, 9},
         {"duplicates", false, {.duplicates = 1}, own},
-        {"no colon", false, {.form = EAnswerForm::kNoColon}, none, 9},
+        {"no colon", false, {.form = EAnswerForm::kNoColon}, none, 12},
         {"no colon, then a proper one", false, {.form = EAnswerForm::kNoColon, .properFollows = true}, own},
         {"too short, then a proper one", true, {.form = EAnswerForm::kTooShort, .properFollows = true}, own},
         {"empty, then a proper one", false, {.form = EAnswerForm::kEmpty, .properFollows = true}, own},
-        {"another camera's address", true, {.form = EAnswerForm::kWrongAddress}, none, 9},
+        {"another camera's address", true, {.form = EAnswerForm::kWrongAddress}, none, 12},
         {"the same, then its own", true, {.form = EAnswerForm::kWrongAddress, .properFollows = true}, own},
         {"control characters", false, {.form = EAnswerForm::kControlCharacters}, theCallersMatter},
     };
@@ -54,9 +54,9 @@ TEST(UdpModule, CopesWithFaults) {
             // One more where this thread was kept waiting for an answer that was there.
             EXPECT_THAT(cameras.server.GetCounts(i).commands,
                         testing::AllOf(testing::Ge(test.tries), testing::Le(test.tries + 1)));
-            // Answers to the repetitions of the one in the seventh try are still to come.
+            // Answers to the repetitions of the one in the ninth try are still to come.
             cameras.server.SetFaults(i, {});
-            ExpectOwnAnswers(connection, test.tries == 7 ? 1500ms : 0ms);
+            ExpectOwnAnswers(connection, test.tries == 9 ? 1500ms : 0ms);
         }));
     }
     for (auto& run : runs) {

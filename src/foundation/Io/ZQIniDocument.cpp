@@ -64,14 +64,15 @@ std::string_view CZQIniDocument::Line::Value() const noexcept {
 }
 
 CZQIniDocument::CZQIniDocument(std::string content)
-    : m_content(std::move(content)), m_arena(kFirstBlock + kLineOverhead * m_content.size()) {
+    : m_content(std::move(content)), m_arena(kFirstBlock + kLineOverhead * m_content.capacity()) {
     Parse();
 }
 
 void CZQIniDocument::Parse() {
     const std::string_view content = m_content;
-    m_sections.max_load_factor(kSectionLoad);
-    m_sections.reserve(content.size() / kSectionSize);
+    m_sections = std::pmr::polymorphic_allocator<>(&m_arena).new_object<Sections>();
+    m_sections->max_load_factor(kSectionLoad);
+    m_sections->reserve(m_content.capacity() / kSectionSize);
     m_isUtf16 = content.starts_with(kUtf16Mark);
     if (m_isUtf16) {
         m_front.SetBytes(content.substr(0, kUtf16Mark.size()));
@@ -134,7 +135,6 @@ bool CZQIniDocument::Extend(Line& last, const Line& line) const noexcept {
 // After an edit that the file reads differently from what was asked for, and to get rid of replaced lines.
 void CZQIniDocument::Reparse() {
     std::string content = Bytes();
-    m_sections = Sections(&m_arena);
     m_recentSection = nullptr;
     m_lastSection = nullptr;
     m_parsedSection = nullptr;
@@ -168,7 +168,7 @@ void CZQIniDocument::Classify(std::string_view text, Line& line) {
 
 // Where there is a section of that name already, this one is never read.
 CZQIniDocument::Section& CZQIniDocument::AddSection(Line& header) {
-    Section& section = m_sections[header.Name()];
+    Section& section = (*m_sections)[header.Name()];
     if (section.header == nullptr) {
         section.header = &header;
         section.lastEntry = &header;
@@ -190,12 +190,12 @@ CZQIniDocument::Section* CZQIniDocument::FindSection(std::string_view name) cons
     if (m_recentSection != nullptr && isIt(m_recentSection->next)) {
         return m_recentSection = m_recentSection->next;
     }
-    const auto found = m_sections.find(name);
-    return m_recentSection = found == m_sections.end() ? nullptr : &found->second;
+    const auto found = m_sections->find(name);
+    return m_recentSection = found == m_sections->end() ? nullptr : &found->second;
 }
 
-CZQIniDocument::Line* CZQIniDocument::FindEntry(Section& section, std::string_view key) {
-    if (section.index) {
+CZQIniDocument::Line* CZQIniDocument::FindEntry(Section& section, std::string_view key) const {
+    if (section.isIndexed) {
         return FindIndexed(section, key);
     }
     int passed = 0;
@@ -212,9 +212,15 @@ CZQIniDocument::Line* CZQIniDocument::FindEntry(Section& section, std::string_vi
     return nullptr;
 }
 
-void CZQIniDocument::MakeIndex(Section& section) {
-    section.index = std::make_unique<std::vector<IndexedEntry>>();
-    std::vector<IndexedEntry>& index = *section.index;
+void CZQIniDocument::MakeIndex(Section& section) const {
+    static_assert(std::is_trivially_destructible_v<Section>, "the arena runs no destructors");
+    if (section.index == nullptr) {
+        section.index =
+            std::pmr::polymorphic_allocator<>(&m_arena).new_object<std::pmr::vector<IndexedEntry>>();
+    }
+    std::pmr::vector<IndexedEntry>& index = *section.index;
+    index.clear();  // its memory serves again
+    section.isIndexed = true;
     for (Line* line = section.header->next; line != nullptr && line->kind != LineKind::kHeader;
          line = line->next) {
         if (line->kind == LineKind::kEntry) {
@@ -227,7 +233,7 @@ void CZQIniDocument::MakeIndex(Section& section) {
 
 CZQIniDocument::Line* CZQIniDocument::FindIndexed(Section& section, std::string_view key) {
     const std::size_t hash = SIniNameHash()(key);
-    const std::vector<IndexedEntry>& index = *section.index;
+    const std::pmr::vector<IndexedEntry>& index = *section.index;
     auto entry =
         std::lower_bound(index.begin(), index.end(), hash,
                          [](const IndexedEntry& one, std::size_t wanted) { return one.hash < wanted; });
@@ -336,7 +342,7 @@ void CZQIniDocument::AddValue(Section& section, std::string_view key, std::strin
     if (added.kind == LineKind::kEntry) {
         section.lastEntry = &added;
     }
-    section.index.reset();
+    section.isIndexed = false;
     if (added.kind == LineKind::kHeader || HasLineBreak(key) || HasLineBreak(value)) {
         Reparse();
     }

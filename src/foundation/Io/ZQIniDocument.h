@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
-#include <memory>
 #include <memory_resource>
 #include <optional>
 #include <string>
@@ -25,6 +24,7 @@ namespace ZQAPI {
 // has been passed through. Guarded by its owner.
 class CZQIniDocument {
 public:
+    // The capacity of `content` is a hint at how much the text is going to become.
     explicit CZQIniDocument(std::string content = {});
     CZQIniDocument(const CZQIniDocument&) = delete;
     CZQIniDocument& operator=(const CZQIniDocument&) = delete;
@@ -83,16 +83,17 @@ private:
         Line* header = nullptr;
         Line* lastEntry = nullptr;  // new keys go behind it; the header itself when there is none
         Section* next = nullptr;    // in the text
-        // Its entries by hash and place: made when one is looked for far from the header.
-        std::unique_ptr<std::vector<IndexedEntry>> index;
+        // Its entries by hash and place: made when one is looked for far from the header. In m_arena.
+        std::pmr::vector<IndexedEntry>* index = nullptr;
+        bool isIndexed = false;
     };
 
     using Sections = std::pmr::unordered_map<std::string_view, Section, SIniNameHash, SIniNameEqual>;
 
     static void Classify(std::string_view text, Line& line);
-    static Line* FindEntry(Section& section, std::string_view key);
+    Line* FindEntry(Section& section, std::string_view key) const;
     static Line* FindIndexed(Section& section, std::string_view key);
-    static void MakeIndex(Section& section);
+    void MakeIndex(Section& section) const;
 
     void Parse();
     void ParseUtf16(std::string_view bytes);
@@ -119,17 +120,18 @@ private:
 
     std::string m_content;
     bool m_isUtf16 = false;
-    std::pmr::monotonic_buffer_resource m_arena;  // lines, and the texts that are not in m_content
-    std::size_t m_keptBytes = 0;                  // of texts in m_arena
-    std::size_t m_droppedBytes = 0;               // of replaced lines, still in m_arena
-    Line m_front;                                 // before the first line; holds the UTF-16 mark
+    // Lines, sections, and the texts that are not in m_content. Looking something up makes indexes, so it is mutable.
+    mutable std::pmr::monotonic_buffer_resource m_arena;
+    std::size_t m_keptBytes = 0;     // of texts in m_arena
+    std::size_t m_droppedBytes = 0;  // of replaced lines, still in m_arena
+    Line m_front;                    // before the first line; holds the UTF-16 mark
     Line* m_last = &m_front;
     Section* m_parsedSection = nullptr;  // while parsing: where entries belong
     Section* m_lastSection = nullptr;
     // The last one looked for: the next call is mostly about it again, or about the one behind it.
     mutable Section* m_recentSection = nullptr;
-    // Looking something up makes indexes, so it is mutable.
-    mutable Sections m_sections{&m_arena};
+    Sections* m_sections =
+        nullptr;  // in m_arena, and gone with it: to walk through all of them would take time
 };
 
 }  // namespace ZQAPI

@@ -4,6 +4,7 @@
 #include <netdb.h>
 #include <netinet/in.h>
 #include <poll.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -36,6 +37,16 @@ bool SetOption(std::uintptr_t handle, int option, Value value, SystemErrorCode& 
 timespec ToTimespec(std::chrono::microseconds time) {
     const auto us = std::max<std::int64_t>(time.count(), 0);
     return {us / 1000000, (us % 1000000) * 1000};
+}
+
+std::optional<std::size_t> Received(ssize_t size, SystemErrorCode& error) {
+    if (Check(size >= 0, error)) {
+        return static_cast<std::size_t>(size);
+    }
+    if (error == EAGAIN || error == EINTR) {
+        error = 0;
+    }
+    return std::nullopt;
 }
 
 }  // namespace
@@ -78,6 +89,11 @@ bool StartSocketLibrary(std::uint8_t& low, std::uint8_t& high, SystemErrorCode& 
 
 void StopSocketLibrary() noexcept {}
 
+std::size_t MaxSockets() noexcept {
+    rlimit limit{};
+    return getrlimit(RLIMIT_NOFILE, &limit) == 0 ? static_cast<std::size_t>(limit.rlim_cur) : 0;
+}
+
 bool UdpSocket::Open(SystemErrorCode& error) noexcept {
     Close();
     m_handle = static_cast<std::uintptr_t>(socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0));  // -1 is kInvalid
@@ -87,6 +103,7 @@ bool UdpSocket::Open(SystemErrorCode& error) noexcept {
 void UdpSocket::Close() noexcept {
     if (IsOpen()) {
         close(Socket(std::exchange(m_handle, kInvalid)));
+        m_receiveTimeout = {};
     }
 }
 
@@ -150,7 +167,25 @@ std::optional<std::size_t> UdpSocket::ReceiveFrom(std::span<std::byte> buffer, I
     socklen_t length = sizeof from;
     const ssize_t received =
         recvfrom(Socket(m_handle), buffer.data(), buffer.size(), MSG_DONTWAIT, SystemAddress(from), &length);
-    return Check(received >= 0, error) ? std::optional(static_cast<std::size_t>(received)) : std::nullopt;
+    return Received(received, error);
+}
+
+std::optional<std::size_t> UdpSocket::ReceiveWithin(std::chrono::milliseconds timeout,
+                                                    std::span<std::byte> buffer, Ipv4SocketAddress& from,
+                                                    SystemErrorCode& error) noexcept {
+    // 0 would be no limit to the system.
+    const auto wanted = std::max(timeout, std::chrono::milliseconds(1));
+    if (wanted != m_receiveTimeout) {
+        const timeval limit{wanted.count() / 1000, wanted.count() % 1000 * 1000};
+        if (!SetOption(m_handle, SO_RCVTIMEO, limit, error)) {
+            return std::nullopt;
+        }
+        m_receiveTimeout = wanted;
+    }
+    socklen_t length = sizeof from;
+    const ssize_t received =
+        recvfrom(Socket(m_handle), buffer.data(), buffer.size(), 0, SystemAddress(from), &length);
+    return Received(received, error);
 }
 
 std::vector<std::size_t> UdpSocket::WaitAny(std::span<const UdpSocket* const> sockets,

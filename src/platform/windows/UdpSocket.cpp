@@ -103,6 +103,10 @@ void StopSocketLibrary() noexcept {
     WSACleanup();
 }
 
+std::size_t MaxSockets() noexcept {
+    return std::size_t{1} << 24;  // handles of a process
+}
+
 bool UdpSocket::Open(SystemErrorCode& error) noexcept {
     Close();
     // A program that the application starts meanwhile must not get a copy, and the port with it.
@@ -194,10 +198,21 @@ std::optional<std::size_t> UdpSocket::ReceiveFrom(std::span<std::byte> buffer, I
         error = 0;
         return buffer.size();
     }
-    if (!Check(received != SOCKET_ERROR, error)) {
-        return std::nullopt;
+    if (Check(received != SOCKET_ERROR, error)) {
+        return static_cast<std::size_t>(received);
     }
-    return static_cast<std::size_t>(received);
+    if (error == WSAEWOULDBLOCK) {
+        error = 0;
+    }
+    return std::nullopt;
+}
+
+std::optional<std::size_t> UdpSocket::ReceiveWithin(std::chrono::milliseconds timeout,
+                                                    std::span<std::byte> buffer, Ipv4SocketAddress& from,
+                                                    SystemErrorCode& error) noexcept {
+    const WaitResult waited = WaitReadable(timeout);
+    error = waited == WaitResult::kFailed ? LastSystemError() : 0;
+    return waited == WaitResult::kReadable ? ReceiveFrom(buffer, from, error) : std::nullopt;
 }
 
 std::vector<std::size_t> UdpSocket::WaitAny(std::span<const UdpSocket* const> sockets,
