@@ -675,7 +675,8 @@ namespace ZQAPI {
                 trouble = m_handle == IntPtr.Zero ? Marshal.PtrToStringAnsi(dlerror()) : null;
             }
             if (m_handle == IntPtr.Zero) {
-                throw new ZQDeviceException(ErrorNumber.ZQ_ERR_LIBRARY_NOT_LOADED, m_path, trouble);
+                throw new ZQDeviceException(ErrorNumber.ZQ_ERR_LIBRARY_NOT_LOADED, m_path,
+                                            IsAbsolute(m_path) ? trouble : trouble + "; " + Nowhere());
             }
             Bind("ZQDEV_InitLibrary", out InitLibrary);
             Bind("ZQDEV_DeInitLibrary", out DeInitLibrary);
@@ -709,25 +710,35 @@ namespace ZQAPI {
         }
 
         private static string Find(string path) {
-            string named = path != null ? Path.GetFullPath(path) : FromEnvironment();
+            string named = string.IsNullOrEmpty(path) ? FromEnvironment() : Path.GetFullPath(path);
             if (IsAbsolute(named)) {
                 return Directory.Exists(named) ? Path.Combine(named, s_file) : named;
             }
-            var folders = new List<string> { AppDomain.CurrentDomain.BaseDirectory };
-            if (IsWindows) {
-                string searched = Environment.GetEnvironmentVariable("PATH") ?? "";
-                folders.AddRange(Array.FindAll(searched.Split(Path.PathSeparator), IsAbsolute));
-            }
-            foreach (string folder in folders) {
+            foreach (string folder in Folders()) {
                 string file = Path.Combine(folder, s_file);
                 if (File.Exists(file)) {
                     return file;
                 }
             }
             if (IsWindows) {
-                throw new ZQDeviceException(ErrorNumber.ZQ_ERR_LIBRARY_NOT_LOADED, s_file, "not found");
+                throw new ZQDeviceException(ErrorNumber.ZQ_ERR_LIBRARY_NOT_LOADED, s_file, Nowhere());
             }
             return s_file;
+        }
+
+        // Where the library is looked for when nobody says where it is.
+        private static List<string> Folders() {
+            var folders = new List<string> { AppDomain.CurrentDomain.BaseDirectory };
+            if (IsWindows) {
+                string searched = Environment.GetEnvironmentVariable("PATH") ?? "";
+                folders.AddRange(Array.FindAll(searched.Split(Path.PathSeparator), IsAbsolute));
+            }
+            return folders;
+        }
+
+        private static string Nowhere() {
+            return "it is neither in " + string.Join(", ", Folders()) + " nor where the system looks, and " + Variable +
+                   " does not name it by an absolute path";
         }
 
         // A process with more rights than its starter's does not look at it, as the library itself does not.
