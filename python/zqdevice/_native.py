@@ -81,8 +81,8 @@ def find_library(path: Optional[PathName] = None) -> str:
 def _why_not(error: OSError, file: str) -> str:
     if os.path.isabs(file):
         return str(error)
-    return (f"{error}; it is neither in {', '.join(_folders())} nor where the system looks, and {LIBRARY_VARIABLE} does not "
-            "name it by an absolute path")
+    return (f"{error}; it is neither in {', '.join(_folders())} nor where the system looks, and {LIBRARY_VARIABLE} does "
+            "not name it by an absolute path")
 
 
 class Native:

@@ -198,6 +198,7 @@ def test_library_file(library: Library, tmp_path: pathlib.Path, monkeypatch: pyt
     assert _native.find_library(pathlib.Path(kit)) == library.file
     monkeypatch.setenv("ZQSDK_LIBRARY", "relative")
     assert _native.find_library() == _native.LIBRARY_FILE
+    monkeypatch.setattr(_native, "LIBRARY_FILE", "libabsent.so")
     with pytest.raises(ZQError) as nowhere:
         Library("")
     assert str(ROOT / "python") in str(nowhere.value) and "ZQSDK_LIBRARY" in str(nowhere.value)
