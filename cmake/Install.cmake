@@ -1,5 +1,6 @@
 # cmake --install: library, headers, CMake package, pkg-config file, modules, camera configuration, tools, documents and
-# examples, in components (runtime, dev, tools) that are packages of their own where there are packages (Package.cmake).
+# examples, in components (runtime, dev, tools, python) that are packages of their own where there are packages
+# (Package.cmake).
 #
 # On Windows the kit lies in bin/, as flat as it is staged. Elsewhere it lies in <libdir>/zqsdk, where the library looks
 # for its modules beside itself, and links lead there from <libdir> and bin/. What is installed follows its prefix.
@@ -8,9 +9,11 @@ include(CMakePackageConfigHelpers)
 if(WIN32)
   set(kit "${CMAKE_INSTALL_BINDIR}")
   set(shared "share/zqdeviceapi")
+  set(bindings ".")
 else()
   set(kit "${CMAKE_INSTALL_LIBDIR}/zqsdk")
   set(shared "${CMAKE_INSTALL_DATADIR}/zqdeviceapi")
+  set(bindings "${shared}")
 endif()
 set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME runtime)
 
@@ -77,3 +80,15 @@ install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs/" DESTINATION "${CMAKE_INSTALL_DOC
 install(FILES "${PROJECT_SOURCE_DIR}/README.md" "${PROJECT_SOURCE_DIR}/CHANGELOG.md"
   DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT dev)
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples" DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT dev)
+
+# The bindings for other languages; that for Python as pip takes it, or in a package of Debian's where Python looks.
+install(FILES "${PROJECT_SOURCE_DIR}/bindings/csharp/ZQDevice.cs" DESTINATION "${bindings}/csharp" COMPONENT dev)
+set(python "${bindings}/python")
+if(ZQ_BUILD_PACKAGES)
+  set(python lib/python3/dist-packages)
+else()
+  install(FILES "${PROJECT_SOURCE_DIR}/python/pyproject.toml" "${PROJECT_SOURCE_DIR}/python/README.md"
+    DESTINATION "${python}" COMPONENT python)
+endif()
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/python/zqdevice" DESTINATION "${python}" COMPONENT python
+  PATTERN __pycache__ EXCLUDE)

@@ -7,12 +7,12 @@ set(made "${PROJECT_BINARY_DIR}/papers")
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
-set(CPACK_COMPONENTS_ALL runtime dev tools)
+set(CPACK_COMPONENTS_ALL runtime dev tools python)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_PACKAGING_INSTALL_PREFIX "${CMAKE_INSTALL_PREFIX}")
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
   OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
-set(CPACK_DEBIAN_COMPRESSION_TYPE gzip)  # debug symbols take minutes otherwise
+set(CPACK_DEBIAN_COMPRESSION_TYPE none)  # scripts/package packs them again
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")  # each has its own
 set(CPACK_DEBIAN_PACKAGE_NAME zqdeviceapi)
 set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
@@ -49,7 +49,7 @@ zq_debian_package(runtime libzqdeviceapi2 libs "passwd" "device-management libra
   "of the group zqsdk edit.")
 zq_debian_package(dev libzqdeviceapi-dev libdevel "${same_version}"
   "device-management library of a camera software kit - development"
-  ${about} "These are the headers, the files for CMake" "and pkg-config, examples and the reference of the interface.")
+  ${about} "These are the headers, the files for CMake" "and pkg-config, the binding for C#, examples and the reference of the" "interface.")
 zq_debian_package(tools zqdeviceapi-tools utils "${same_version}" "find and edit camera devices from the command line"
   ${about} "These are zqdev, which scans and edits" "the list, and zqcamsim, which plays cameras.")
 
@@ -62,18 +62,10 @@ foreach(component IN ITEMS RUNTIME TOOLS)
 endforeach()
 install(DIRECTORY "${debian}/tools/examples" DESTINATION share/doc/zqdeviceapi-tools COMPONENT tools)
 
-# The binding for Python: files of its own language alone.
-foreach(folder IN ITEMS python/zqdevice bindings/python/zqdevice)
-  if(IS_DIRECTORY "${PROJECT_SOURCE_DIR}/${folder}")
-    list(APPEND CPACK_COMPONENTS_ALL python)
-    install(DIRECTORY "${PROJECT_SOURCE_DIR}/${folder}" DESTINATION lib/python3/dist-packages COMPONENT python
-      PATTERN __pycache__ EXCLUDE)
-    zq_debian_package(python python3-zqdevice python "python3:any, ${same_version}"
-      "device-management library of a camera software kit - Python"
-      ${about} "This is the binding for Python 3.")
-    set(CPACK_DEBIAN_PYTHON_PACKAGE_ARCHITECTURE all)
-    set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_EXTRA "${debian}/python/postinst" "${debian}/python/prerm")
-    break()
-  endif()
-endforeach()
+# Files of its own language alone.
+zq_debian_package(python python3-zqdevice python "python3:any, ${same_version}"
+  "device-management library of a camera software kit - Python"
+  ${about} "This is the binding for Python 3.")
+set(CPACK_DEBIAN_PYTHON_PACKAGE_ARCHITECTURE all)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_EXTRA "${debian}/python/postinst" "${debian}/python/prerm")
 include(CPack)

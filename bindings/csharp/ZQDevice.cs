@@ -257,61 +257,67 @@ namespace ZQAPI {
     /// <summary>A camera: eleven texts of at most 64 bytes each, "?" for what is not known. A setter throws
     /// ZQ_ERR_TEXT_TOO_LONG or ZQ_ERR_BAD_VALUE and changes nothing then. Not thread-safe.</summary>
     public sealed class Device {
-        private readonly Record m_record;
+        // ZQDEVICEINFO of the C header: its fields one after the other.
+        private readonly byte[] m_record;
 
-        public Device() : this(Record.Make()) {
-            foreach (byte[] field in m_record.Fields()) {
-                field[0] = (byte)'?';
+        internal enum Field {
+            Name, DeviceDesc, DeviceTypeByName, DeviceID, UsedScanner, UsedAddress, CCM, CCMAddress, IAM, IAMAddress,
+            FirmwareVersion
+        }
+
+        public Device() : this(new byte[Tables.RecordSize]) {
+            for (int start = 0; start < Tables.RecordSize; start += Tables.FieldSize) {
+                m_record[start] = (byte)'?';
             }
             UsedScanner = Tables.ScannerNames[(int)ZQAPI.Scanner.Manual];
         }
-        internal Device(Record record) { m_record = record; }
+        internal Device(byte[] record) { m_record = record; }
 
         /// <summary>Name in the list, "Camera1" ..., given by the library.</summary>
-        public string Name { get { return Get(m_record.Name); } set { Set(m_record.Name, value, "Name"); } }
+        public string Name { get { return Get(Field.Name); } set { Set(Field.Name, value); } }
         /// <summary>Description for people.</summary>
         public string DeviceDesc {
-            get { return Get(m_record.DeviceDesc); }
-            set { Set(m_record.DeviceDesc, value, "DeviceDesc"); }
+            get { return Get(Field.DeviceDesc); }
+            set { Set(Field.DeviceDesc, value); }
         }
         /// <summary>Device type; selects the camera configuration file.</summary>
         public string DeviceTypeByName {
-            get { return Get(m_record.DeviceTypeByName); }
-            set { Set(m_record.DeviceTypeByName, value, "DeviceTypeByName"); }
+            get { return Get(Field.DeviceTypeByName); }
+            set { Set(Field.DeviceTypeByName, value); }
         }
         /// <summary>Identity: the key of Modify and Remove; case counts.</summary>
         public string DeviceID {
-            get { return Get(m_record.DeviceID); }
-            set { Set(m_record.DeviceID, value, "DeviceID"); }
+            get { return Get(Field.DeviceID); }
+            set { Set(Field.DeviceID, value); }
         }
         /// <summary>Name of the scanner that found the device (see Scanner).</summary>
         public string UsedScanner {
-            get { return Get(m_record.UsedScanner); }
-            set { Set(m_record.UsedScanner, value, "UsedScanner"); }
+            get { return Get(Field.UsedScanner); }
+            set { Set(Field.UsedScanner, value); }
         }
         /// <summary>The address under which that scanner reached it.</summary>
         public string UsedAddress {
-            get { return Get(m_record.UsedAddress); }
-            set { Set(m_record.UsedAddress, value, "UsedAddress"); }
+            get { return Get(Field.UsedAddress); }
+            set { Set(Field.UsedAddress, value); }
         }
         /// <summary>Camera control module: carries commands.</summary>
-        public string CCM { get { return Get(m_record.CCM); } set { Set(m_record.CCM, value, "CCM"); } }
+        public string CCM { get { return Get(Field.CCM); } set { Set(Field.CCM, value); } }
         /// <summary>The device's address for that module.</summary>
         public string CCMAddress {
-            get { return Get(m_record.CCMAddress); }
-            set { Set(m_record.CCMAddress, value, "CCMAddress"); }
+            get { return Get(Field.CCMAddress); }
+            set { Set(Field.CCMAddress, value); }
         }
         /// <summary>Image acquisition module: brings images.</summary>
-        public string IAM { get { return Get(m_record.IAM); } set { Set(m_record.IAM, value, "IAM"); } }
+        public string IAM { get { return Get(Field.IAM); } set { Set(Field.IAM, value); } }
         /// <summary>The device's address for that module.</summary>
         public string IAMAddress {
-            get { return Get(m_record.IAMAddress); }
-            set { Set(m_record.IAMAddress, value, "IAMAddress"); }
+            get { return Get(Field.IAMAddress); }
+            set { Set(Field.IAMAddress, value); }
         }
         /// <summary>Firmware version text.</summary>
         public string FirmwareVersion {
-            get { return Get(m_record.FirmwareVersion); }
-            set { Set(m_record.FirmwareVersion, value, "FirmwareVersion"); }
+            get { return Get(Field.FirmwareVersion); }
+            set { Set(Field.FirmwareVersion, value); }
         }
 
         /// <summary>The scanner that found the device; null when UsedScanner is no scanner's name.</summary>
@@ -323,19 +329,23 @@ namespace ZQAPI {
         }
 
         /// <summary>A device of its own with the same texts.</summary>
-        public Device Clone() { return new Device(m_record.Copy()); }
+        public Device Clone() { return new Device(ToRecord()); }
 
-        internal Record ToRecord() { return m_record.Copy(); }
+        internal byte[] ToRecord() { return (byte[])m_record.Clone(); }
 
-        private static string Get(byte[] field) { return Texts.Decode(field); }
-        private static void Set(byte[] field, string text, string name) {
-            byte[] bytes = Texts.Encode(text, "Device." + name);  // with its NUL
-            if (bytes.Length > field.Length) {
-                throw new ZQDeviceException(ErrorNumber.ZQ_ERR_TEXT_TOO_LONG, "Device." + name,
+        private string Get(Field field) {
+            var bytes = new byte[Tables.FieldSize];
+            Array.Copy(m_record, (int)field * Tables.FieldSize, bytes, 0, Tables.FieldSize);
+            return Texts.Decode(bytes);
+        }
+        private void Set(Field field, string text) {
+            byte[] bytes = Texts.Encode(text, "Device." + field);  // with its NUL
+            if (bytes.Length > Tables.FieldSize) {
+                throw new ZQDeviceException(ErrorNumber.ZQ_ERR_TEXT_TOO_LONG, "Device." + field,
                                             bytes.Length - 1 + " bytes");
             }
-            Array.Clear(field, 0, field.Length);
-            bytes.CopyTo(field, 0);
+            Array.Clear(m_record, (int)field * Tables.FieldSize, Tables.FieldSize);
+            bytes.CopyTo(m_record, (int)field * Tables.FieldSize);
         }
     }
 
@@ -383,8 +393,8 @@ namespace ZQAPI {
 
         /// <summary>The device at the index, counted from 0. Past the end: ZQ_ERR_BAD_INDEX.</summary>
         public Device GetDevice(int index) {
-            Record record = Record.Make();
-            Check(Native.GetDevice(unchecked((uint)index), ref record), "ZQDEV_GetDevice");
+            var record = new byte[Tables.RecordSize];
+            Check(Native.GetDevice(unchecked((uint)index), record), "ZQDEV_GetDevice");
             return new Device(record);
         }
 
@@ -403,12 +413,14 @@ namespace ZQAPI {
 
         /// <summary>Appends the device under a new name, "Camera" and its place in the list; its own Name is ignored.
         /// Identifiers are not checked for duplicates. A control character: ZQ_ERR_BAD_VALUE.</summary>
-        public void Add(Device device) { Check(Native.AddDevice(device.ToRecord()), "ZQDEV_AddDevice"); }
+        public void Add(Device device) { Check(Native.AddDevice(Record.Of(device, "Library.Add")), "ZQDEV_AddDevice"); }
 
         /// <summary>Replaces the first device that has this one's DeviceID, its Name included. None has it:
         /// ZQ_ERR_BAD_INDEX. A control character, or a Name that the list file could not give back:
         /// ZQ_ERR_BAD_VALUE.</summary>
-        public void Modify(Device device) { Check(Native.ModifyDevice(device.ToRecord()), "ZQDEV_ModifyDevice"); }
+        public void Modify(Device device) {
+            Check(Native.ModifyDevice(Record.Of(device, "Library.Modify")), "ZQDEV_ModifyDevice");
+        }
 
         /// <summary>Removes the first device with this identifier; none is no error.</summary>
         public void Remove(string deviceId) {
@@ -446,8 +458,8 @@ namespace ZQAPI {
         /// The list is not changed. Not found any more: ZQ_ERR_DEVICE_NOT_FOUND, after the scanner's whole listening
         /// time (30 s at most).</summary>
         public Device Rescan(Device device) {
-            Record record = device.ToRecord();
-            Check(Native.RescanDevice(ref record), "ZQDEV_RescanDevice");
+            byte[] record = Record.BytesOf(device, "Library.Rescan");
+            Check(Native.RescanDevice(record), "ZQDEV_RescanDevice");
             return new Device(record);
         }
 
@@ -457,7 +469,8 @@ namespace ZQAPI {
         /// that is. Success says that the commands were answered, not that the camera has moved: look for it
         /// afterwards.</summary>
         public void ChangeNetAddress(Device device, string newAddress) {
-            Check(Native.ChangeDeviceNetAddr(device.ToRecord(), Texts.Encode(newAddress, "Library.ChangeNetAddress")),
+            const string Function = "Library.ChangeNetAddress";
+            Check(Native.ChangeDeviceNetAddr(Record.Of(device, Function), Texts.Encode(newAddress, Function)),
                   "ZQDEV_ChangeDeviceNetAddr");
         }
 
@@ -522,39 +535,28 @@ namespace ZQAPI {
 
     // ---- inside
 
-    // ZQDEVICEINFO of the C header. Every array has FieldSize bytes.
-    [StructLayout(LayoutKind.Sequential, Pack = 1)]
+    // ZQDEVICEINFO as an argument by value. It has no arrays to convert: while Mono copies those into an argument, a
+    // garbage collection on another thread ends the process.
+    [StructLayout(LayoutKind.Sequential, Pack = 1, Size = Tables.RecordSize)]
     internal struct Record {
-        [MarshalAs(UnmanagedType.ByValArray, SizeConst = Tables.FieldSize)] internal byte[] Name;
-        [MarshalAs(UnmanagedType.ByValArray, SizeConst = Tables.FieldSize)] internal byte[] DeviceDesc;
-        [MarshalAs(UnmanagedType.ByValArray, SizeConst = Tables.FieldSize)] internal byte[] DeviceTypeByName;
-        [MarshalAs(UnmanagedType.ByValArray, SizeConst = Tables.FieldSize)] internal byte[] DeviceID;
-        [MarshalAs(UnmanagedType.ByValArray, SizeConst = Tables.FieldSize)] internal byte[] UsedScanner;
-        [MarshalAs(UnmanagedType.ByValArray, SizeConst = Tables.FieldSize)] internal byte[] UsedAddress;
-        [MarshalAs(UnmanagedType.ByValArray, SizeConst = Tables.FieldSize)] internal byte[] CCM;
-        [MarshalAs(UnmanagedType.ByValArray, SizeConst = Tables.FieldSize)] internal byte[] CCMAddress;
-        [MarshalAs(UnmanagedType.ByValArray, SizeConst = Tables.FieldSize)] internal byte[] IAM;
-        [MarshalAs(UnmanagedType.ByValArray, SizeConst = Tables.FieldSize)] internal byte[] IAMAddress;
-        [MarshalAs(UnmanagedType.ByValArray, SizeConst = Tables.FieldSize)] internal byte[] FirmwareVersion;
+#pragma warning disable 0169  // it stands for all bytes
+        private byte m_first;
+#pragma warning restore 0169
 
-        internal static Record Make() { return Of(number => new byte[Tables.FieldSize]); }
-
-        internal Record Copy() {
-            byte[][] fields = Fields();
-            return Of(number => (byte[])fields[number].Clone());
+        internal static byte[] BytesOf(Device device, string function) {
+            if (device == null) {
+                throw new ZQDeviceException(ErrorNumber.ZQ_ERR_NULL_INPUT, function);
+            }
+            return device.ToRecord();
         }
 
-        // In the record's order.
-        internal byte[][] Fields() {
-            return new[] { Name, DeviceDesc, DeviceTypeByName, DeviceID, UsedScanner, UsedAddress, CCM, CCMAddress,
-                           IAM, IAMAddress, FirmwareVersion };
-        }
-
-        private static Record Of(Func<int, byte[]> field) {
-            return new Record { Name = field(0), DeviceDesc = field(1), DeviceTypeByName = field(2),
-                                DeviceID = field(3), UsedScanner = field(4), UsedAddress = field(5), CCM = field(6),
-                                CCMAddress = field(7), IAM = field(8), IAMAddress = field(9),
-                                FirmwareVersion = field(10) };
+        internal static Record Of(Device device, string function) {
+            GCHandle pinned = GCHandle.Alloc(BytesOf(device, function), GCHandleType.Pinned);
+            try {
+                return (Record)Marshal.PtrToStructure(pinned.AddrOfPinnedObject(), typeof(Record));
+            } finally {
+                pinned.Free();
+            }
         }
     }
 
@@ -622,11 +624,11 @@ namespace ZQAPI {
     [UnmanagedFunctionPointer(CallingConvention.Cdecl)]
     internal delegate int CountOut(ref uint count);
     [UnmanagedFunctionPointer(CallingConvention.Cdecl)]
-    internal delegate int RecordAt(uint index, ref Record record);
+    internal delegate int RecordAt(uint index, [In, Out] byte[] record);
     [UnmanagedFunctionPointer(CallingConvention.Cdecl)]
     internal delegate int RecordByValue(Record record);
     [UnmanagedFunctionPointer(CallingConvention.Cdecl)]
-    internal delegate int RecordInOut(ref Record record);
+    internal delegate int RecordInOut([In, Out] byte[] record);
     [UnmanagedFunctionPointer(CallingConvention.Cdecl)]
     internal delegate int RecordAndText(Record record, byte[] text);
     [UnmanagedFunctionPointer(CallingConvention.Cdecl)]
@@ -675,7 +677,8 @@ namespace ZQAPI {
                 trouble = m_handle == IntPtr.Zero ? Marshal.PtrToStringAnsi(dlerror()) : null;
             }
             if (m_handle == IntPtr.Zero) {
-                throw new ZQDeviceException(ErrorNumber.ZQ_ERR_LIBRARY_NOT_LOADED, m_path, trouble);
+                throw new ZQDeviceException(ErrorNumber.ZQ_ERR_LIBRARY_NOT_LOADED, m_path,
+                                            IsAbsolute(m_path) ? trouble : trouble + "; " + Nowhere());
             }
             Bind("ZQDEV_InitLibrary", out InitLibrary);
             Bind("ZQDEV_DeInitLibrary", out DeInitLibrary);
@@ -709,25 +712,35 @@ namespace ZQAPI {
         }
 
         private static string Find(string path) {
-            string named = path != null ? Path.GetFullPath(path) : FromEnvironment();
+            string named = string.IsNullOrEmpty(path) ? FromEnvironment() : Path.GetFullPath(path);
             if (IsAbsolute(named)) {
                 return Directory.Exists(named) ? Path.Combine(named, s_file) : named;
             }
-            var folders = new List<string> { AppDomain.CurrentDomain.BaseDirectory };
-            if (IsWindows) {
-                string searched = Environment.GetEnvironmentVariable("PATH") ?? "";
-                folders.AddRange(Array.FindAll(searched.Split(Path.PathSeparator), IsAbsolute));
-            }
-            foreach (string folder in folders) {
+            foreach (string folder in Folders()) {
                 string file = Path.Combine(folder, s_file);
                 if (File.Exists(file)) {
                     return file;
                 }
             }
             if (IsWindows) {
-                throw new ZQDeviceException(ErrorNumber.ZQ_ERR_LIBRARY_NOT_LOADED, s_file, "not found");
+                throw new ZQDeviceException(ErrorNumber.ZQ_ERR_LIBRARY_NOT_LOADED, s_file, Nowhere());
             }
             return s_file;
+        }
+
+        // Where the library is looked for when nobody says where it is.
+        private static List<string> Folders() {
+            var folders = new List<string> { AppDomain.CurrentDomain.BaseDirectory };
+            if (IsWindows) {
+                string searched = Environment.GetEnvironmentVariable("PATH") ?? "";
+                folders.AddRange(Array.FindAll(searched.Split(Path.PathSeparator), IsAbsolute));
+            }
+            return folders;
+        }
+
+        private static string Nowhere() {
+            return "it is neither in " + string.Join(", ", Folders()) + " nor where the system looks, and " + Variable +
+                   " does not name it by an absolute path";
         }
 
         // A process with more rights than its starter's does not look at it, as the library itself does not.

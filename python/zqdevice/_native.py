@@ -56,21 +56,33 @@ def _environment(variable: str) -> str:
     return os.fsdecode(value or b"")
 
 
-def find_library(path: Optional[PathName] = None) -> str:
-    """The file that is given (or lies in the folder that is given); else the one that ZQSDK_LIBRARY names by an absolute
-    path; else the one beside this package; else the one that the system finds."""
-    named = os.path.abspath(path) if path is not None else _environment(LIBRARY_VARIABLE)
-    if os.path.isabs(named):
-        return os.path.join(named, LIBRARY_FILE) if os.path.isdir(named) else named
+def _folders() -> List[str]:
+    """Where the library is looked for when nobody says where it is."""
     package = pathlib.Path(__file__).resolve().parent
     folders = [str(package), str(package.parent)]
     if sys.platform == "win32":
         folders += [folder for folder in os.environ.get("PATH", "").split(os.pathsep) if os.path.isabs(folder)]
-    for folder in folders:
+    return folders
+
+
+def find_library(path: Optional[PathName] = None) -> str:
+    """The file that is given (or lies in the folder that is given); else the one that ZQSDK_LIBRARY names by an absolute
+    path; else the one beside this package; else the one that the system finds."""
+    named = os.path.abspath(os.fsdecode(path)) if path else _environment(LIBRARY_VARIABLE)
+    if os.path.isabs(named):
+        return os.path.join(named, LIBRARY_FILE) if os.path.isdir(named) else named
+    for folder in _folders():
         file = os.path.join(folder, LIBRARY_FILE)
         if os.path.isfile(file):
             return file
     return LIBRARY_FILE
+
+
+def _why_not(error: OSError, file: str) -> str:
+    if os.path.isabs(file):
+        return str(error)
+    return (f"{error}; it is neither in {', '.join(_folders())} nor where the system looks, and {LIBRARY_VARIABLE} does "
+            "not name it by an absolute path")
 
 
 class Native:
@@ -81,7 +93,7 @@ class Native:
         try:
             library = ctypes.CDLL(self.file)
         except OSError as error:
-            raise ZQError(ErrorNumber.ZQ_ERR_LIBRARY_NOT_LOADED, self.file, str(error)) from error
+            raise ZQError(ErrorNumber.ZQ_ERR_LIBRARY_NOT_LOADED, self.file, _why_not(error, self.file)) from error
         self._functions: Dict[str, Any] = {}
         for name, parameters in FUNCTIONS.items():
             try:

@@ -27,7 +27,8 @@ internal static class BindingTest {
     private static void Layout() {
         Expect(Marshal.SizeOf(typeof(Record)) == Tables.RecordSize, "size of the record");
         foreach (KeyValuePair<string, int> field in Tables.FieldOffsets) {
-            Expect((int)Marshal.OffsetOf(typeof(Record), field.Key) == field.Value, "offset of " + field.Key);
+            var place = (Device.Field)Enum.Parse(typeof(Device.Field), field.Key);
+            Expect((int)place * Tables.FieldSize == field.Value, "offset of " + field.Key);
         }
     }
 
@@ -82,15 +83,17 @@ internal static class BindingTest {
         }
         Expect(device.DeviceDesc == "before", "as it was");
         ExpectError(ErrorNumber.ZQ_ERR_NULL_INPUT, () => library.Remove(null));
+        ExpectError(ErrorNumber.ZQ_ERR_NULL_INPUT, () => library.Add(null));
 
         // Bytes that are no text go back as they came.
-        Record record = new Device().ToRecord();
-        record.DeviceID[0] = 0xFC;
+        byte[] record = new Device().ToRecord();
+        int place = (int)Device.Field.DeviceID * Tables.FieldSize;
+        record[place] = 0xFC;
         library.Add(new Device(record));
         Device stray = library.GetDevice(1);
         stray.DeviceDesc = "changed";
         library.Modify(stray);
-        Expect(library.GetDevice(1).ToRecord().DeviceID[0] == 0xFC && library.GetDevice(1).DeviceDesc == "changed",
+        Expect(library.GetDevice(1).ToRecord()[place] == 0xFC && library.GetDevice(1).DeviceDesc == "changed",
                "stray byte");
     }
 
@@ -107,12 +110,30 @@ internal static class BindingTest {
         Expect(network == 2 && byHand == 1, "each thread has what its own scan found");
     }
 
+    // What Mono does at a safe point in the middle of passing a record.
+    private static void EditsWhileGarbageIsCollected(Library library) {
+        int editing = 4;
+        for (int i = editing; i > 0; --i) {
+            new Thread(() => {
+                for (int round = 0; round < 500; ++round) {
+                    library.Add(new Device { DeviceID = "passing" });
+                    library.Remove("passing");
+                }
+                Interlocked.Decrement(ref editing);
+            }).Start();
+        }
+        while (Volatile.Read(ref editing) > 0) {
+            GC.Collect();
+        }
+    }
+
     private static int Main() {
         Layout();
         using (var library = new Library()) {
             Scans(library);
             Records(library);
             TwoThreads(library);
+            EditsWhileGarbageIsCollected(library);
 
             var closed = new Library();
             closed.Dispose();

@@ -198,6 +198,10 @@ def test_library_file(library: Library, tmp_path: pathlib.Path, monkeypatch: pyt
     assert _native.find_library(pathlib.Path(kit)) == library.file
     monkeypatch.setenv("ZQSDK_LIBRARY", "relative")
     assert _native.find_library() == _native.LIBRARY_FILE
+    monkeypatch.setattr(_native, "LIBRARY_FILE", "libabsent.so")
+    with pytest.raises(ZQError) as nowhere:
+        Library("")
+    assert str(ROOT / "python") in str(nowhere.value) and "ZQSDK_LIBRARY" in str(nowhere.value)
     with Raises(ErrorNumber.ZQ_ERR_LIBRARY_NOT_LOADED):
         Library(tmp_path)
     with Raises(ErrorNumber.ZQ_ERR_ENTRY_POINT_MISSING):
