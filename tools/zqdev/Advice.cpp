@@ -1,8 +1,8 @@
 #include "Advice.h"
 
 #include <ZQAPI/ZQErrors.h>
-#include "ConfigFiles.h"
 #include "Text.h"
+#include "kit/ConfigFiles.h"
 
 namespace ZQAPI::zqdev {
 

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "Kit.h"
+#include "kit/Kit.h"
 
 namespace ZQAPI::zqdev {
 

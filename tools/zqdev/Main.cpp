@@ -1,7 +1,7 @@
 // zqdev: the device library from the command line.
 #include <exception>
 
-#include "Commands.h"
+#include "commands/Commands.h"
 #include "foundation/ZQException.h"
 
 namespace ZQAPI::zqdev {

@@ -1,8 +1,8 @@
 #include "Session.h"
 
-#include "ConfigFiles.h"
 #include "Text.h"
 #include "foundation/ZQSystem.h"
+#include "kit/ConfigFiles.h"
 
 namespace ZQAPI::zqdev {
 

@@ -10,11 +10,11 @@
 
 #include "Advice.h"
 #include "Console.h"
-#include "EditLock.h"
 #include "Failure.h"
-#include "Kit.h"
-#include "KitLibrary.h"
 #include "Records.h"
+#include "kit/EditLock.h"
+#include "kit/Kit.h"
+#include "kit/KitLibrary.h"
 #include "tools/platform/DebugCapture.h"
 
 namespace ZQAPI::zqdev {

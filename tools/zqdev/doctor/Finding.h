@@ -6,10 +6,10 @@
 #include <utility>
 #include <vector>
 
-#include "../Kit.h"
-#include "../ScanSettings.h"
-#include "Fixes.h"
 #include "communication/ZQComNetInterface.h"
+#include "doctor/Fixes.h"
+#include "kit/Kit.h"
+#include "kit/ScanSettings.h"
 
 namespace ZQAPI::zqdev::doctor {
 

@@ -1,4 +1,4 @@
-#include "Fixes.h"
+#include "doctor/Fixes.h"
 
 #include <iterator>
 

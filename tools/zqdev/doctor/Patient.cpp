@@ -1,11 +1,11 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "../ConfigFiles.h"
-#include "../Text.h"
-#include "Finding.h"
+#include "Text.h"
 #include "communication/ZQComWs2DllInit.h"
+#include "doctor/Finding.h"
 #include "foundation/ZQStringArray.h"
+#include "kit/ConfigFiles.h"
 #include "scanners/ZQScannerTable.h"
 
 namespace ZQAPI::zqdev::doctor {

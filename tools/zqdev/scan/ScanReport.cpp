@@ -1,0 +1,116 @@
+#include "scan/ScanReport.h"
+
+#include <ZQAPI/ZQErrorText.h>
+
+#include <algorithm>
+
+#include "Records.h"
+#include "Text.h"
+#include "scan/HeardCameras.h"
+#include "scan/ScanAdvice.h"
+
+namespace ZQAPI::zqdev {
+
+namespace {
+
+std::string NameOf(const SAskedCard& card) {
+    return card.card.IsEmpty() ? "the network card that the system chose" : card.card.str();
+}
+
+// One that could not be used from the start is no news while cameras are found on others.
+std::vector<Remark> CardRemarks(const std::vector<SAskedCard>& cards, bool isAnythingFound) {
+    std::vector<Remark> remarks;
+    std::vector<std::string> silent;
+    for (const SAskedCard& card : cards) {
+        const bool isFailure = ReasonIn(card.whyNot).number != 0;
+        if (!card.isSent && (isFailure || !isAnythingFound)) {
+            remarks.push_back({"The request was not sent on " + NameOf(card) + ": " + card.whyNot.str()});
+        } else if (card.isSent && isFailure) {
+            remarks.push_back({"On " + NameOf(card) + " the search ended early: " + card.whyNot.str()});
+        }
+        if (card.isSent && card.nofAnswers == 0) {
+            silent.push_back(NameOf(card));
+        }
+    }
+    if (!silent.empty()) {
+        remarks.push_back({"Nothing answered on " + Enumerate(silent)});
+    }
+    return remarks;
+}
+
+Json ErrorJson(const CZQString& failure) {
+    if (failure.IsEmpty()) {
+        return {};
+    }
+    const Reason reason = ReasonIn(failure);
+    if (reason.number == 0) {
+        return {{"number", {}}, {"name", {}}, {"text", ToJson(reason.text)}};
+    }
+    return {{"number", reason.number},
+            {"name", ZQ_ErrorName(reason.number)},
+            {"text", ToJson(reason.text.empty() ? ZQ_ErrorText(reason.number) : reason.text)}};
+}
+
+Json ScannersJson(const std::vector<SScannerOutcome>& scanners) {
+    Json json = Json::Array();
+    for (const SScannerOutcome& scanner : scanners) {
+        json.Add({{"name", ToJson(scanner.scanner.view())},
+                  {"found", scanner.nofFound},
+                  {"error", ErrorJson(scanner.failure)},
+                  {"milliseconds", scanner.elapsedMs}});
+    }
+    return json;
+}
+
+Json CardsJson(const std::vector<SAskedCard>& cards) {
+    const auto orNull = [](const CZQString& text) { return text.IsEmpty() ? Json() : ToJson(text.view()); };
+    Json json = Json::Array();
+    for (const SAskedCard& card : cards) {
+        json.Add({{"card", orNull(card.card)},
+                  {"sent", card.isSent},
+                  {"whyNot", orNull(card.whyNot)},
+                  {"answers", card.nofAnswers},
+                  {"ignored", card.nofIgnored}});
+    }
+    return json;
+}
+
+}  // namespace
+
+ScanReport MakeScanReport(const Kit& kit, const ScanNews& news, bool isAnythingFound,
+                          const std::vector<ZQDEVICEINFO>& listed) {
+    std::vector<SAskedCard> cards = news.cards;  // in the order in which their searches ended
+    std::sort(cards.begin(), cards.end(), [](const SAskedCard& left, const SAskedCard& right) {
+        return left.card.view() < right.card.view();
+    });
+    const HeardCameras cameras = ExplainCameras(kit, news, listed);
+    const std::vector<Remark> nextSteps = isAnythingFound ? std::vector<Remark>() : NextSteps(kit, news);
+    std::vector<Remark> all = cameras.leftOut;
+    all.insert(all.end(), cameras.addresses.begin(), cameras.addresses.end());
+    all.insert(all.end(), nextSteps.begin(), nextSteps.end());
+    return {ToText("Left out", cameras.leftOut) + ToText("Addresses", cameras.addresses) +
+                ToText("Network cards", CardRemarks(cards, isAnythingFound)) +
+                ToText("What to do next", nextSteps),
+            ScannersJson(news.scanners), cameras.json, CardsJson(cards), ToJson(all)};
+}
+
+Failure NothingFound(const ScanNews& news, bool wasToBeSaved) {
+    std::vector<std::string> failed;
+    for (const SScannerOutcome& scanner : news.scanners) {
+        if (!scanner.failure.IsEmpty()) {
+            failed.push_back(scanner.scanner.str());
+        }
+    }
+    const bool isFailed = !failed.empty() && failed.size() == news.scanners.size();
+    const std::string saving =
+        wasToBeSaved
+            ? ", and nothing was saved: an empty list can't be loaded again; the saved list is as it was"
+            : "";
+    return Failure((isFailed         ? "the scan failed, every scanner did"
+                    : failed.empty() ? "nothing was found"
+                                     : "nothing was found, and " + Enumerate(failed) + " failed") +
+                       saving,
+                   isFailed ? ExitStatus::kFailed : ExitStatus::kNothingFound);
+}
+
+}  // namespace ZQAPI::zqdev
