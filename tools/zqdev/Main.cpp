@@ -15,6 +15,7 @@ int Code(ExitStatus status) {
 int Main(int argc, const char* const* argv, Console& console) {
     tools::CommandLine line("Lists, finds and edits the camera devices of this machine.", "zqdev");
     Session session(console);
+    session.GetOptions().program = argc > 0 ? argv[0] : "";
     line.RequireCommand();
     line.AddGeneralFlags("zqdev " ZQDEV_VERSION);
     line.AddOption("--kit", session.GetOptions().kitFolder,

@@ -26,6 +26,7 @@ public:
     using Action = std::function<ExitStatus()>;
 
     struct Options {
+        std::string program;    // that the tool was called by
         std::string kitFolder;  // empty: the tool's own
         bool json = false;
         bool verbose = false;

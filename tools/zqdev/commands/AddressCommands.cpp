@@ -2,6 +2,7 @@
 #include "Text.h"
 #include "commands/Commands.h"
 #include "communication/ZQComICMPPing.h"
+#include "communication/ZQIpv4.h"
 #include "foundation/ZQException.h"
 #include "scan/Sighting.h"
 #include "scanners/ZQNetAddressChange.h"
@@ -37,9 +38,12 @@ bool Answers(Session& session, const std::string& address) {
         try {
             answers = CZQComICMPPing().Ping(address, kEchoTimeoutMs) >= 0;
         } catch (const CZQException& exception) {
-            throw Failure(FailureLine("can't send echo requests", exception.GetErrorNumber(),
-                                      "without them nobody can tell whether the address is free; run it as a "
-                                      "user who may send them"));
+            throw Failure(FailureLine(
+                "can't send echo requests", exception.GetErrorNumber(),
+                Filled(
+                    "without them nobody can tell whether the address is free; \"{zqdev doctor}\" says how to "
+                    "allow them, --no-ping does without",
+                    session.GetKit())));
         }
     });
     return answers;
@@ -66,24 +70,42 @@ Sighting FindNow(Session& session, const ZQDEVICEINFO& saved) {
     return *sighting;
 }
 
+// Of "10.1.0.1/24".
+std::string MaskOfCard(const std::string& card) {
+    const auto mask = ParseIpv4PrefixLength(std::string_view(card).substr(card.find('/') + 1));
+    return mask ? FormatIpv4(*mask) : "another";
+}
+
 // What will happen, for whoever is asked to agree to it.
-std::string Announcement(const Sighting& sighting, const std::string& address, const std::string& mask) {
-    const std::string id = Printable(device::Text(sighting.camera.DeviceID));
+void Announce(Session& session, const SetIpOptions& options, const Sighting& sighting,
+              const std::string& mask) {
     const std::string hardware =
         sighting.hardwareAddress.empty() ? "" : " (" + sighting.hardwareAddress + ")";
-    const std::string card = sighting.card.empty() ? "" : ", through the network card " + sighting.card;
-    return "The camera " + id + hardware + " at " + Printable(device::Text(sighting.camera.UsedAddress)) +
-           " gets the address " + address + ", mask " + mask + card + ". This PC has " +
-           (IsInNetworkOfACard(address) ? "an" : "no") +
-           " address in the new network. The change takes 2 to 32 s; then the camera is looked for.";
+    const bool hasCard = !sighting.card.empty();
+    const bool isReachable = IsInNetworkOfACard(options.address);
+    for (const std::string& line :
+         {"The camera " + std::string(device::Text(sighting.camera.DeviceID)) + hardware + " is to change",
+          "  from  " + std::string(device::Text(sighting.camera.UsedAddress)) +
+              (hasCard ? ", through the network card " + sighting.card : ""),
+          "  to    " + options.address +
+              (options.noPing ? ", whoever may have it already" : ", where nobody answers now"),
+          "  mask  " + mask + ", by the address's class" +
+              (hasCard ? "; the card has " + MaskOfCard(sighting.card) : ""),
+          "This PC has " + std::string(isReachable
+                                           ? "an address in the new network."
+                                           : "no address in the new network, and may not reach it there."),
+          std::string("The change takes 2 to 32 s; then the camera is looked for.")}) {
+        session.GetConsole().PrintNote(line);
+    }
 }
 
 // Throws Failure unless this camera can take this address and the user wants it to.
 Sighting CheckAndConfirm(Session& session, const SetIpOptions& options, const ZQDEVICEINFO& saved) {
-    const std::string id = Printable(device::Text(saved.DeviceID));
+    const Kit& kit = session.GetKit();
+    const std::string id(device::Text(saved.DeviceID));
     const std::string scanner(device::Text(saved.UsedScanner));
     if (!ScannerFindsNetworkCameras(scanner)) {
-        throw Failure("'" + id + "' was found by " + Printable(scanner) + " and has no network address");
+        throw Failure("'" + id + "' was found by " + scanner + " and has no network address");
     }
     const std::string mask = MaskOf(session, options.address);
     // Before anything is sent to a camera: afterwards it would be too late to find that echo requests are not allowed.
@@ -93,14 +115,18 @@ Sighting CheckAndConfirm(Session& session, const SetIpOptions& options, const ZQ
     if (former == options.address) {
         throw Failure("'" + id + "' has the address " + former + " already");
     }
+    const Words words = {{"address", options.address}};
     if (isTaken) {
-        throw Failure("another device answers at " + options.address + "; choose a free address");
+        throw Failure(Filled(
+            "nothing was changed: another device answers at {address}; choose a free address", kit, words));
     }
     if (!options.force && !IsInNetworkOfACard(options.address)) {
-        throw Failure("nothing was changed: this PC has no address in the network of " + options.address +
-                      " and may not reach the camera there; give a network card one first, or use --force");
+        throw Failure(Filled(
+            "nothing was changed: this PC has no address in the network of {address} and may not reach "
+            "the camera there; give a network card one first, or use --force",
+            kit, words));
     }
-    session.GetConsole().PrintNote(Announcement(sighting, options.address, mask));
+    Announce(session, options, sighting, mask);
     if (!options.yes && !session.GetConsole().Confirm("Go on?")) {
         throw Failure("nothing was changed");
     }
@@ -122,13 +148,16 @@ void Change(Session& session, const Sighting& sighting, const std::string& addre
 
 // Of a change that ended with this error, or none.
 std::string Because(const std::error_code& error) {
-    return error ? " (the change ended with error " + std::to_string(error.value()) + ")" : "";
+    return error ? " (the change ended with error " + std::to_string(error.value()) + ", " +
+                       device::Condition(error.value()) + ")"
+                 : "";
 }
 
 ExitStatus SetIp(Session& session, const SetIpOptions& options) {
     const ZQDEVICEINFO saved = session.GetDevice(options.id);
     const Sighting before = CheckAndConfirm(session, options, saved);
-    const std::string id = Printable(device::Text(saved.DeviceID));
+    const Kit& kit = session.GetKit();
+    const std::string id(device::Text(saved.DeviceID));
 
     // A camera may move before its answer is out: what counts is where it is afterwards.
     std::error_code changeError;
@@ -137,19 +166,24 @@ ExitStatus SetIp(Session& session, const SetIpOptions& options) {
         LookAt(session, saved,
                "the camera was told its new address" + Because(changeError) + ", and nothing was saved: ");
     if (!after) {
-        throw Failure("'" + id + "' is not heard any more" + Because(changeError) +
-                          "; nothing was saved. Switch it off and on, then \"" +
-                          session.GetKit().Command("scan") + "\" shows where it is",
+        throw Failure(Filled("'{id}' is not heard any more; nothing was saved. Switch it off and on, then "
+                             "\"{zqdev scan}\" shows where it is",
+                             kit, {{"id", id}}) +
+                          Because(changeError),
                       ExitStatus::kNothingFound);
     }
     if (after->hardwareAddress != before.hardwareAddress) {
-        throw Failure("nothing was saved: '" + id + "' is " + after->hardwareAddress + " now, and was " +
-                      before.hardwareAddress + ": another camera answers to that identifier");
+        throw Failure(
+            Filled("nothing was saved: '{id}' is {now} now, and was {before}: another camera answers to that "
+                   "identifier; disconnect whichever is not the camera and try again",
+                   kit, {{"id", id}, {"now", after->hardwareAddress}, {"before", before.hardwareAddress}}));
     }
     const std::string address(device::Text(after->camera.UsedAddress));
     if (address == device::Text(before.camera.UsedAddress)) {
-        throw Failure("the camera kept the address " + Printable(address) + Because(changeError) +
-                      "; -v shows what was sent to it and answered");
+        throw Failure(
+            Filled("the camera kept the address {address}; -v shows what was sent to it and answered", kit,
+                   {{"address", address}}) +
+            Because(changeError));
     }
 
     std::error_code error;
@@ -162,9 +196,10 @@ ExitStatus SetIp(Session& session, const SetIpOptions& options) {
                                             : std::string("It ") + (answers ? "answers" : "does not answer") +
                                                   " echo requests at " + address + ". ";
     session.Show({{"device", ToJson(after->camera)}, {"answersEchoRequests", answers}},
-                 ToText(after->camera) + echo + "Saved.\n");
+                 ToText(after->camera) + Wrapped(echo + "Saved.", "", "", Console::ResultColumns()));
     if (address != options.address) {
-        throw Failure("the camera has taken the address " + Printable(address) + " instead" +
+        throw Failure(Filled("the camera has taken the address {address} instead; that is what was saved",
+                             kit, {{"address", address}}) +
                       Because(changeError));
     }
     return ExitStatus::kDone;

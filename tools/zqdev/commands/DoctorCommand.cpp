@@ -15,7 +15,6 @@ using doctor::State;
 
 constexpr const char* kStates[] = {"ok", "warn", "bad"};
 
-constexpr std::size_t kScreenWidth = 80;
 constexpr std::size_t kStateWidth = 6;
 constexpr std::size_t kTextColumn = 22;
 
@@ -24,38 +23,13 @@ std::string Padded(std::string text, std::size_t width) {
     return text;
 }
 
-// At the column where the line is, in lines that go on below; what stands in double quotes is not broken, so that it
-// can be copied whole.
-std::string Wrapped(const std::string& text) {
-    std::string lines;
-    std::size_t column = kTextColumn;
-    bool isQuoted = false;
-    for (std::size_t start = 0; start < text.size();) {
-        std::size_t end = start;
-        while (end < text.size() && (isQuoted || text[end] != ' ')) {
-            isQuoted = isQuoted != (text[end++] == '"');
-        }
-        const std::string word = text.substr(start, end - start);
-        const bool isFirst = column == kTextColumn;
-        if (!isFirst && column + 1 + ColumnsOf(word) > kScreenWidth) {
-            lines += "\n" + std::string(kTextColumn, ' ');
-            column = kTextColumn;
-        } else if (!isFirst) {
-            lines += ' ';
-            ++column;
-        }
-        lines += word;
-        column += ColumnsOf(word);
-        start = end + 1;
-    }
-    return lines + "\n";
-}
-
 std::string ToText(const Check& check, const Finding& finding) {
-    const std::string fix =
-        finding.fix.empty() ? "" : std::string(kTextColumn, ' ') + Wrapped("Fix: " + finding.fix);
-    return Padded(kStates[static_cast<std::size_t>(finding.state)], kStateWidth) +
-           Padded(check.name, kTextColumn - kStateWidth) + Wrapped(finding.text) + fix;
+    const std::string title = Padded(kStates[static_cast<std::size_t>(finding.state)], kStateWidth) +
+                              Padded(check.name, kTextColumn - kStateWidth);
+    const std::string blank(kTextColumn, ' ');
+    const std::size_t width = Console::ResultColumns();
+    return Wrapped(finding.text, title, blank, width) +
+           (finding.fix.empty() ? "" : Wrapped("Fix: " + finding.fix, blank, blank, width));
 }
 
 // A check that can't be made is a finding too.

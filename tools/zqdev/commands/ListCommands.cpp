@@ -10,7 +10,7 @@ struct ShowOptions {
 
 ExitStatus List(Session& session) {
     const std::vector<ZQDEVICEINFO> devices = session.GetLibrary().Devices();
-    session.Show({{"devices", ToJson(devices)}}, ToTable(devices));
+    session.Show({{"devices", ToJson(devices)}}, ToTable(devices, Console::ResultColumns(0)));
     return ExitStatus::kDone;
 }
 

@@ -14,8 +14,6 @@ namespace ZQAPI::zqdev {
 
 namespace {
 
-constexpr std::size_t kScreenWidth = 80;
-
 std::string FlagsOf(const CZQComNetInterface& card) {
     std::string flags;
     for (const auto& [isSet, name] :
@@ -56,7 +54,7 @@ ExitStatus Interfaces(Session& session) {
                   {"pointToPoint", card.IsPointToPoint()},
                   {"usedByBoundScan", isUsed}});
     }
-    session.Show({{"interfaces", json}}, table.ToText(kScreenWidth));
+    session.Show({{"interfaces", json}}, table.ToText(Console::ResultColumns()));
     return ExitStatus::kDone;
 }
 
@@ -158,7 +156,8 @@ ExitStatus Ports(Session& session) {
     }
     const bool isEmpty = ports.empty() && adapters.empty();
     session.Show({{"ports", json}, {"adapters", adaptersJson}},
-                 isEmpty ? "There are no serial ports.\n" : table.ToText(kScreenWidth) + RuleText(adapters));
+                 isEmpty ? "There are no serial ports.\n"
+                         : table.ToText(Console::ResultColumns()) + RuleText(adapters));
     return isEmpty ? ExitStatus::kNothingFound : ExitStatus::kDone;
 }
 

@@ -42,7 +42,7 @@ ExitStatus Modules(Session& session, const ModulesOptions& options) {
     session.Show({{"DeviceTypeByName", ToJson(options.type)},
                   {"CCMs", NamesToJson(ccms)},
                   {"IAMs", NamesToJson(iams)}},
-                 table.ToText());
+                 table.ToText(Console::ResultColumns(Table::kUsualWidth)));
     return ExitStatus::kDone;
 }
 
@@ -84,7 +84,8 @@ ExitStatus Types(Session& session) {
         }
     }
     const bool isEmpty = json.IsEmpty();
-    session.Show({{"types", json}}, isEmpty ? "The kit knows no device types.\n" : table.ToText());
+    session.Show({{"types", json}}, isEmpty ? "The kit knows no device types.\n"
+                                            : table.ToText(Console::ResultColumns(Table::kUsualWidth)));
     for (const std::string& failure : failures) {
         session.GetConsole().PrintError(failure);
     }

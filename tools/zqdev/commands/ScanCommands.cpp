@@ -44,10 +44,12 @@ std::string SaveFound(Session& session, const ScanOptions& options, const std::v
     if (options.merge) {
         const MergeResult merged = MergeIntoSaved(session, found);
         session.Save(options.allowEmpty);
-        return "Saved with those in the list; " + std::to_string(merged.nofNew) + " new" +
-               (merged.notFound.empty()
-                    ? ".\n"
-                    : ", and kept without being found: " + Printable(Enumerate(merged.notFound)) + ".\n");
+        return Wrapped(
+            "Saved with those in the list; " + std::to_string(merged.nofNew) + " new" +
+                (merged.notFound.empty()
+                     ? "."
+                     : ", and kept without being found: " + Printable(Enumerate(merged.notFound)) + "."),
+            "", "", Console::ResultColumns());
     }
     if (!lostNames.empty()) {
         session.GetConsole().PrintNote("Names are lost with this: " + Printable(Enumerate(lostNames)) +
@@ -98,11 +100,11 @@ ExitStatus Scan(Session& session, const ScanOptions& options) {
     session.Check(error, "the scan failed", scanner ? Subject::kOneScanner : Subject::kScan);
 
     const std::vector<ZQDEVICEINFO> devices = library.Devices();
-    session.ShowText((devices.empty() ? "" : ToTable(devices)) + CountText(devices.size()) + " found in " +
-                     Seconds(time) + ".\n");
+    session.ShowText((devices.empty() ? "" : ToTable(devices, Console::ResultColumns(0))) +
+                     CountText(devices.size()) + " found in " + Seconds(time) + ".\n");
     const bool saves = (options.save || options.merge) && !devices.empty();
-    const ScanReport report =
-        MakeScanReport(session.GetKit(), news, !devices.empty(), saves ? devices : former);
+    const ScanReport report = MakeScanReport(session.GetKit(), news, !devices.empty(),
+                                             saves ? devices : former, Console::ResultColumns());
     session.ShowText(report.text + (report.text.empty() ? "" : "\n"));
     const std::vector<std::string> lostNames =
         saves && !options.merge ? LostNames(former, devices) : std::vector<std::string>();

@@ -148,15 +148,17 @@ ExitStatus Status(Session& session) {
                 "can't re-check device '" + id + "'", state.error,
                 Advice(Subject::kRescan, state.error, session.GetKit(), session.GetKit().ApiIni())));
         } else if (state.name == kMoved) {
-            failures.push_back("'" + id + "' has moved to " + state.address + "; keep that with \"" +
-                               session.GetKit().Command("rescan " + Quoted(id) + " --save") + "\"");
+            failures.push_back(
+                Filled("'{id}' has moved to {address}; keep that with \"{zqdev rescan ID --save}\"",
+                       session.GetKit(), {{"id", id}, {"address", state.address}, {"ID", Quoted(id)}}));
         } else if (state.name == kGone) {
             failures.push_back("'" + id +
                                "' is gone: " + Advice(Subject::kRescan, state.error, session.GetKit(), {}));
         }
     }
     session.Show({{"devices", json}, {"elapsedMs", time.count()}},
-                 table.ToText() + Summary(states) + "; asked for " + Seconds(time) + ".\n");
+                 table.ToText(Console::ResultColumns(Table::kUsualWidth)) + Summary(states) + "; asked for " +
+                     Seconds(time) + ".\n");
     for (const std::string& failure : failures) {
         session.GetConsole().PrintError(failure);
     }

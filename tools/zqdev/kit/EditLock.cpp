@@ -2,6 +2,7 @@
 
 #include <thread>
 
+#include "Advice.h"
 #include "Failure.h"
 #include "Progress.h"
 #include "Text.h"
@@ -37,15 +38,16 @@ EditLock::EditLock(Console& console, const Kit& kit, std::chrono::seconds limit)
             [&] { outcome = KeepTrying(m_lock, file, limit, told); }, limit);
     }
     if (outcome == FileLock::Outcome::kHeldByAnother) {
-        throw Failure("nothing was saved: " + told + " holds " + file + " for longer than " +
-                      std::to_string(limit.count()) +
-                      " s; try again when it has ended, or give it more time with --wait");
+        throw Failure(Filled(
+            "nothing was saved: {process} holds {file} for longer than {seconds} s; try again when it has ended, "
+            "or give it more time with --wait",
+            kit, {{"process", told}, {"file", file}, {"seconds", std::to_string(limit.count())}}));
     }
     if (outcome == FileLock::Outcome::kFailed) {
-        throw Failure(
-            "nothing was saved: " + told + ": " + file +
-            ", which keeps others from saving at the same time; mend that, or run it as a user who may "
-            "write to its folder");
+        throw Failure(Filled(
+            "nothing was saved: {why}: {file}, which keeps others from saving at the same time; mend that, or run "
+            "it as a user who may write to its folder",
+            kit, {{"why", told}, {"file", file}}));
     }
 }
 

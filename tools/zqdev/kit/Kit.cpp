@@ -6,6 +6,7 @@
 #include "Failure.h"
 #include "Text.h"
 #include "foundation/ZQException.h"
+#include "platform/Files.h"
 #include "platform/Process.h"
 #include "tools/platform/SystemText.h"
 
@@ -26,6 +27,21 @@ std::string FindLibrary(const std::string& folder) {
     return platform::FromPath(library);
 }
 
+// A tool that is not in PATH is called by a path, and then has to be again.
+std::string CallOf(std::string program) {
+    constexpr std::string_view kEnding = ".exe";
+    if (std::none_of(program.begin(), program.end(), platform::IsPathSeparator)) {
+        return "zqdev";
+    }
+    program.resize(program.size() - (program.ends_with(kEnding) ? kEnding.size() : 0));
+    const std::string plain = platform::HasDriveLetters() ? "_-./\\:" : "_-./";
+    const bool isPlain = std::all_of(program.begin(), program.end(), [&](char c) {
+        return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
+               plain.find(c) != std::string::npos;
+    });
+    return isPlain ? program : Quoted(program);
+}
+
 // Without the doubled separators that the library's own paths have.
 std::string Tidy(const CZQString& path) {
     return platform::FromPath(platform::ToPath(path.str()).lexically_normal().make_preferred());
@@ -33,8 +49,8 @@ std::string Tidy(const CZQString& path) {
 
 }  // namespace
 
-Kit::Kit(const std::string& folder)
-    : m_folder(folder),
+Kit::Kit(const std::string& folder, const std::string& program)
+    : m_call(CallOf(program) + (folder.empty() ? "" : " --kit " + Quoted(folder))),
       m_libraryFile(FindLibrary(folder)),
       m_paths(CZQSdkPaths::MakeBinPath(m_libraryFile)) {}
 
@@ -96,7 +112,7 @@ std::string Kit::CameraConfigFile(const std::string& deviceType) const {
 }
 
 std::string Kit::Command(const std::string& arguments) const {
-    return m_folder.empty() ? "zqdev " + arguments : "zqdev --kit " + Quoted(m_folder) + " " + arguments;
+    return m_call + " " + arguments;
 }
 
 }  // namespace ZQAPI::zqdev

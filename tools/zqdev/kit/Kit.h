@@ -12,9 +12,9 @@ namespace ZQAPI::zqdev {
 // (platform/SystemText.h). A value.
 class Kit {
 public:
-    // The kit in the folder, or the one that this program lies in when `folder` is empty. Throws Failure when
-    // there is no library in it.
-    explicit Kit(const std::string& folder);
+    // The kit in the folder, or the one that this program lies in when `folder` is empty; `program`: what this one was
+    // called by. Throws Failure when there is no library in it.
+    Kit(const std::string& folder, const std::string& program);
 
     // Full path, links resolved.
     const std::string& LibraryFile() const noexcept { return m_libraryFile; }
@@ -39,11 +39,11 @@ public:
     // Empty for a type that can be no file name.
     std::string CameraConfigFile(const std::string& deviceType) const;
 
-    // How to call this tool for this kit: "zqdev config init", with --kit where it was given.
+    // How to call this tool for this kit: "zqdev config init", with the tool's path and --kit where they were given.
     std::string Command(const std::string& arguments) const;
 
 private:
-    std::string m_folder;
+    std::string m_call;
     std::string m_libraryFile;
     CZQSdkPaths m_paths;
 };

@@ -7,6 +7,7 @@
 #include <set>
 #include <string>
 
+#include "Advice.h"
 #include "Records.h"
 #include "Text.h"
 #include "communication/ZQIpv4.h"
@@ -153,9 +154,11 @@ private:
                 camera->isOne = false;
                 places.push_back(PlaceOf(camera->heard));
             }
-            m_told.addresses.push_back({Few(places) + " say that they are " + id +
-                                        ": two cameras of one serial number, or one that answered for all. "
-                                        "Disconnect all but one, and scan again"});
+            Advise(
+                m_told.addresses,
+                "{places} say that they are {id}: two cameras of one serial number, or one that answered for all. "
+                "Disconnect all but one, and scan again",
+                {{"places", Few(places)}, {"id", id}});
         }
         for (Camera& camera : m_cameras) {
             for (const SAddressConflict& conflict : m_conflicts) {
@@ -179,10 +182,12 @@ private:
             }
         }
         for (const auto& [cards, count] : counts) {
-            m_told.addresses.push_back(
-                {"Two network cards are in one network, " + cards + ": " + std::to_string(count) +
-                 (count == 1 ? " camera is" : " cameras are") +
-                 " heard on both. To give one another address, disconnect a card first"});
+            Advise(
+                m_told.addresses,
+                "Two network cards are in one network, {cards}: {count} heard on both. To give one another address, "
+                "disconnect a card first",
+                {{"cards", cards},
+                 {"count", std::to_string(count) + (count == 1 ? " camera is" : " cameras are")}});
         }
     }
 
@@ -203,13 +208,16 @@ private:
                 isBound = isBound && !camera->heard.card.IsEmpty();
                 isOneIdentifier = isOneIdentifier && camera->heard.deviceId == group.front()->heard.deviceId;
             }
-            const std::string text = Few(names) + " have one address, " + address;
+            const Words words = {{"cameras", Few(names)}, {"address", address}};
             if (!isBound) {
-                m_told.addresses.push_back(
-                    {text + ". Each by itself is reached only through its own network card:", {BindCall()}});
+                Advise(
+                    m_told.addresses,
+                    "{cameras} have one address, {address}. Each by itself is reached only through its own network "
+                    "card:",
+                    words, {BindCall()});
             } else if (!isOneIdentifier) {
                 group.erase(group.begin());  // that one may keep it
-                Propose(group, text);
+                Propose(group, Filled("{cameras} have one address, {address}", m_kit, words));
             }
         }
     }
@@ -223,10 +231,13 @@ private:
             const bool hasAddress = AddressOf(heard) != 0;
             camera.Flag(hasAddress ? "another subnet" : "no address");
             if (!heard.deviceId.IsEmpty() && camera.setIp.empty()) {
-                Propose({&camera}, NameOf(heard) + " at " + heard.ipAddress.str() +
-                                       (hasAddress ? " is in another subnet than its network card, "
-                                                   : " has no address yet; its network card is ") +
-                                       heard.card.str());
+                const Words words = {{"camera", NameOf(heard) + " at " + heard.ipAddress.str()},
+                                     {"card", heard.card.str()}};
+                Propose(
+                    {&camera},
+                    hasAddress
+                        ? Filled("{camera} is in another subnet than its network card, {card}", m_kit, words)
+                        : Filled("{camera} has no address yet; its network card is {card}", m_kit, words));
             }
         }
     }
@@ -242,7 +253,9 @@ private:
             }
         }
         remark.text +=
-            remark.calls.empty() ? ". set-ip would refuse it as long as it can't be told from another" : ":";
+            remark.calls.empty()
+                ? Filled(". set-ip would refuse it as long as it can't be told from another", m_kit)
+                : ":";
         m_told.addresses.push_back(remark);
     }
 
@@ -250,9 +263,9 @@ private:
     void AskToSave(const std::string& id) {
         if (!m_asksToSave && FindById(m_listed, id) == nullptr) {
             m_asksToSave = true;
-            m_told.addresses.push_back(
-                {"Save what was found first, for only a saved camera gets another address:",
-                 {m_kit.Command("scan --merge")}});
+            Advise(m_told.addresses,
+                   "Save what was found first, for only a saved camera gets another address:", {},
+                   {m_kit.Command("scan --merge")});
         }
     }
 
@@ -286,10 +299,11 @@ private:
             claim.leftOut = "address claimed twice";
             claim.heard.detail = "the hardware address answers as " + kept + ", too";
             claim.Flag("claimed twice");
-            m_told.leftOut.push_back({PlaceOf(claim.heard) + ": address claimed twice, for it answers as " +
-                                      kept.str() +
-                                      " too. Two cameras, or somebody claims to be one: disconnect whichever "
-                                      "is not the camera"});
+            Advise(
+                m_told.leftOut,
+                "{camera}: address claimed twice, for it answers as {address} too. Two cameras, or somebody claims "
+                "to be one: disconnect whichever is not the camera",
+                {{"camera", PlaceOf(claim.heard)}, {"address", kept.str()}});
             m_cameras.push_back(std::move(claim));
         }
     }
@@ -300,34 +314,46 @@ private:
             return;
         }
         const std::string detail = heard.detail.str();
-        Remark remark{PlaceOf(heard) + ": ", {}};
+        std::vector<Remark>& told = m_told.leftOut;
         const bool isOutside = heard.card.IsEmpty() && !m_binds && !IsInNetworkOfACard(heard.ipAddress.str());
+        Words words = {{"camera", PlaceOf(heard)}, {"detail", detail}};
         if (heard.reason == EWhyLeftOut::kNotReachable ||
             (heard.reason == EWhyLeftOut::kSilent && isOutside)) {
             camera.leftOut = "not reachable from here";
-            remark.text +=
-                camera.leftOut + (isOutside ? ", its address is in no network of this PC" : ", " + detail);
-            if (isOutside && (AddressOf(heard) == 0 || IsIpv4Unicast(AddressOf(heard)))) {
-                remark.text += ". To go through the network card that hears it:";
-                remark.calls.push_back(BindCall());
+            if (!isOutside) {
+                Advise(told, "{camera}: not reachable from here, {detail}", words);
+            } else if (AddressOf(heard) == 0 || IsIpv4Unicast(AddressOf(heard))) {
+                Advise(
+                    told,
+                    "{camera}: not reachable from here, its address is in no network of this PC. To go through the "
+                    "network card that hears it:",
+                    words, {BindCall()});
+            } else {
+                Advise(told, "{camera}: not reachable from here, its address is in no network of this PC",
+                       words);
             }
         } else if (heard.reason == EWhyLeftOut::kSilent) {
             camera.leftOut = "silent";
-            remark.text += "silent, it answers no command. Switch it off and on";
+            Advise(told, "{camera}: silent, it answers no command. Switch it off and on", words);
         } else if (heard.reason == EWhyLeftOut::kUnknownType) {
             camera.leftOut = "unknown type";
-            remark.text += "unknown type \"" + detail + "\" without configuration file. Put its " + detail +
-                           ".ccf into " + m_kit.CameraConfigFolder();
+            words.emplace_back("folder", m_kit.CameraConfigFolder());
+            Advise(
+                told,
+                "{camera}: unknown type \"{detail}\" without configuration file. Put its {detail}.ccf into "
+                "{folder}",
+                words);
         } else if (heard.reason == EWhyLeftOut::kNoTime) {
             camera.leftOut = "no time left";
-            remark.text += "not all its answers came in time. Scan again, or look for what slows it down";
+            Advise(told,
+                   "{camera}: not all its answers came in time. Scan again, or look for what slows it down",
+                   words);
         } else {
             camera.leftOut = heard.reason == EWhyLeftOut::kBadText ? "bad text" : "failed";
-            remark.text += camera.leftOut + ", " + detail;
             const int number = ReasonIn(heard.detail).number;
-            remark.text += number == 0 ? "" : std::string(" (") + device::Condition(number) + ")";
+            told.push_back({PlaceOf(heard) + ": " + camera.leftOut + ", " + detail +
+                            (number == 0 ? "" : std::string(" (") + device::Condition(number) + ")")});
         }
-        m_told.leftOut.push_back(remark);
     }
 
     Json AllJson() const {
@@ -349,6 +375,11 @@ private:
                       {"setIp", OrNull(camera.setIp)}});
         }
         return json;
+    }
+
+    void Advise(std::vector<Remark>& remarks, std::string_view text, const Words& words,
+                const std::vector<std::string>& calls = {}) const {
+        remarks.push_back({Filled(text, m_kit, words), calls});
     }
 
     std::string BindCall() const { return m_kit.Command("config set BindToNetworkCard true"); }

@@ -16,13 +16,13 @@ constexpr const char* kCallIndent = "      ";
 
 }  // namespace
 
-std::string ToText(std::string_view title, const std::vector<Remark>& remarks) {
+std::string ToText(std::string_view title, const std::vector<Remark>& remarks, std::size_t width) {
     if (remarks.empty()) {
         return {};
     }
     std::string text = "\n" + std::string(title) + ":\n";
     for (std::size_t i = 0; i < std::min(remarks.size(), kMostTold); ++i) {
-        text += Wrapped(Printable(remarks[i].text), kIndent, kMoreIndent);
+        text += Wrapped(Printable(remarks[i].text), kIndent, kMoreIndent, width);
         for (const std::string& call : remarks[i].calls) {
             text += kCallIndent + Printable(call) + "\n";
         }

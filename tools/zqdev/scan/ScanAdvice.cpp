@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "Advice.h"
 #include "Text.h"
 #include "foundation/ZQDebugLine.h"
 #include "kit/ScanSettings.h"
@@ -39,52 +40,61 @@ public:
             } else if (scanner.scanner == ZQDEV_SCANNER_NAME_ZQ_RS232) {
                 OnPorts();
             } else {
-                m_steps.push_back(
-                    {scanner.scanner.str() +
-                     " was told of no camera: see that it is on, connected, and in use by no other "
-                     "program"});
+                Advise(
+                    "{scanner} was told of no camera: see that it is on, connected, and in use by no other "
+                    "program",
+                    {{"scanner", scanner.scanner.str()}});
             }
         }
         if (!m_news.isHeard) {
-            m_steps.push_back(
-                {"Nobody could hear what the scanners say: run it with a standard error, and see that "
-                 "the devices are on and connected"});
+            Advise(
+                "Nobody could hear what the scanners say: run it with a standard error, and see that the "
+                "devices are on and connected");
         } else if (m_news.scanners.empty()) {
-            m_steps.push_back({"No scanner that looks for cameras is in use, for network cameras:",
-                               {m_kit.Command("config set ActiveScanners SCANNER_ZQ_UDP")}});
+            Advise("No scanner that looks for cameras is in use, for network cameras:", {},
+                   {"config set ActiveScanners SCANNER_ZQ_UDP"});
         }
         return std::move(m_steps);
     }
 
 private:
+    void Advise(const char* text, const Words& words = {}, const std::vector<std::string>& calls = {}) {
+        m_steps.push_back({Filled(text, m_kit, words), {}});
+        for (const std::string& arguments : calls) {
+            m_steps.back().calls.push_back(m_kit.Command(arguments));
+        }
+    }
+
     void OnFailure(const SScannerOutcome& scanner) {
         const Reason reason = ReasonIn(scanner.failure);
         const std::string name = scanner.scanner.str();
         const bool isNetwork = scanner.scanner == ZQDEV_SCANNER_NAME_ZQ_UDP;
         if (reason.number == ZQ_ERR_LIBRARY_NOT_LOADED) {
-            m_steps.push_back(
-                {name + " needs " + LibraryIn(reason.text) +
-                 ", which is not there or can't be loaded: install the maker's software, or take "
-                 "the scanner out of ActiveScanners in " +
-                 m_kit.ApiIni()});
+            Advise(
+                "{scanner} needs {library}, which is not there or can't be loaded: install the maker's "
+                "software, or take the scanner out of ActiveScanners in {file}",
+                {{"scanner", name}, {"library", LibraryIn(reason.text)}, {"file", m_kit.ApiIni()}});
         } else if (reason.number == ZQ_ERR_ENTRY_POINT_MISSING) {
-            m_steps.push_back({name + " can't use " + LibraryIn(reason.text) +
-                               ", which is of another version: install the one that the kit is made for"});
+            Advise(
+                "{scanner} can't use {library}, which is of another version: install the one that the kit is "
+                "made for",
+                {{"scanner", name}, {"library", LibraryIn(reason.text)}});
         } else if (isNetwork && reason.number == ZQ_ERR_COM_SEND && !BindsToNetworkCards(m_kit)) {
-            m_steps.push_back(
-                {"The system has no way for the request, so there is no default route. To ask on "
-                 "each network card instead:",
-                 {BindCall()}});
+            Advise(
+                "The system has no way for the request, so there is no default route. To ask on each network "
+                "card instead:",
+                {}, {kBind});
         } else if (isNetwork && reason.number == ZQ_ERR_SOCKET_OPTION) {
-            m_steps.push_back(
-                {"The network cards can't be listed: this PC may have more than 32 addresses. "
-                 "Without binding to them:",
-                 {m_kit.Command("config set BindToNetworkCard false")}});
+            Advise(
+                "The network cards can't be listed: this PC may have more than 32 addresses. Without binding "
+                "to them:",
+                {}, {"config set BindToNetworkCard false"});
         } else {
-            m_steps.push_back(
-                {name + " failed, " + scanner.failure.str() +
-                 (reason.number == 0 ? "" : std::string(" (") + ZQ_ErrorText(reason.number) + ")") +
-                 ": check its settings in " + m_kit.ApiIni() + "; -v shows what it did"});
+            const std::string meaning =
+                reason.number == 0 ? "" : std::string(" (") + ZQ_ErrorText(reason.number) + ")";
+            Advise(
+                "{scanner} failed, {reason}: check its settings in {file}; -v shows what it did",
+                {{"scanner", name}, {"reason", scanner.failure.str() + meaning}, {"file", m_kit.ApiIni()}});
         }
     }
 
@@ -93,37 +103,34 @@ private:
             return std::any_of(m_news.cards.begin(), m_news.cards.end(), test);
         };
         if (!m_news.cameras.empty()) {
-            m_steps.push_back({"Cameras answered and were left out: mend what is told of each above"});
+            Advise("Cameras answered and were left out: mend what is told of each above");
         } else if (isAny([](const SAskedCard& card) { return card.nofIgnored > 0; })) {
-            m_steps.push_back({"What answered is no camera that the kit knows; -v shows the answers"});
+            Advise("What answered is no camera that the kit knows; -v shows the answers");
         } else if (isAny([](const SAskedCard& card) { return card.isSent; })) {
-            m_steps.push_back(
-                {"Nothing answered: see that the cameras are on and their cable leads to this PC, and "
-                 "that no firewall drops their answers. What this PC says of that:",
-                 {m_kit.Command("doctor")}});
+            Advise(
+                "Nothing answered: see that the cameras are on and their cable leads to this PC, and that no "
+                "firewall drops their answers. What this PC says of that:",
+                {}, {"doctor"});
             if (!BindsToNetworkCards(m_kit)) {
-                m_steps.push_back(
-                    {"The request went to the one network card that the system chose. To ask on each:",
-                     {BindCall()}});
+                Advise("The request went to the one network card that the system chose. To ask on each:", {},
+                       {kBind});
             }
         } else if (isAny([](const SAskedCard& card) { return card.whyNot == "NofScanCycles is 0"; })) {
-            m_steps.push_back({"The request is never sent while NofScanCycles is 0:",
-                               {m_kit.Command("config set NofScanCycles 5")}});
+            Advise("The request is never sent while NofScanCycles is 0:", {}, {"config set NofScanCycles 5"});
         } else {
-            m_steps.push_back(
-                {"No network card is up that can ask: connect the cameras' cable and give the card "
-                 "an address. The cards that there are:",
-                 {m_kit.Command("interfaces")}});
+            Advise(
+                "No network card is up that can ask: connect the cameras' cable and give the card an address. "
+                "The cards that there are:",
+                {}, {"interfaces"});
         }
     }
 
     void OnPorts() {
         const SettingPlace place = FindSetting(m_kit, "ZQ_RS232.ScanCOMPorts");
         if (ReadScanSetting(m_kit.ApiIni(), place).InUse().value_or("").empty()) {
-            m_steps.push_back(
-                {"ScanCOMPorts names no serial port; the ports that there are, and how to name "
-                 "the first two:",
-                 {m_kit.Command("ports"), m_kit.Command("config set ScanCOMPorts \"1;2\"")}});
+            Advise(
+                "ScanCOMPorts names no serial port; the ports that there are, and how to name the first two:",
+                {}, {"ports", "config set ScanCOMPorts \"1;2\""});
             return;
         }
         std::vector<std::string> silent;
@@ -135,15 +142,17 @@ private:
             if (line.errorNumber == ZQ_ERR_RS232_OPEN) {
                 OnClosedPort(name);
             } else if (line.errorNumber == ZQ_ERR_BAD_VALUE) {
-                m_steps.push_back({"ScanCOMPorts has '" + line.line.str() + "', which is no port's number"});
+                Advise("ScanCOMPorts has '{text}', which is no port's number; the ports that there are:",
+                       {{"text", line.line.str()}}, {"ports"});
             } else {
                 silent.push_back(name);
             }
         }
         if (!silent.empty()) {
-            m_steps.push_back({"Nothing answered on " + Enumerate(silent) +
-                                   ": see that the camera is on, and that the line settings are its own:",
-                               {m_kit.Command("config show")}});
+            Advise(
+                "Nothing answered on {ports}: see that the camera is on, and that the line settings are its "
+                "own:",
+                {{"ports", Enumerate(silent)}}, {"config show"});
         }
     }
 
@@ -155,18 +164,22 @@ private:
             }
         }
         if (device.empty()) {
-            m_steps.push_back(
-                {"There is no " + name + "; the ports that there are:", {m_kit.Command("ports")}});
-        } else if (const std::string group = platform::GetDeviceAccess(device).group; !group.empty()) {
-            m_steps.push_back({name + " (" + device + ") is for members of the group " + group +
-                                   " alone. To become one, then log out and in again:",
-                               {"sudo usermod -aG " + group + " $USER"}});
+            Advise("There is no {port}; the ports that there are:", {{"port", name}}, {"ports"});
+            return;
+        }
+        const std::string group = platform::GetDeviceAccess(device).group;
+        const std::string port = name + " (" + device + ")";
+        if (!group.empty()) {
+            Advise(
+                "{port} is for members of the group {group} alone. To become one, then log out and in again:",
+                {{"port", port}, {"group", group}});
+            m_steps.back().calls.push_back("sudo usermod -aG " + group + " $USER");
         } else {
-            m_steps.push_back({name + " (" + device + ") can't be opened: close the program that has it"});
+            Advise("{port} can't be opened: close the program that has it", {{"port", port}});
         }
     }
 
-    std::string BindCall() const { return m_kit.Command("config set BindToNetworkCard true"); }
+    static constexpr const char* kBind = "config set BindToNetworkCard true";
 
     const Kit& m_kit;
     const ScanNews& m_news;

@@ -78,7 +78,7 @@ Json CardsJson(const std::vector<SAskedCard>& cards) {
 }  // namespace
 
 ScanReport MakeScanReport(const Kit& kit, const ScanNews& news, bool isAnythingFound,
-                          const std::vector<ZQDEVICEINFO>& listed) {
+                          const std::vector<ZQDEVICEINFO>& listed, std::size_t width) {
     std::vector<SAskedCard> cards = news.cards;  // in the order in which their searches ended
     std::sort(cards.begin(), cards.end(), [](const SAskedCard& left, const SAskedCard& right) {
         return left.card.view() < right.card.view();
@@ -88,9 +88,9 @@ ScanReport MakeScanReport(const Kit& kit, const ScanNews& news, bool isAnythingF
     std::vector<Remark> all = cameras.leftOut;
     all.insert(all.end(), cameras.addresses.begin(), cameras.addresses.end());
     all.insert(all.end(), nextSteps.begin(), nextSteps.end());
-    return {ToText("Left out", cameras.leftOut) + ToText("Addresses", cameras.addresses) +
-                ToText("Network cards", CardRemarks(cards, isAnythingFound)) +
-                ToText("What to do next", nextSteps),
+    return {ToText("Left out", cameras.leftOut, width) + ToText("Addresses", cameras.addresses, width) +
+                ToText("Network cards", CardRemarks(cards, isAnythingFound), width) +
+                ToText("What to do next", nextSteps, width),
             ScannersJson(news.scanners), cameras.json, CardsJson(cards), ToJson(all)};
 }
 

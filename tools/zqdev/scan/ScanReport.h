@@ -21,9 +21,9 @@ struct ScanReport {
         advice;  // the calls that mend what is not as it should be, and, where nothing was found, what to do next
 };
 
-// `listed`: the devices in the saved list as it is in the end.
+// `listed`: the devices in the saved list as it is in the end; `width`: the text's.
 ScanReport MakeScanReport(const Kit& kit, const ScanNews& news, bool isAnythingFound,
-                          const std::vector<ZQDEVICEINFO>& listed);
+                          const std::vector<ZQDEVICEINFO>& listed, std::size_t width);
 
 // How a scan ends that has found nothing: as failed when every scanner that ran failed.
 Failure NothingFound(const ScanNews& news, bool wasToBeSaved);

@@ -14,10 +14,6 @@ namespace ZQAPI::zqdev {
 
 namespace {
 
-[[noreturn]] void Refuse(const std::string& why) {
-    throw Failure(why);
-}
-
 // What the scan hears is in its debug output alone.
 ScanNews ScanNetwork(Session& session, const std::string& id, std::error_code& error) {
     ScanNews heard;
@@ -28,38 +24,52 @@ ScanNews ScanNetwork(Session& session, const std::string& id, std::error_code& e
                          [&] { session.GetLibrary().Scan(device::Scanner::kZqUdp, error); });
         });
     if (!isHeard) {
-        Refuse("nobody can hear what the library says of '" + id +
-               "', and so not tell whether somebody else claims to be it; run it with a standard error");
+        throw Failure(Filled(
+            "nobody can hear what the library says of '{id}', and so not tell whether somebody else claims to be "
+            "it; run it with a standard error",
+            session.GetKit(), {{"id", id}}));
     }
     return heard;
 }
 
+std::string PlaceOf(const SHeardCamera& camera) {
+    return (camera.hardwareAddress + " at " + camera.ipAddress).str();
+}
+
 // Throws Failure when it could be somebody else.
-void RequireOnlyOne(const ScanNews& heard, const SHeardCamera& camera, const std::string& id) {
+void RequireOnlyOne(const Kit& kit, const ScanNews& heard, const SHeardCamera& camera,
+                    const std::string& id) {
     for (const SHeardCamera& other : heard.cameras) {
         if (other.deviceId == camera.deviceId && other.hardwareAddress != camera.hardwareAddress) {
-            Refuse("two cameras say that they are '" + id + "': " + camera.hardwareAddress.str() + " at " +
-                   camera.ipAddress.str() + " and " + other.hardwareAddress.str() + " at " +
-                   other.ipAddress.str() + "; disconnect whichever is not the camera and try again");
+            throw Failure(
+                Filled("two cameras say that they are '{id}': {camera} and {other}; disconnect whichever is "
+                       "not the camera and try again",
+                       kit, {{"id", id}, {"camera", PlaceOf(camera)}, {"other", PlaceOf(other)}}));
         }
     }
     for (const SAddressConflict& conflict : heard.conflicts) {
         if (conflict.hardwareAddress == camera.hardwareAddress || conflict.ipAddress == camera.ipAddress ||
             conflict.otherIpAddress == camera.ipAddress) {
-            Refuse("'" + id + "' is in conflict, since the hardware address " +
-                   conflict.hardwareAddress.str() + " answers as " + conflict.ipAddress.str() + " and as " +
-                   conflict.otherIpAddress.str() + "; disconnect whichever is not the camera and try again");
+            throw Failure(
+                Filled("'{id}' is in conflict, since the hardware address {hardware-address} answers as "
+                       "{address} and as {other}; disconnect whichever is not the camera and try again",
+                       kit,
+                       {{"id", id},
+                        {"hardware-address", conflict.hardwareAddress.str()},
+                        {"address", conflict.ipAddress.str()},
+                        {"other", conflict.otherIpAddress.str()}}));
         }
     }
     if (!camera.otherCard.IsEmpty()) {
-        Refuse("'" + id + "' is heard on two network cards, " + camera.card.str() + " and " +
-               camera.otherCard.str() +
-               ": two cameras, or two cards in one network; disconnect one and try again");
+        throw Failure(Filled(
+            "'{id}' is heard on two network cards, {card} and {other}: two cameras, or two cards in one "
+            "network; disconnect one and try again",
+            kit, {{"id", id}, {"card", camera.card.str()}, {"other", camera.otherCard.str()}}));
     }
 }
 
 // The card that leads to this camera and to no other. None: whoever has its address is reached as the system routes.
-std::string CardOf(const ScanNews& heard, const SHeardCamera& camera, const std::string& id) {
+std::string CardOf(const Kit& kit, const ScanNews& heard, const SHeardCamera& camera, const std::string& id) {
     if (!camera.card.IsEmpty()) {
         return camera.card.str();
     }
@@ -67,9 +77,10 @@ std::string CardOf(const ScanNews& heard, const SHeardCamera& camera, const std:
         return other.ipAddress == camera.ipAddress && other.hardwareAddress != camera.hardwareAddress;
     };
     if (std::any_of(heard.cameras.begin(), heard.cameras.end(), shares)) {
-        Refuse(
-            "another camera has the address " + camera.ipAddress.str() + " of '" + id +
-            "' too; with BindToNetworkCard=true in ZQAPI.ini each is reached through its own network card");
+        throw Failure(Filled(
+            "another camera has the address {address} of '{id}' too; each is reached through its own network card "
+            "with \"{zqdev config set BindToNetworkCard true}\"",
+            kit, {{"id", id}, {"address", camera.ipAddress.str()}}));
     }
     return OnlyCardInNetworkOf(camera.ipAddress.str());
 }
@@ -90,8 +101,8 @@ std::optional<Sighting> LookOnNetwork(Session& session, const ZQDEVICEINFO& save
     if (now == nullptr || camera == heard.cameras.end()) {
         return std::nullopt;
     }
-    RequireOnlyOne(heard, *camera, id);
-    Sighting sighting{saved, camera->hardwareAddress.str(), CardOf(heard, *camera, id)};
+    RequireOnlyOne(session.GetKit(), heard, *camera, id);
+    Sighting sighting{saved, camera->hardwareAddress.str(), CardOf(session.GetKit(), heard, *camera, id)};
     std::copy(std::begin(now->UsedAddress), std::end(now->UsedAddress), sighting.camera.UsedAddress);
     std::copy(std::begin(now->CCMAddress), std::end(now->CCMAddress), sighting.camera.CCMAddress);
     std::copy(std::begin(now->IAMAddress), std::end(now->IAMAddress), sighting.camera.IAMAddress);
