@@ -34,7 +34,11 @@ int Main(int argc, const char* const* argv, Console& console) {
     }
     line.AddHelpCommand();
     try {
-        return Code(line.Read(argc, argv) ? session.Run() : ExitStatus::kDone);
+        if (line.Read(argc, argv)) {
+            return Code(session.Run());
+        }
+        console.FlushResults();  // the help
+        return Code(ExitStatus::kDone);
     } catch (const tools::WrongUsage& error) {
         throw Failure(std::string(error.what()) + "; see \"zqdev --help\"", ExitStatus::kWrongUsage);
     }

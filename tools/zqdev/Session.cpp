@@ -40,8 +40,8 @@ ExitStatus Session::Run() {
     return status;
 }
 
-bool Session::ListenDuring(const std::function<void(std::string_view message)>& onMessage,
-                           const std::function<void()>& call) {
+std::string Session::ListenDuring(const std::function<void(std::string_view message)>& onMessage,
+                                  const std::function<void()>& call) {
     platform::SystemErrorCode error = 0;
     StopListening();
     const bool isHeard = StartListening(
@@ -54,12 +54,13 @@ bool Session::ListenDuring(const std::function<void(std::string_view message)>& 
             }
         },
         error);
+    const std::string whyNot = isHeard ? std::string() : FormatSystemError(error).str();
     call();
     StopListening();
     if (m_options.verbose) {
         ShowDebugOutput(error);
     }
-    return isHeard;
+    return whyNot;
 }
 
 const Kit& Session::GetKit() {

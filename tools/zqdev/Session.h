@@ -69,9 +69,9 @@ public:
     void Save(bool allowEmpty);
 
     // While the call runs, the first line of each message that the library writes to its debug output is handed
-    // over, one at a time, on another thread. False when nobody can listen; the call runs all the same.
-    bool ListenDuring(const std::function<void(std::string_view message)>& onMessage,
-                      const std::function<void()>& call);
+    // over, one at a time, on another thread. Why nobody can listen, if so; the call runs all the same.
+    std::string ListenDuring(const std::function<void(std::string_view message)>& onMessage,
+                             const std::function<void()>& call);
 
     // Shows the result: the JSON, in ASCII whatever its texts are, or, for people, the text, which is printable.
     void Show(const Json& json, const std::string& text);

@@ -4,6 +4,7 @@
 #include "communication/ZQComICMPPing.h"
 #include "communication/ZQIpv4.h"
 #include "foundation/ZQException.h"
+#include "kit/ConfigFiles.h"
 #include "scan/Sighting.h"
 #include "scanners/ZQNetAddressChange.h"
 #include "scanners/ZQScannerTable.h"
@@ -99,6 +100,17 @@ void Announce(Session& session, const SetIpOptions& options, const Sighting& sig
     }
 }
 
+// Throws Failure when what the change leads to could not be kept.
+void RequireSaving(const Kit& kit) {
+    const std::string file = kit.DevicesIni();
+    if (const std::string why = WritingObstacle(file); !why.empty()) {
+        throw Failure(Filled(
+            "nothing was changed: afterwards the device list could not be saved ({why}: {file}); see that "
+            "its folder can be written to and has room, or run it as a user who may",
+            kit, {{"why", why}, {"file", file}}));
+    }
+}
+
 // Throws Failure unless this camera can take this address and the user wants it to.
 Sighting CheckAndConfirm(Session& session, const SetIpOptions& options, const ZQDEVICEINFO& saved) {
     const Kit& kit = session.GetKit();
@@ -108,6 +120,7 @@ Sighting CheckAndConfirm(Session& session, const SetIpOptions& options, const ZQ
         throw Failure("'" + id + "' was found by " + scanner + " and has no network address");
     }
     const std::string mask = MaskOf(session, options.address);
+    RequireSaving(kit);
     // Before anything is sent to a camera: afterwards it would be too late to find that echo requests are not allowed.
     const bool isTaken = !options.noPing && Answers(session, options.address);
     Sighting sighting = FindNow(session, saved);
@@ -116,6 +129,15 @@ Sighting CheckAndConfirm(Session& session, const SetIpOptions& options, const ZQ
         throw Failure("'" + id + "' has the address " + former + " already");
     }
     const Words words = {{"address", options.address}};
+    if (const auto other = sighting.others.find(options.address); other != sighting.others.end()) {
+        throw Failure(Filled(
+            "nothing was changed: the camera {camera} has the address {address}; choose a free address", kit,
+            {{"camera", other->second}, {"address", options.address}}));
+    }
+    if (IsAddressOfACard(options.address)) {
+        throw Failure(Filled("nothing was changed: {address} is this PC's own address; choose a free address",
+                             kit, words));
+    }
     if (isTaken) {
         throw Failure(Filled(
             "nothing was changed: another device answers at {address}; choose a free address", kit, words));
@@ -186,11 +208,15 @@ ExitStatus SetIp(Session& session, const SetIpOptions& options) {
             Because(changeError));
     }
 
-    std::error_code error;
-    session.BeginEdit();
-    session.GetLibrary().Modify(after->camera, error);
-    session.Check(error, "can't change device '" + id + "'", Subject::kRecord);
-    session.Save(false);
+    try {
+        std::error_code error;
+        session.BeginEdit();
+        session.GetLibrary().Modify(after->camera, error);
+        session.Check(error, "can't change device '" + id + "'", Subject::kRecord);
+        session.Save(false);
+    } catch (const Failure& failure) {
+        throw Failure("the camera has the address " + address + " now: " + failure.what());
+    }
     const bool answers = !options.noPing && Answers(session, address);
     const std::string echo = options.noPing ? ""
                                             : std::string("It ") + (answers ? "answers" : "does not answer") +

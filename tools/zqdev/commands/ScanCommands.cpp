@@ -80,7 +80,7 @@ ExitStatus Scan(Session& session, const ScanOptions& options) {
     std::error_code error;
     std::chrono::milliseconds time{};
     ScanNews news;
-    news.isHeard = session.ListenDuring(
+    news.whyUnheard = session.ListenDuring(
         [&](std::string_view message) {
             ShowOutcome(session, message);
             news.Add(message);
@@ -99,7 +99,10 @@ ExitStatus Scan(Session& session, const ScanOptions& options) {
         });
     session.Check(error, "the scan failed", scanner ? Subject::kOneScanner : Subject::kScan);
 
-    const std::vector<ZQDEVICEINFO> devices = library.Devices();
+    std::vector<ZQDEVICEINFO> devices = library.Devices();
+    if (options.merge) {
+        KeepNames(devices, former);
+    }
     session.ShowText((devices.empty() ? "" : ToTable(devices, Console::ResultColumns(0))) +
                      CountText(devices.size()) + " found in " + Seconds(time) + ".\n");
     const bool saves = (options.save || options.merge) && !devices.empty();

@@ -4,7 +4,7 @@
 #include "Progress.h"
 #include "Text.h"
 #include "commands/Commands.h"
-#include "devices/ZQScannerOutcome.h"
+#include "scan/ScanNews.h"
 
 namespace ZQAPI::zqdev {
 
@@ -24,6 +24,11 @@ constexpr const char* kUnchecked = "not checked";  // no scanner finds it
 State StateOf(const ZQDEVICEINFO& saved, const ZQDEVICEINFO& now) {
     const std::string address(device::Text(now.UsedAddress));
     return {address == device::Text(saved.UsedAddress) ? kOnline : kMoved, address};
+}
+
+// Of a camera that was not found, where this went wrong on the way; 0: nothing did.
+State GoneUnless(int error) {
+    return error == 0 ? State{kGone, {}, ZQ_ERR_DEVICE_NOT_FOUND} : State{kUnknown, {}, error};
 }
 
 // The library re-checks one device at a time, whoever asks: that takes no longer than the camera's answer where there
@@ -66,39 +71,45 @@ private:
     void Recheck(std::size_t index) {
         ZQDEVICEINFO now = m_devices[index];
         std::error_code error;
-        WithProgress(m_session.GetConsole(),
-                     "Asking for " + Printable(device::Text(now.DeviceID)) + ", " +
-                         std::to_string(++m_nofAsked) + " of " + std::to_string(m_devices.size()),
-                     [&] { m_session.GetLibrary().Rescan(now, error); });
-        m_states[index] = !error                             ? StateOf(m_devices[index], now)
-                          : error == ZQ_ERR_DEVICE_NOT_FOUND ? State{kGone, {}, error.value()}
-                                                             : State{kUnknown, {}, error.value()};
+        ScanNews news;
+        m_session.ListenDuring([&](std::string_view message) { news.Add(message); },
+                               [&] {
+                                   WithProgress(m_session.GetConsole(),
+                                                "Asking for " + Printable(device::Text(now.DeviceID)) + ", " +
+                                                    std::to_string(++m_nofAsked) + " of " +
+                                                    std::to_string(m_devices.size()),
+                                                [&] { m_session.GetLibrary().Rescan(now, error); });
+                               });
+        m_states[index] = !error ? StateOf(m_devices[index], now)
+                          : error == ZQ_ERR_DEVICE_NOT_FOUND
+                              ? GoneUnless(news.WhatWentWrong(device::Text(now.UsedAddress)))
+                              : State{kUnknown, {}, error.value()};
     }
 
     // False when the scan failed, which says nothing of any camera.
     bool Scan(device::Scanner scanner, const std::vector<std::size_t>& indices) {
-        bool hasFailed = false;
+        ScanNews news;
         std::error_code error;
-        const bool isHeard = m_session.ListenDuring(
-            [&](std::string_view message) {
-                const auto outcome = ParseScannerOutcome(message);
-                hasFailed = hasFailed || (outcome && !outcome->failure.IsEmpty());
-            },
-            [&] {
-                WithProgress(m_session.GetConsole(),
-                             "Looking for " + CountText(indices.size()) + " of " +
-                                 std::string(device::ScannerName(scanner)),
-                             [&] { m_session.GetLibrary().Scan(scanner, error); });
-            });
-        if (error || hasFailed || !isHeard) {
+        news.whyUnheard =
+            m_session.ListenDuring([&](std::string_view message) { news.Add(message); },
+                                   [&] {
+                                       WithProgress(m_session.GetConsole(),
+                                                    "Looking for " + CountText(indices.size()) + " of " +
+                                                        std::string(device::ScannerName(scanner)),
+                                                    [&] { m_session.GetLibrary().Scan(scanner, error); });
+                                   });
+        const bool hasFailed = std::any_of(news.scanners.begin(), news.scanners.end(),
+                                           [](const auto& outcome) { return !outcome.failure.IsEmpty(); });
+        if (error || hasFailed || !news.whyUnheard.empty()) {
             return false;
         }
         m_nofAsked += indices.size();
         const std::vector<ZQDEVICEINFO> found = m_session.GetLibrary().Devices();
         for (const std::size_t i : indices) {
             const ZQDEVICEINFO* const now = FindById(found, device::Text(m_devices[i].DeviceID));
-            m_states[i] =
-                now != nullptr ? StateOf(m_devices[i], *now) : State{kGone, {}, ZQ_ERR_DEVICE_NOT_FOUND};
+            m_states[i] = now != nullptr
+                              ? StateOf(m_devices[i], *now)
+                              : GoneUnless(news.WhatWentWrong(device::Text(m_devices[i].UsedAddress)));
         }
         return true;
     }

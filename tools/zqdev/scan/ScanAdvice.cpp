@@ -46,10 +46,11 @@ public:
                     {{"scanner", scanner.scanner.str()}});
             }
         }
-        if (!m_news.isHeard) {
+        if (!m_news.whyUnheard.empty()) {
             Advise(
-                "Nobody could hear what the scanners say: run it with a standard error, and see that the "
-                "devices are on and connected");
+                "Nobody could hear what the scanners say ({why}): run it with a standard error and enough open files, "
+                "and see that the devices are on and connected",
+                {{"why", m_news.whyUnheard}});
         } else if (m_news.scanners.empty()) {
             Advise("No scanner that looks for cameras is in use, for network cameras:", {},
                    {"config set ActiveScanners SCANNER_ZQ_UDP"});

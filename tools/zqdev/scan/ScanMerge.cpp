@@ -53,6 +53,14 @@ std::vector<std::string> LostNames(const std::vector<ZQDEVICEINFO>& saved,
     return lost;
 }
 
+void KeepNames(std::vector<ZQDEVICEINFO>& found, const std::vector<ZQDEVICEINFO>& saved) {
+    for (ZQDEVICEINFO& device : found) {
+        if (const ZQDEVICEINFO* const known = FindById(saved, device::Text(device.DeviceID))) {
+            device::SetText(device.Name, device::Text(known->Name));
+        }
+    }
+}
+
 MergeResult MergeIntoSaved(Session& session, const std::vector<ZQDEVICEINFO>& found) {
     session.BeginEdit();  // the list is the saved one again
     const std::vector<ZQDEVICEINFO> saved = session.GetLibrary().Devices();

@@ -19,6 +19,9 @@ ZQDEVICEINFO AddUnderFreeName(Session& session, const ZQDEVICEINFO& device);
 std::vector<std::string> LostNames(const std::vector<ZQDEVICEINFO>& saved,
                                    const std::vector<ZQDEVICEINFO>& found);
 
+// Gives the devices that are in the list the names that they have there.
+void KeepNames(std::vector<ZQDEVICEINFO>& found, const std::vector<ZQDEVICEINFO>& saved);
+
 struct MergeResult {
     std::size_t nofNew = 0;
     std::vector<std::string> notFound;  // their identifiers

@@ -25,6 +25,25 @@ void ScanNews::Add(std::string_view message) {
     }
 }
 
+int ScanNews::WhatWentWrong(std::string_view address) const {
+    int number = 0;
+    const auto note = [&](const CZQString& reason) {
+        number = number != 0 ? number : ReasonIn(reason).number;
+    };
+    for (const SScannerOutcome& scanner : scanners) {
+        note(scanner.failure);
+    }
+    for (const SAskedCard& card : cards) {
+        note(card.whyNot);
+    }
+    for (const SHeardCamera& camera : cameras) {
+        if (camera.reason == EWhyLeftOut::kFailed && camera.ipAddress.view() == address) {
+            note(camera.detail);
+        }
+    }
+    return number;
+}
+
 Reason ReasonIn(const CZQString& text) {
     auto rest = RestBehind("error -", text.view());
     const auto number = rest ? ParseCount(TakeUntil(" ", *rest)) : std::nullopt;

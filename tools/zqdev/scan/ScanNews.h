@@ -1,6 +1,7 @@
 // What a scan says in its debug output, where alone it says it.
 #pragma once
 
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -11,7 +12,7 @@
 namespace ZQAPI::zqdev {
 
 struct ScanNews {
-    bool isHeard = true;  // false: nobody could listen, and the rest is empty
+    std::string whyUnheard;  // not empty: nobody could listen, and the rest is empty
     std::vector<SScannerOutcome> scanners;
     std::vector<SAskedCard> cards;
     std::vector<SHeardCamera> cameras;
@@ -20,6 +21,8 @@ struct ScanNews {
 
     // A message that is none of these is passed over.
     void Add(std::string_view message);
+    // The first error that kept the scan from asking, or from hearing the camera at this address; 0 when none did.
+    int WhatWentWrong(std::string_view address) const;
 };
 
 // A reason as the library writes it, "error -300002 ...": its number, and what stands behind. Number 0 and the whole text

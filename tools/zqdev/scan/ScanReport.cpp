@@ -3,9 +3,11 @@
 #include <ZQAPI/ZQErrorText.h>
 
 #include <algorithm>
+#include <sstream>
 
 #include "Records.h"
 #include "Text.h"
+#include "kit/ScanSettings.h"
 #include "scan/HeardCameras.h"
 #include "scan/ScanAdvice.h"
 
@@ -17,10 +19,31 @@ std::string NameOf(const SAskedCard& card) {
     return card.card.IsEmpty() ? "the network card that the system chose" : card.card.str();
 }
 
-// One that could not be used from the start is no news while cameras are found on others.
-std::vector<Remark> CardRemarks(const std::vector<SAskedCard>& cards, bool isAnythingFound) {
-    std::vector<Remark> remarks;
+// Those of the hosts that were asked by their addresses, from which no camera answered.
+std::vector<std::string> SilentHosts(const Kit& kit, const ScanNews& news) {
     std::vector<std::string> silent;
+    if (news.cards.empty()) {  // nobody was
+        return silent;
+    }
+    std::istringstream hosts(
+        ReadScanSetting(kit.ApiIni(), FindSetting(kit, "ZQ_UDP.ScanHosts")).InUse().value_or(""));
+    for (std::string host; std::getline(hosts, host, ';');) {
+        const CZQString address = CZQString(host).Trim();
+        const bool isHeard =
+            std::any_of(news.cameras.begin(), news.cameras.end(),
+                        [&](const SHeardCamera& camera) { return camera.ipAddress == address; });
+        if (!isHeard) {
+            silent.push_back(address.str());
+        }
+    }
+    return silent;
+}
+
+// One that could not be used from the start is no news while cameras are found on others.
+std::vector<Remark> CardRemarks(const std::vector<SAskedCard>& cards,
+                                const std::vector<std::string>& silentHosts, bool isAnythingFound) {
+    std::vector<Remark> remarks;
+    std::vector<std::string> silent = silentHosts;
     for (const SAskedCard& card : cards) {
         const bool isFailure = ReasonIn(card.whyNot).number != 0;
         if (!card.isSent && (isFailure || !isAnythingFound)) {
@@ -28,12 +51,13 @@ std::vector<Remark> CardRemarks(const std::vector<SAskedCard>& cards, bool isAny
         } else if (card.isSent && isFailure) {
             remarks.push_back({"On " + NameOf(card) + " the search ended early: " + card.whyNot.str()});
         }
-        if (card.isSent && card.nofAnswers == 0) {
+        if (card.isSent && card.nofAnswers == 0 && silentHosts.empty()) {
             silent.push_back(NameOf(card));
         }
     }
     if (!silent.empty()) {
-        remarks.push_back({"Nothing answered on " + Enumerate(silent)});
+        remarks.push_back(
+            {"Nothing answered " + std::string(silentHosts.empty() ? "on " : "from ") + Enumerate(silent)});
     }
     return remarks;
 }
@@ -89,7 +113,7 @@ ScanReport MakeScanReport(const Kit& kit, const ScanNews& news, bool isAnythingF
     all.insert(all.end(), cameras.addresses.begin(), cameras.addresses.end());
     all.insert(all.end(), nextSteps.begin(), nextSteps.end());
     return {ToText("Left out", cameras.leftOut, width) + ToText("Addresses", cameras.addresses, width) +
-                ToText("Network cards", CardRemarks(cards, isAnythingFound), width) +
+                ToText("Network cards", CardRemarks(cards, SilentHosts(kit, news), isAnythingFound), width) +
                 ToText("What to do next", nextSteps, width),
             ScannersJson(news.scanners), cameras.json, CardsJson(cards), ToJson(all)};
 }

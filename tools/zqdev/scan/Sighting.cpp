@@ -17,17 +17,17 @@ namespace {
 // What the scan hears is in its debug output alone.
 ScanNews ScanNetwork(Session& session, const std::string& id, std::error_code& error) {
     ScanNews heard;
-    const bool isHeard = session.ListenDuring(
+    heard.whyUnheard = session.ListenDuring(
         [&](std::string_view message) { heard.Add(message); },
         [&] {
             WithProgress(session.GetConsole(), "Looking for " + Printable(id),
                          [&] { session.GetLibrary().Scan(device::Scanner::kZqUdp, error); });
         });
-    if (!isHeard) {
+    if (!heard.whyUnheard.empty()) {
         throw Failure(Filled(
-            "nobody can hear what the library says of '{id}', and so not tell whether somebody else claims to be "
-            "it; run it with a standard error",
-            session.GetKit(), {{"id", id}}));
+            "nobody can hear what the library says of '{id}' ({why}), and so not tell whether somebody else claims to "
+            "be it; run it with a standard error and enough open files",
+            session.GetKit(), {{"id", id}, {"why", heard.whyUnheard}}));
     }
     return heard;
 }
@@ -103,6 +103,11 @@ std::optional<Sighting> LookOnNetwork(Session& session, const ZQDEVICEINFO& save
     }
     RequireOnlyOne(session.GetKit(), heard, *camera, id);
     Sighting sighting{saved, camera->hardwareAddress.str(), CardOf(session.GetKit(), heard, *camera, id)};
+    for (const SHeardCamera& other : heard.cameras) {
+        if (other.hardwareAddress != camera->hardwareAddress) {
+            sighting.others.emplace(other.ipAddress.str(), other.hardwareAddress.str());
+        }
+    }
     std::copy(std::begin(now->UsedAddress), std::end(now->UsedAddress), sighting.camera.UsedAddress);
     std::copy(std::begin(now->CCMAddress), std::end(now->CCMAddress), sighting.camera.CCMAddress);
     std::copy(std::begin(now->IAMAddress), std::end(now->IAMAddress), sighting.camera.IAMAddress);
@@ -149,6 +154,13 @@ std::string OnlyCardInNetworkOf(const std::string& address) {
 
 bool IsInNetworkOfACard(const std::string& address) {
     return !CardsInNetworkOf(address).empty();
+}
+
+bool IsAddressOfACard(const std::string& address) {
+    const std::vector<CZQComNetInterface> cards = CardsInNetworkOf(address);
+    return std::any_of(cards.begin(), cards.end(), [&](const CZQComNetInterface& card) {
+        return card.GetAddressText().view() == address;
+    });
 }
 
 }  // namespace ZQAPI::zqdev

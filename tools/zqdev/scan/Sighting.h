@@ -3,6 +3,7 @@
 
 #include <ZQAPI/ZQDeviceAPI.h>
 
+#include <map>
 #include <optional>
 #include <string>
 
@@ -16,6 +17,7 @@ struct Sighting {
     std::string hardwareAddress;  // empty where the camera's scanner does not tell
     std::string
         card;  // address and bits of the network card that reaches it, if that is known: "10.1.0.1/24"
+    std::map<std::string, std::string> others = {};  // the hardware addresses of the others, by address
 };
 
 // Looks for the camera by its identifier; the library's list is the saved one afterwards. Nothing when it is not there.
@@ -26,5 +28,6 @@ std::optional<Sighting> LookFor(Session& session, const ZQDEVICEINFO& saved);
 // The machine's network card that an address is on, as "10.1.0.1/24"; nothing when there is none or several.
 std::string OnlyCardInNetworkOf(const std::string& address);
 bool IsInNetworkOfACard(const std::string& address);
+bool IsAddressOfACard(const std::string& address);
 
 }  // namespace ZQAPI::zqdev
