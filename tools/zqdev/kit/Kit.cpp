@@ -34,7 +34,7 @@ std::string CallOf(std::string program) {
         return "zqdev";
     }
     program.resize(program.size() - (program.ends_with(kEnding) ? kEnding.size() : 0));
-    const std::string plain = platform::HasDriveLetters() ? "_-./\\:" : "_-./";
+    const std::string plain = platform::HasDriveLetters() ? "_-./\\:~" : "_-./";
     const bool isPlain = std::all_of(program.begin(), program.end(), [&](char c) {
         return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
                plain.find(c) != std::string::npos;
