@@ -22,7 +22,7 @@
 #include <thread>
 #include <vector>
 
-#include "KitLibrary.h"
+#include "kit/KitLibrary.h"
 #include "platform/Process.h"
 #include "support/FileBytes.h"
 #include "support/Program.h"

@@ -1,7 +1,7 @@
 // What "zqdev doctor" and "zqdev ports" make of texts that other programs and devices write.
 #include <gtest/gtest.h>
 
-#include "UdevRule.h"
+#include "commands/UdevRule.h"
 #include "doctor/FirewallRules.h"
 
 namespace ZQAPI::zqdev {

@@ -64,5 +64,20 @@ TEST(Table, WideCellsAreBrokenToOneHundredColumns) {
     }
 }
 
+TEST(Table, WhatStandsBeneathARowIsWrappedAndTheWidthWantedIsTold) {
+    Table table({{"A"}, {"B", true}});
+    table.AddRow({"x", "12345"}, "some words that come below");
+    EXPECT_EQ(table.Columns(), 8U);
+    EXPECT_EQ(table.ToText(20), "A  B\nx  12345\n    some words that\n    come below\n");
+}
+
+TEST(Text, LinesAreBrokenAtBlanksOutsideOfQuotes) {
+    EXPECT_EQ(Wrapped("run \"a b c d\" now, or gr\xC3\xBC\xC3\x9F it", "- ", "  ", 10),
+              "- run\n  \"a b c d\"\n  now, or\n  gr\xC3\xBC\xC3\x9F it\n");
+    EXPECT_EQ(Wrapped("  5\" x 3 y and more", "", " ", 8), "  5\" x 3\n y and\n more\n");
+    EXPECT_EQ(Wrapped("", "a", "b", 8), "\n");
+    EXPECT_EQ(Start("gr\xC3\xBC\xC3\x9F it", 4), "gr\xC3\xBC\xC3\x9F");
+}
+
 }  // namespace
 }  // namespace ZQAPI::zqdev

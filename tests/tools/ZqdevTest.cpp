@@ -9,8 +9,8 @@
 #include <nlohmann/json.hpp>
 #include <thread>
 
-#include "LogReader.h"
 #include "ZQSimUdpServer.h"
+#include "commands/LogReader.h"
 #include "devices/ZQDeviceList.h"
 #include "platform/Files.h"
 #include "platform/Process.h"

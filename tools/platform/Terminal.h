@@ -10,6 +10,12 @@ namespace ZQAPI::platform {
 // Whether the stream leads to a terminal (a console) rather than into a file or a pipe.
 bool IsTerminal(std::FILE* stream) noexcept;
 
+// What a line may be long on the terminal that the stream leads to; 0 where it leads elsewhere or that is not known.
+std::size_t TerminalColumns(std::FILE* stream) noexcept;
+
+// What was typed on the terminal and not read yet is lost; what comes from a file or a pipe stays.
+void DropTypedInput(std::FILE* stream) noexcept;
+
 // Writes UTF-8: into files and pipes as it is, and so that a terminal shows it, whatever its code page is.
 // ferror() tells of a failure.
 void WriteUtf8(std::FILE* stream, std::string_view text);

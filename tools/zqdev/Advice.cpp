@@ -1,8 +1,11 @@
 #include "Advice.h"
 
 #include <ZQAPI/ZQErrors.h>
-#include "ConfigFiles.h"
+
+#include <algorithm>
+
 #include "Text.h"
+#include "kit/ConfigFiles.h"
 
 namespace ZQAPI::zqdev {
 
@@ -31,8 +34,7 @@ constexpr const char* kCutOff =
 constexpr const char* kDamaged =
     "{file} is damaged or was edited by hand: check it, then \"{zqdev config seal FILE}\", or restore it";
 
-// The first row that fits is the answer. {file} is the file, {why-not-...} the system's reason; {zqdev ...} becomes
-// a call of the tool.
+// The first row that fits is the answer. {file} is the file, {why-not-...} the system's reason.
 struct Row {
     Subject subject;
     int number;                                // 0: any
@@ -143,39 +145,47 @@ constexpr Row kRows[] = {
     {Subject::kSettings, 0, nullptr, "mend it, then \"{zqdev config seal FILE}\""},
 };
 
-template <class Words>
-void Replace(std::string& text, std::string_view mark, const Words& words) {
-    for (std::size_t start = 0; (start = text.find(mark, start)) != std::string::npos;) {
-        const std::string replacement = words();
-        text.replace(start, mark.size(), replacement);
-        start += replacement.size();
-    }
-}
-
-// Replaces {file}, {why-not-...}, FILE within a call, and the calls themselves.
-std::string Filled(std::string text, const Kit& kit, const std::string& file) {
-    constexpr std::string_view kCall = "{zqdev ";
-    for (std::size_t start = 0; (start = text.find(kCall)) != std::string::npos;) {
-        const std::size_t end = text.find('}', start);
-        std::string arguments = text.substr(start + kCall.size(), end - start - kCall.size());
-        if (const std::size_t name = arguments.find("FILE"); name != std::string::npos) {
-            arguments.replace(name, 4, Quoted(file));
-        }
-        text.replace(start, end + 1 - start, kit.Command(arguments));
-    }
-    Replace(text, "{file}", [&] { return file; });
-    Replace(text, "{why-not-read}", [&] { return ReadingObstacle(file); });
-    Replace(text, "{why-not-written}", [&] { return WritingObstacle(file); });
-    return text;
-}
-
 }  // namespace
+
+std::string Filled(std::string_view text, const Kit& kit, const Words& words) {
+    constexpr std::string_view kCall = "zqdev ";
+    const auto wordOf = [&](std::string_view name) {
+        const auto word =
+            std::find_if(words.begin(), words.end(), [&](const auto& one) { return one.first == name; });
+        return word == words.end() ? std::string() : word->second;
+    };
+    std::string filled;
+    for (std::size_t start = 0; (start = text.find('{')) != std::string_view::npos;) {
+        const std::string_view mark = text.substr(start + 1, text.find('}', start) - start - 1);
+        filled += text.substr(0, start);
+        text.remove_prefix(start + mark.size() + 2);
+        if (!mark.starts_with(kCall)) {
+            filled += wordOf(mark);
+            continue;
+        }
+        std::string arguments(mark.substr(kCall.size()));
+        for (const std::string_view name : {"FILE", "ID"}) {
+            const std::size_t at = arguments.find(name);
+            if (const std::string word = wordOf(name); at != std::string::npos && !word.empty()) {
+                arguments.replace(at, name.size(), word);
+            }
+        }
+        filled += kit.Command(arguments);
+    }
+    return filled.append(text);
+}
 
 std::string Advice(Subject subject, int number, const Kit& kit, const std::string& file) {
     for (const Row& row : kRows) {
         if (row.subject == subject && (row.number == 0 || row.number == number) &&
             (row.applies == nullptr || row.applies(file))) {
-            return Filled(row.advice, kit, file);
+            const std::string_view text = row.advice;
+            const auto has = [&](std::string_view mark) { return text.find(mark) != std::string_view::npos; };
+            return Filled(text, kit,
+                          {{"file", file},
+                           {"FILE", Quoted(file)},
+                           {"why-not-read", has("{why-not-read}") ? ReadingObstacle(file) : ""},
+                           {"why-not-written", has("{why-not-written}") ? WritingObstacle(file) : ""}});
         }
     }
     return "run it again with -v to see what the library does";

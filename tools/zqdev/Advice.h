@@ -2,8 +2,11 @@
 #pragma once
 
 #include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
-#include "Kit.h"
+#include "kit/Kit.h"
 
 namespace ZQAPI::zqdev {
 
@@ -22,6 +25,12 @@ enum class Subject {
     kSeal,        // sealing it
     kSettings,    // a setting in ZQAPI.ini
 };
+
+using Words = std::vector<std::pair<std::string_view, std::string>>;
+
+// A text with its {words} replaced by these, and a {zqdev ...} by that call of the tool for this kit, with the words
+// FILE and ID in it. docs/troubleshooting.md has every text that is given here as a literal.
+std::string Filled(std::string_view text, const Kit& kit, const Words& words = {});
 
 // The step that mends it. `file` is the file that the subject is about.
 std::string Advice(Subject subject, int number, const Kit& kit, const std::string& file);

@@ -9,6 +9,15 @@
 
 namespace ZQAPI::zqdev {
 
+namespace {
+
+std::size_t ColumnsOrUsual(std::FILE* terminal) {
+    const std::size_t columns = platform::TerminalColumns(terminal);
+    return columns > 0 ? columns : Console::kUsualColumns;
+}
+
+}  // namespace
+
 void Console::SetErrorStream(std::FILE* stream) {
     const std::lock_guard lock(m_mutex);
     m_errors = stream;
@@ -29,26 +38,39 @@ void Console::FlushResults() {
     }
 }
 
+std::size_t Console::ResultColumns(std::size_t elsewhere) {
+    return platform::IsTerminal(stdout) ? ColumnsOrUsual(stdout) : elsewhere;
+}
+
 void Console::PrintError(std::string_view text) {
-    PrintLine("zqdev: " + Printable(text) + "\n");
+    PrintWrapped("zqdev: " + Printable(text));
 }
 
 void Console::PrintNote(std::string_view text) {
-    PrintLine(Printable(text) + "\n");
+    PrintWrapped(Printable(text));
 }
 
 bool Console::Confirm(const std::string& question) {
-    if (!platform::IsTerminal(stdin)) {
-        throw Failure("nobody is there to ask; give --yes to go on without", ExitStatus::kWrongUsage);
+    if (!platform::IsTerminal(stdin) || !platform::IsTerminal(m_errors)) {
+        throw Failure("nothing was changed: nobody is there to ask; give --yes to go on without",
+                      ExitStatus::kWrongUsage);
     }
+    platform::DropTypedInput(stdin);
     PrintLine(question + " [y/N] ");
     std::string answer;
-    std::getline(std::cin, answer);
+    if (!std::getline(std::cin, answer)) {
+        PrintLine("\n");
+    }
     return answer == "y" || answer == "Y" || answer == "yes";
 }
 
 void Console::PrintDebug(std::string_view line) {
     PrintLine(Printable(line) + "\n");
+}
+
+void Console::PrintWrapped(const std::string& text) {
+    PrintLine(platform::IsTerminal(m_errors) ? Wrapped(text, "", "  ", ColumnsOrUsual(m_errors))
+                                             : text + "\n");
 }
 
 void Console::PrintLine(const std::string& line) {
@@ -59,15 +81,19 @@ void Console::PrintLine(const std::string& line) {
     std::fflush(m_errors);
 }
 
-void Console::ShowProgress(const std::string& text) {
+void Console::ShowProgress(std::string_view text, std::string_view end) {
+    constexpr std::size_t kInterruption = 3;  // "^C", and the cursor
     const std::lock_guard lock(m_mutex);
     if (!platform::IsTerminal(m_errors)) {
         return;
     }
     EraseProgress();
-    platform::WriteUtf8(m_errors, text);
+    const std::size_t taken = ColumnsOf(end) + kInterruption;
+    const std::size_t columns = ColumnsOrUsual(m_errors);
+    const std::string shown = std::string(Start(text, columns > taken ? columns - taken : 0)).append(end);
+    platform::WriteUtf8(m_errors, shown);
     std::fflush(m_errors);
-    m_progressColumns = ColumnsOf(text);
+    m_progressColumns = ColumnsOf(shown);
     platform::EraseWhenInterrupted(m_errors, m_progressColumns);
 }
 

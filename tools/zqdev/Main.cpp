@@ -1,7 +1,7 @@
 // zqdev: the device library from the command line.
 #include <exception>
 
-#include "Commands.h"
+#include "commands/Commands.h"
 #include "foundation/ZQException.h"
 
 namespace ZQAPI::zqdev {
@@ -15,6 +15,7 @@ int Code(ExitStatus status) {
 int Main(int argc, const char* const* argv, Console& console) {
     tools::CommandLine line("Lists, finds and edits the camera devices of this machine.", "zqdev");
     Session session(console);
+    session.GetOptions().program = argc > 0 ? argv[0] : "";
     line.RequireCommand();
     line.AddGeneralFlags("zqdev " ZQDEV_VERSION);
     line.AddOption("--kit", session.GetOptions().kitFolder,
@@ -33,7 +34,11 @@ int Main(int argc, const char* const* argv, Console& console) {
     }
     line.AddHelpCommand();
     try {
-        return Code(line.Read(argc, argv) ? session.Run() : ExitStatus::kDone);
+        if (line.Read(argc, argv)) {
+            return Code(session.Run());
+        }
+        console.FlushResults();  // the help
+        return Code(ExitStatus::kDone);
     } catch (const tools::WrongUsage& error) {
         throw Failure(std::string(error.what()) + "; see \"zqdev --help\"", ExitStatus::kWrongUsage);
     }

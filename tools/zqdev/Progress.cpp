@@ -21,8 +21,7 @@ std::chrono::milliseconds WithProgress(Console& console, const std::string& what
     const std::string outOf = total > std::chrono::milliseconds(0) ? " of " + Seconds(total) : "";
     std::future<void> done = std::async(std::launch::async, call);
     while (done.wait_for(std::chrono::milliseconds(100)) != std::future_status::ready) {
-        std::string shown = what;
-        console.ShowProgress(shown.append(", ").append(Seconds(elapsed())).append(outOf));
+        console.ShowProgress(what, ", " + Seconds(elapsed()) + outOf);
     }
     console.ShowProgress("");
     done.get();

@@ -23,6 +23,13 @@ std::string Latin1ToUtf8(std::string_view text) {
     return utf8;
 }
 
+constexpr std::string_view kScannerPrefix = "SCANNER_";
+
+// As the command line takes it, too.
+std::string ShortScannerName(const std::string& name) {
+    return name.starts_with(kScannerPrefix) ? name.substr(kScannerPrefix.size()) : name;
+}
+
 const ZQDEVICEINFO* FindFirst(const std::vector<ZQDEVICEINFO>& devices, device::Field ZQDEVICEINFO::*member,
                               std::string_view text) {
     const auto found = std::find_if(devices.begin(), devices.end(), [&](const ZQDEVICEINFO& device) {
@@ -78,15 +85,32 @@ Json ToJson(const std::vector<ZQDEVICEINFO>& devices) {
     return json;
 }
 
-std::string ToTable(const std::vector<ZQDEVICEINFO>& devices) {
-    Table table({{"NAME"}, {"ID", true}, {"TYPE"}, {"SCANNER"}, {"ADDRESS"}, {"FIRMWARE"}});
+std::string ToTable(const std::vector<ZQDEVICEINFO>& devices, std::size_t terminalColumns) {
+    const std::vector<Table::Column> columns = {{"NAME"},    {"ID", true}, {"TYPE"},
+                                                {"SCANNER"}, {"ADDRESS"},  {"FIRMWARE"}};
+    Table table(columns);
+    Table withShortNames(columns);
+    Table narrow({{"NAME"}, {"ID", true}, {"ADDRESS"}});
     for (const ZQDEVICEINFO& device : devices) {
-        table.AddRow(
-            {Printable(device::Text(device.Name)), Printable(device::Text(device.DeviceID)),
-             Printable(device::Text(device.DeviceTypeByName)), Printable(device::Text(device.UsedScanner)),
-             Printable(device::Text(device.UsedAddress)), Printable(device::Text(device.FirmwareVersion))});
+        const std::string name = Printable(device::Text(device.Name));
+        const std::string id = Printable(device::Text(device.DeviceID));
+        const std::string type = Printable(device::Text(device.DeviceTypeByName));
+        const std::string scanner = Printable(device::Text(device.UsedScanner));
+        const std::string address = Printable(device::Text(device.UsedAddress));
+        const std::string firmware = Printable(device::Text(device.FirmwareVersion));
+        table.AddRow({name, id, type, scanner, address, firmware});
+        withShortNames.AddRow({name, id, type, ShortScannerName(scanner), address, firmware});
+        narrow.AddRow({name, id, address}, type + ", by " + scanner + ", firmware " + firmware);
     }
-    return table.ToText();
+    if (terminalColumns == 0) {
+        return table.ToText();
+    }
+    for (const Table& one : {table, withShortNames}) {
+        if (one.Columns() <= terminalColumns) {
+            return one.ToText(terminalColumns);
+        }
+    }
+    return narrow.ToText(terminalColumns);
 }
 
 std::string ToText(const ZQDEVICEINFO& device) {
@@ -130,7 +154,7 @@ std::optional<device::Scanner> ParseScanner(const std::string& text) {
     }
     const CZQString name = CZQString(text).MakeUpper();
     const auto scanner = device::ScannerFromName(name.view());
-    return scanner ? scanner : device::ScannerFromName(("SCANNER_" + name).view());
+    return scanner ? scanner : device::ScannerFromName(std::string(kScannerPrefix) + name.str());
 }
 
 std::string CheckScanner(const std::string& text) {

@@ -30,8 +30,8 @@ Json ToJson(std::string_view text);
 Json ToJson(const ZQDEVICEINFO& device);
 Json ToJson(const std::vector<ZQDEVICEINFO>& devices);
 
-// The devices one below the other, and one device in full.
-std::string ToTable(const std::vector<ZQDEVICEINFO>& devices);
+// The devices one below the other, for a terminal of so many columns (0: for no terminal), and one device in full.
+std::string ToTable(const std::vector<ZQDEVICEINFO>& devices, std::size_t terminalColumns);
 std::string ToText(const ZQDEVICEINFO& device);
 
 // "1 device", "3 devices"

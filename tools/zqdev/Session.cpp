@@ -1,8 +1,8 @@
 #include "Session.h"
 
-#include "ConfigFiles.h"
 #include "Text.h"
 #include "foundation/ZQSystem.h"
+#include "kit/ConfigFiles.h"
 
 namespace ZQAPI::zqdev {
 
@@ -40,8 +40,8 @@ ExitStatus Session::Run() {
     return status;
 }
 
-bool Session::ListenDuring(const std::function<void(std::string_view message)>& onMessage,
-                           const std::function<void()>& call) {
+std::string Session::ListenDuring(const std::function<void(std::string_view message)>& onMessage,
+                                  const std::function<void()>& call) {
     platform::SystemErrorCode error = 0;
     StopListening();
     const bool isHeard = StartListening(
@@ -54,17 +54,18 @@ bool Session::ListenDuring(const std::function<void(std::string_view message)>& 
             }
         },
         error);
+    const std::string whyNot = isHeard ? std::string() : FormatSystemError(error).str();
     call();
     StopListening();
     if (m_options.verbose) {
         ShowDebugOutput(error);
     }
-    return isHeard;
+    return whyNot;
 }
 
 const Kit& Session::GetKit() {
     if (!m_kit) {
-        m_kit.emplace(m_options.kitFolder);
+        m_kit.emplace(m_options.kitFolder, m_options.program);
     }
     return *m_kit;
 }
@@ -105,8 +106,9 @@ ZQDEVICEINFO Session::GetDevice(const std::string& idOrName) {
         device = FindByName(devices, idOrName);
     }
     if (device == nullptr) {
-        throw Failure("there is no device '" + idOrName + "' in the list; \"" + GetKit().Command("list") +
-                      "\" shows the identifiers and names");
+        throw Failure(
+            Filled("there is no device '{id}' in the list; \"{zqdev list}\" shows the identifiers and names",
+                   GetKit(), {{"id", idOrName}}));
     }
     return *device;
 }
@@ -131,9 +133,10 @@ void Session::Save(bool allowEmpty) {
     m_lock.reset();  // nobody waits for whoever reads the results
     const std::string file = GetKit().DevicesIni();
     if (const std::string obstacle = error ? WritingObstacle(file) : std::string(); !obstacle.empty()) {
-        throw Failure("the device list was not saved: " + obstacle + ": " + file + " (error " +
-                      std::to_string(error.value()) +
-                      "); see that its folder can be written to and has room, or run it as a user who may");
+        throw Failure(Filled(
+            "the device list was not saved: {why}: {file} (error {number}); see that its folder can be "
+            "written to and has room, or run it as a user who may",
+            GetKit(), {{"why", obstacle}, {"file", file}, {"number", std::to_string(error.value())}}));
     }
     Check(error, "can't save the device list", Subject::kSaving);
 }

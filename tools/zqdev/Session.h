@@ -10,11 +10,11 @@
 
 #include "Advice.h"
 #include "Console.h"
-#include "EditLock.h"
 #include "Failure.h"
-#include "Kit.h"
-#include "KitLibrary.h"
 #include "Records.h"
+#include "kit/EditLock.h"
+#include "kit/Kit.h"
+#include "kit/KitLibrary.h"
 #include "tools/platform/DebugCapture.h"
 
 namespace ZQAPI::zqdev {
@@ -26,6 +26,7 @@ public:
     using Action = std::function<ExitStatus()>;
 
     struct Options {
+        std::string program;    // that the tool was called by
         std::string kitFolder;  // empty: the tool's own
         bool json = false;
         bool verbose = false;
@@ -68,9 +69,9 @@ public:
     void Save(bool allowEmpty);
 
     // While the call runs, the first line of each message that the library writes to its debug output is handed
-    // over, one at a time, on another thread. False when nobody can listen; the call runs all the same.
-    bool ListenDuring(const std::function<void(std::string_view message)>& onMessage,
-                      const std::function<void()>& call);
+    // over, one at a time, on another thread. Why nobody can listen, if so; the call runs all the same.
+    std::string ListenDuring(const std::function<void(std::string_view message)>& onMessage,
+                             const std::function<void()>& call);
 
     // Shows the result: the JSON, in ASCII whatever its texts are, or, for people, the text, which is printable.
     void Show(const Json& json, const std::string& text);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <limits>
 #include <numeric>
 
 #include "platform/Files.h"
@@ -12,6 +13,7 @@ namespace {
 
 constexpr std::size_t kGap = 2;         // columns between two cells
 constexpr std::size_t kNarrowest = 10;  // a column is not broken to less than this
+constexpr const char* kBeneath = "    ";
 
 bool IsContinuation(char c) {
     return (static_cast<std::uint8_t>(c) & 0xC0U) == 0x80;
@@ -19,13 +21,7 @@ bool IsContinuation(char c) {
 
 // Takes at most `width` columns off the text's start, up to a blank where there is one.
 std::string_view TakeLine(std::string_view& text, std::size_t width) {
-    std::size_t end = 0;
-    for (std::size_t columns = 0; end < text.size(); ++end) {
-        columns += IsContinuation(text[end]) ? 0 : 1;
-        if (columns > width) {
-            break;
-        }
-    }
+    std::size_t end = Start(text, width).size();
     std::size_t next = end;
     if (end < text.size()) {
         const std::size_t blank = text.substr(0, end + 1).rfind(' ');
@@ -37,6 +33,18 @@ std::string_view TakeLine(std::string_view& text, std::size_t width) {
     const std::string_view line = text.substr(0, end);
     text.remove_prefix(next);
     return line;
+}
+
+// Up to a blank that is not in double quotes; a quote without its other end is none.
+std::string_view TakeWord(std::string_view& text) {
+    std::size_t end = text.find_first_of(" \"");
+    while (end < text.size() && text[end] == '"') {
+        const std::size_t closing = text.find('"', end + 1);
+        end = text.find_first_of(" \"", closing < text.size() ? closing + 1 : end + 1);
+    }
+    const std::string_view word = text.substr(0, end);
+    text.remove_prefix(std::min(word.size() + 1, text.size()));
+    return word;
 }
 
 void AppendLine(std::string& text, const std::vector<std::string_view>& cells,
@@ -70,15 +78,23 @@ std::size_t ColumnsOf(std::string_view printable) {
         std::count_if(printable.begin(), printable.end(), [](char c) { return !IsContinuation(c); }));
 }
 
+std::string_view Start(std::string_view printable, std::size_t columns) {
+    std::size_t end = 0;
+    for (std::size_t taken = 0; end < printable.size(); ++end) {
+        taken += IsContinuation(printable[end]) ? 0 : 1;
+        if (taken > columns) {
+            break;
+        }
+    }
+    return printable.substr(0, end);
+}
+
 std::string Wrapped(std::string_view printable, std::string_view indent, std::string_view moreIndent,
                     std::size_t width) {
     std::string text;
     std::size_t columns = 0;
-    while (!printable.empty()) {
-        const std::size_t end = std::min(printable.find(' '), printable.size());
-        const std::string_view word = printable.substr(0, end);
-        printable.remove_prefix(std::min(end + 1, printable.size()));
-        const bool isFirst = text.empty();
+    for (bool isFirst = true; !printable.empty(); isFirst = false) {
+        const std::string_view word = TakeWord(printable);
         if (isFirst || columns + 1 + ColumnsOf(word) > width) {
             const std::string_view start = isFirst ? indent : moreIndent;
             text.append(isFirst ? "" : "\n").append(start).append(word);
@@ -104,18 +120,23 @@ Table::Table(std::vector<Column> columns) : m_columns(std::move(columns)) {
     for (const Column& column : m_columns) {
         headings.push_back(column.heading);
     }
-    m_rows.push_back(std::move(headings));
+    m_rows.push_back({std::move(headings), {}});
 }
 
-void Table::AddRow(const std::vector<std::string>& cells) {
-    m_rows.push_back(cells);
+void Table::AddRow(const std::vector<std::string>& cells, const std::string& beneath) {
+    m_rows.push_back({cells, beneath});
+}
+
+std::size_t Table::Columns() const {
+    const std::vector<std::size_t> widths = Widths(std::numeric_limits<std::size_t>::max());
+    return std::accumulate(widths.begin(), widths.end(), kGap * (widths.size() - 1));
 }
 
 std::vector<std::size_t> Table::Widths(std::size_t limit) const {
     std::vector<std::size_t> widths(m_columns.size(), 0);
-    for (const auto& row : m_rows) {
-        for (std::size_t i = 0; i < row.size(); ++i) {
-            widths[i] = std::max(widths[i], ColumnsOf(row[i]));
+    for (const Row& row : m_rows) {
+        for (std::size_t i = 0; i < row.cells.size(); ++i) {
+            widths[i] = std::max(widths[i], ColumnsOf(row.cells[i]));
         }
     }
     const std::size_t gaps = kGap * (widths.size() - 1);
@@ -138,8 +159,8 @@ std::vector<std::size_t> Table::Widths(std::size_t limit) const {
 std::string Table::ToText(std::size_t width) const {
     const std::vector<std::size_t> widths = Widths(width);
     std::string text;
-    for (const auto& row : m_rows) {
-        std::vector<std::string_view> rest(row.begin(), row.end());
+    for (const Row& row : m_rows) {
+        std::vector<std::string_view> rest(row.cells.begin(), row.cells.end());
         do {
             std::vector<std::string_view> line(rest.size());
             for (std::size_t i = 0; i < rest.size(); ++i) {
@@ -147,6 +168,9 @@ std::string Table::ToText(std::size_t width) const {
             }
             AppendLine(text, line, widths);
         } while (std::any_of(rest.begin(), rest.end(), [](std::string_view cell) { return !cell.empty(); }));
+        if (!row.beneath.empty()) {
+            text += Wrapped(row.beneath, kBeneath, kBeneath, width);
+        }
     }
     return text;
 }

@@ -1,6 +1,8 @@
 #include "tools/platform/Terminal.h"
 
 #include <signal.h>
+#include <sys/ioctl.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -49,6 +51,15 @@ void EraseWhenInterrupted(std::FILE* stream, std::size_t columns) noexcept {
 
 bool IsTerminal(std::FILE* stream) noexcept {
     return ::isatty(::fileno(stream)) == 1;
+}
+
+std::size_t TerminalColumns(std::FILE* stream) noexcept {
+    winsize size{};
+    return ::ioctl(::fileno(stream), TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
+}
+
+void DropTypedInput(std::FILE* stream) noexcept {
+    ::tcflush(::fileno(stream), TCIFLUSH);
 }
 
 void WriteUtf8(std::FILE* stream, std::string_view text) {

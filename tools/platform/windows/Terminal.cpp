@@ -42,6 +42,19 @@ bool IsTerminal(std::FILE* stream) noexcept {
     return ::GetConsoleMode(HandleOf(stream), &mode) != 0;
 }
 
+std::size_t TerminalColumns(std::FILE* stream) noexcept {
+    CONSOLE_SCREEN_BUFFER_INFO screen{};
+    if (::GetConsoleScreenBufferInfo(HandleOf(stream), &screen) == 0) {
+        return 0;
+    }
+    // The last column stays free: with it a console's cursor goes to the next line, and the line's end to another.
+    return static_cast<std::size_t>(std::max(screen.srWindow.Right - screen.srWindow.Left, 0));
+}
+
+void DropTypedInput(std::FILE* stream) noexcept {
+    ::FlushConsoleInputBuffer(HandleOf(stream));
+}
+
 void EraseWhenInterrupted(std::FILE* stream, std::size_t columns) noexcept {
     static const bool isInstalled = ::SetConsoleCtrlHandler(OnInterrupt, TRUE) != FALSE;
     g_console = HandleOf(stream);

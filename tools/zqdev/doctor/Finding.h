@@ -3,13 +3,15 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
-#include "../Kit.h"
-#include "../ScanSettings.h"
-#include "Fixes.h"
+#include "Advice.h"
 #include "communication/ZQComNetInterface.h"
+#include "doctor/Fixes.h"
+#include "kit/Kit.h"
+#include "kit/ScanSettings.h"
 
 namespace ZQAPI::zqdev::doctor {
 
@@ -42,9 +44,9 @@ struct Patient {
     std::vector<CZQComNetInterface> cards;
 };
 
-// A fix with its {words} replaced: calls of the tool by those for this kit, the others by these.
-std::string Filled(Fix fix, const Kit& kit,
-                   const std::vector<std::pair<std::string, std::string>>& words = {});
+inline std::string Filled(Fix fix, const Kit& kit, const Words& words = {}) {
+    return zqdev::Filled(TextOf(fix), kit, words);
+}
 
 struct Check {
     const char* name;

@@ -1,4 +1,4 @@
-#include "FirewallRules.h"
+#include "doctor/FirewallRules.h"
 
 #include <algorithm>
 #include <charconv>

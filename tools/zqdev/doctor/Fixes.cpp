@@ -1,4 +1,4 @@
-#include "Fixes.h"
+#include "doctor/Fixes.h"
 
 #include <iterator>
 
@@ -43,7 +43,8 @@ constexpr Row kRows[] = {
      "install the maker's software, or leave the scanner out: \"{zqdev config set ActiveScanners NAMES}\""},
     {Fix::kMissingFile, "make it: \"{zqdev config init}\""},
     {Fix::kUnreadable, "let this user read it, or run it as a user who may"},
-    {Fix::kUnwritable, "whoever is to save needs the right to write to the folder, not only to the file"},
+    {Fix::kUnwritable,
+     "whoever is to save needs the right to write to the folder, not only to the file, and room on its disk"},
     {Fix::kAnybodyWrites, "take the right away from all others: \"chmod o-w {file}\""},
     {Fix::kBrokenSeal, "look at it; if it is as it should be: \"{zqdev config seal FILE}\", else restore it"},
     {Fix::kNoSeal, "seal it: \"{zqdev config seal FILE}\""},

@@ -4,13 +4,13 @@
 
 #include <algorithm>
 
-#include "../ConfigFiles.h"
-#include "../Text.h"
-#include "Finding.h"
+#include "Text.h"
 #include "communication/ZQImaqLibrary.h"
+#include "doctor/Finding.h"
 #include "foundation/ZQDynamicDLL.h"
 #include "foundation/ZQException.h"
 #include "foundation/ZQSystem.h"
+#include "kit/ConfigFiles.h"
 #include "platform/Files.h"
 #include "scanners/ZQScanAdimecCL.h"
 #include "scanners/ZQScanIFBoFX.h"

@@ -2,11 +2,11 @@
 #include <algorithm>
 #include <sstream>
 
-#include "../Text.h"
-#include "Finding.h"
+#include "Text.h"
 #include "communication/ZQComICMPPing.h"
 #include "communication/ZQComUDP.h"
 #include "communication/ZQSerialPortNumber.h"
+#include "doctor/Finding.h"
 #include "foundation/ZQException.h"
 #include "platform/Process.h"
 #include "platform/SerialPort.h"

@@ -1,10 +1,10 @@
 // Whether the cameras' answers can come.
 #include <algorithm>
 
-#include "../Text.h"
-#include "Finding.h"
-#include "FirewallRules.h"
+#include "Text.h"
 #include "communication/ZQIpv4.h"
+#include "doctor/Finding.h"
+#include "doctor/FirewallRules.h"
 #include "foundation/ZQString.h"
 #include "tools/platform/SystemSetup.h"
 

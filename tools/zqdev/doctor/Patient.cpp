@@ -1,11 +1,11 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "../ConfigFiles.h"
-#include "../Text.h"
-#include "Finding.h"
+#include "Text.h"
 #include "communication/ZQComWs2DllInit.h"
+#include "doctor/Finding.h"
 #include "foundation/ZQStringArray.h"
+#include "kit/ConfigFiles.h"
 #include "scanners/ZQScannerTable.h"
 
 namespace ZQAPI::zqdev::doctor {
@@ -61,30 +61,6 @@ std::string Patient::Setting(const std::string& section, const std::string& key)
         }
     }
     return {};
-}
-
-std::string Filled(Fix fix, const Kit& kit, const std::vector<std::pair<std::string, std::string>>& words) {
-    std::string text = TextOf(fix);
-    const auto replaceAll = [](std::string& in, const std::string& mark, const std::string& by) {
-        for (std::size_t at = 0; (at = in.find(mark, at)) != std::string::npos; at += by.size()) {
-            in.replace(at, mark.size(), by);
-        }
-    };
-    constexpr std::string_view kCall = "{zqdev ";
-    for (std::size_t start = 0; (start = text.find(kCall)) != std::string::npos;) {
-        const std::size_t end = text.find('}', start);
-        std::string arguments = text.substr(start + kCall.size(), end - start - kCall.size());
-        for (const auto& [name, value] : words) {
-            if (name == "FILE") {
-                replaceAll(arguments, name, value);
-            }
-        }
-        text.replace(start, end + 1 - start, kit.Command(arguments));
-    }
-    for (const auto& [name, value] : words) {
-        replaceAll(text, "{" + name + "}", value);
-    }
-    return text;
 }
 
 }  // namespace ZQAPI::zqdev::doctor
