@@ -9,7 +9,7 @@
 #include "foundation/ZQException.h"
 #include "foundation/ZQLogger.h"
 #include "scanners/ZQLoggerSettings.h"
-#include "scanners/ZQNetAddressChange.h"
+#include "scanners/address_change/ZQNetAddressChange.h"
 
 namespace ZQAPI {
 

@@ -10,8 +10,8 @@
 
 #include "devices/ZQCamConfigFile.h"
 #include "foundation/ZQException.h"
-#include "scanners/ZQNetAddressChange.h"
 #include "scanners/ZQScannerTable.h"
+#include "scanners/address_change/ZQNetAddressChange.h"
 #include "support/ExpectError.h"
 #include "support/FileBytes.h"
 #include "support/LocalKit.h"

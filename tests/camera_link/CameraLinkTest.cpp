@@ -4,7 +4,7 @@
 #include <thread>
 
 #include "camera_link/ZQCLSerial.h"
-#include "scanners/ZQScanAdimecCL.h"
+#include "scanners/serial/ZQScanAdimecCL.h"
 #include "support/ExpectError.h"
 #include "support/RecordingLogger.h"
 #include "support/SampleDevices.h"

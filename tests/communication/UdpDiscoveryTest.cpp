@@ -7,8 +7,8 @@
 
 #include "communication/ZQComICMPPing.h"
 #include "communication/ZQComUDP.h"
-#include "scanners/ZQUdpDiscovery.h"
-#include "scanners/ZQUdpScanLines.h"
+#include "scanners/udp/ZQUdpDiscovery.h"
+#include "scanners/udp/ZQUdpScanLines.h"
 #include "support/DebugLines.h"
 #include "support/ExpectError.h"
 #include "support/UdpPeer.h"

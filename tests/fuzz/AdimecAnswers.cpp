@@ -2,7 +2,7 @@
 // of the buffer for the answer.
 #include "Fuzz.h"
 #include "camera_link/ZQAdimecCameraControl.h"
-#include "scanners/ZQScanAdimecCL.h"
+#include "scanners/serial/ZQScanAdimecCL.h"
 #include "support/ScriptedPort.h"
 
 namespace ZQAPI::fuzz {

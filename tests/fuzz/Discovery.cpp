@@ -1,7 +1,7 @@
 // Answers to discovery. Input: one byte, the last of the sender's address; then the datagrams, a part each.
 #include "Fuzz.h"
 #include "platform/UdpSocket.h"
-#include "scanners/ZQUdpAnswers.h"
+#include "scanners/udp/ZQUdpAnswers.h"
 
 namespace ZQAPI::fuzz {
 

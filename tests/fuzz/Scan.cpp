@@ -10,8 +10,8 @@
 #include "communication/ZQComIPAddr.h"
 #include "devices/ZQSdkPaths.h"
 #include "foundation/ZQDynamicDLL.h"
-#include "scanners/ZQScanIFZqUDP.h"
-#include "scanners/ZQUdpAnswers.h"
+#include "scanners/udp/ZQScanIFZqUDP.h"
+#include "scanners/udp/ZQUdpAnswers.h"
 
 namespace ZQAPI::fuzz {
 

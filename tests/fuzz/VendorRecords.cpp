@@ -4,9 +4,9 @@
 
 #include "Fuzz.h"
 #include "foundation/ZQDynamicDLL.h"
-#include "scanners/ZQScanIFIDSUEye.h"
-#include "scanners/ZQScanIFMatrixVision.h"
-#include "scanners/ZQScanIFPGRFly.h"
+#include "scanners/vendor/ZQScanIFIDSUEye.h"
+#include "scanners/vendor/ZQScanIFMatrixVision.h"
+#include "scanners/vendor/ZQScanIFPGRFly.h"
 
 namespace ZQAPI::fuzz {
 

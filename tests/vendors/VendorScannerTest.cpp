@@ -1,5 +1,5 @@
 // What the scanners over vendors' libraries have in common, over cameras that the test makes up.
-#include "scanners/ZQVendorScanner.h"
+#include "scanners/vendor/ZQVendorScanner.h"
 
 #include <gtest/gtest.h>
 

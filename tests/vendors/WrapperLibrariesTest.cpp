@@ -4,8 +4,8 @@
 #include <future>
 #include <thread>
 
-#include "scanners/ZQGigEAddressChange.h"
-#include "scanners/ZQScanIFZQGigE.h"
+#include "scanners/address_change/ZQGigEAddressChange.h"
+#include "scanners/vendor/ZQScanIFZQGigE.h"
 #include "support/ExpectError.h"
 #include "support/KitScan.h"
 #include "support/SampleDevices.h"

@@ -6,8 +6,8 @@
 #include "foundation/ZQException.h"
 #include "kit/ConfigFiles.h"
 #include "scan/Sighting.h"
-#include "scanners/ZQNetAddressChange.h"
 #include "scanners/ZQScannerTable.h"
+#include "scanners/address_change/ZQNetAddressChange.h"
 
 namespace ZQAPI::zqdev {
 

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "devices/ZQScannerOutcome.h"
-#include "scanners/ZQSerialScanLines.h"
-#include "scanners/ZQUdpScanLines.h"
+#include "scanners/serial/ZQSerialScanLines.h"
+#include "scanners/udp/ZQUdpScanLines.h"
 
 namespace ZQAPI::zqdev {
 

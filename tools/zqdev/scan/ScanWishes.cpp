@@ -8,8 +8,8 @@
 #include "kit/ConfigFiles.h"
 #include "kit/ScanSettings.h"
 #include "platform/Process.h"
-#include "scanners/ZQNetworkCards.h"
 #include "scanners/ZQScannerTable.h"
+#include "scanners/udp/ZQNetworkCards.h"
 
 namespace ZQAPI::zqdev {
 

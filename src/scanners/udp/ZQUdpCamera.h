@@ -1,0 +1,85 @@
+#pragma once
+
+#include <exception>
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+
+#include "devices/ZQDeviceInfo.h"
+#include "devices/ZQSdkPaths.h"
+#include "foundation/ZQException.h"
+#include "scanners/ZQTextCommandCamera.h"
+#include "scanners/udp/ZQIdentificationWorkers.h"
+#include "scanners/udp/ZQUdpDiscovery.h"
+
+namespace ZQAPI {
+
+// What the kit's files say to one search, looked up once. Thread-safe.
+class CZQUdpKitFiles {
+public:
+    explicit CZQUdpKitFiles(const CZQSdkPaths& kit) : m_kit(kit) {}
+
+    const CZQString& CommandModule() const noexcept { return m_commandModule; }
+    bool HasConfigFileOf(const CZQString& deviceType) const;
+    // Sets IAM and IAMAddress of a record whose device type is known; `ipAddress` where images come over the
+    // network. Errors of the type's camera configuration file.
+    void ChooseImagePath(CZQDeviceInfo& device, const CZQString& ipAddress);
+
+private:
+    CZQString IamOf(const CZQString& deviceType);
+
+    const CZQSdkPaths m_kit;
+    const CZQString m_commandModule = m_kit.GetCcmPath() + "ZQCCMUdpAPI.dll";
+    std::mutex m_mutex;
+    std::map<std::string, CZQString> m_iams;  // by device type
+};
+
+// A camera that was heard, and what it says of itself once it has been asked.
+class CZQUdpCamera : public CZQIdentificationTask {
+public:
+    // Called on the thread that asked, at once.
+    using IdentifiedCallback = std::function<void(const CZQDeviceInfo& device)>;
+
+    CZQUdpCamera(SUdpDeviceConnInfo answer, std::shared_ptr<CZQUdpKitFiles> kitFiles,
+                 IdentifiedCallback onIdentified);
+
+    EEnd Ask() noexcept override;
+    void Abort(bool forGood) noexcept override;
+    Clock::time_point LastAnswer() const noexcept override;
+
+    // The record, or nothing when identification failed or the time was over before it was done.
+    std::optional<CZQDeviceInfo> GetDevice() const;
+    // Throws what identification failed with, if it did.
+    void RethrowFailure() const;
+    // The device type, if that is what it failed with: the kit has no camera configuration file for it.
+    CZQString GetUnknownType() const;
+    // For messages: "Address=192.168.1.117, HardwareAddress=00A1B2C3D4E5".
+    CZQString ToText() const;
+
+private:
+    using Connection = std::shared_ptr<CZQTextCommandCamera>;
+
+    Connection BeginAttempt();
+    EEnd Identify(CZQTextCommandCamera& camera);
+    void ReadDevice(CZQTextCommandCamera& camera, CZQDeviceInfo& device);
+    EEnd Fail(bool isForWantOfMeans) noexcept;
+    EEnd FailToIdentify(const CZQException& exception, const CZQString& deviceType);
+    bool IsAborted() const noexcept;
+
+    const SUdpDeviceConnInfo m_answer;
+    const std::shared_ptr<CZQUdpKitFiles> m_kitFiles;
+    const IdentifiedCallback m_onIdentified;
+
+    mutable std::mutex m_mutex;  // for what follows
+    Connection m_connection;     // of the attempt under way
+    bool m_isAborted = false;    // the attempt under way
+    bool m_isOver = false;       // aborted for good
+    std::optional<CZQDeviceInfo> m_device;
+    std::exception_ptr m_failure;
+    CZQString m_unknownType;
+};
+
+}  // namespace ZQAPI
