@@ -40,7 +40,7 @@ constexpr int kThreadsPerCamera = 2;
 constexpr int kCostOfFailure = 4;
 constexpr int kMaxDebt = 1000;
 // Of the processors, and of the sockets that the process may have.
-constexpr int kProcessorShare = 2;
+constexpr int kProcessorShare = 4;
 constexpr std::size_t kSocketShare = 4;
 
 constexpr milliseconds kIdleTime{1000};

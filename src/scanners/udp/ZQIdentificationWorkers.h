@@ -42,7 +42,7 @@ public:
     using Clock = CZQIdentificationTask::Clock;
 
     // Threads of the process that ask at the same time, at most; the second number while cameras answer, but so slowly
-    // that half of the processors' time is left. Fewer where the system gives fewer.
+    // that three quarters of the processors' time are left. Fewer where the system gives fewer.
     static constexpr unsigned kFewThreads = 64;
     static constexpr unsigned kMaxThreads = 512;
 
