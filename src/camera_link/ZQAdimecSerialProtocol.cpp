@@ -10,8 +10,8 @@ namespace ZQAPI {
 
 namespace {
 
-constexpr char kStart = '@';
-constexpr char kEnd = '\r';
+constexpr char kStartByte = '@';
+constexpr char kEndByte = '\r';
 constexpr char kAck = 0x06;
 constexpr char kNak = 0x15;
 
@@ -54,7 +54,7 @@ std::vector<std::uint8_t> CZQAdimecSerialProtocol::CreateTelegram(const CZQStrin
     if (cmd.IsEmpty()) {
         ZQ_THROW("CZQAdimecSerialProtocol::CreateTelegram", ZQ_ERR_BAD_VALUE);
     }
-    const std::string text = kStart + cmd.str() + cmdData.str() + kEnd;
+    const std::string text = kStartByte + cmd.str() + cmdData.str() + kEndByte;
     return {text.begin(), text.end()};
 }
 
@@ -142,8 +142,8 @@ void CZQAdimecSerialProtocol::RecvData(char* buffer, std::uint32_t size, std::ui
     while (!isEnded) {
         const std::optional<char> byte = ReadByte(ZQ_HERE("CZQAdimecSerialProtocol::RecvData"), timeoutMs);
         if (byte && !isStarted) {
-            isStarted = byte == kStart;
-        } else if (byte == kEnd) {
+            isStarted = byte == kStartByte;
+        } else if (byte == kEndByte) {
             isEnded = true;
         } else if (byte) {
             if (data.size() + 1 >= size) {

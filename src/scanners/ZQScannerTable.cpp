@@ -60,7 +60,7 @@ struct Row {
     std::span<const SSettingRow> (*getSettings)() = nullptr;  // null: it has none
 };
 
-constexpr Row kRows[] = {
+constexpr Row kScannerRows[] = {
     {.number = ZQDEV_SCANNER_MANUAL, .precedence = 13, .make = MakeNone},
     {.number = ZQDEV_SCANNER_ZQ_UDP,
      .precedence = 10,
@@ -99,15 +99,16 @@ constexpr Row kRows[] = {
 // Every number has its row, and every row a precedence of its own.
 constexpr bool IsComplete() {
     std::uint64_t precedences = 0;
-    for (std::size_t i = 0; i < std::size(kRows); ++i) {
-        if (kRows[i].number != static_cast<std::int32_t>(i) || kRows[i].precedence >= std::size(kRows)) {
+    for (std::size_t i = 0; i < std::size(kScannerRows); ++i) {
+        if (kScannerRows[i].number != static_cast<std::int32_t>(i) ||
+            kScannerRows[i].precedence >= std::size(kScannerRows)) {
             return false;
         }
-        precedences |= std::uint64_t{1} << kRows[i].precedence;
+        precedences |= std::uint64_t{1} << kScannerRows[i].precedence;
     }
-    return precedences == (std::uint64_t{1} << std::size(kRows)) - 1;
+    return precedences == (std::uint64_t{1} << std::size(kScannerRows)) - 1;
 }
-static_assert(std::size(kRows) == ZQDEV_NOF_SCANNERS && IsComplete());
+static_assert(std::size(kScannerRows) == ZQDEV_NOF_SCANNERS && IsComplete());
 
 constexpr const char* kNamesOfAll[] = {
 #define ZQ_SCANNER_ROW(scanner, number, cppName, ccm, iam) ZQDEV_SCANNER_NAME_##scanner,
@@ -127,10 +128,10 @@ CZQString SectionOf(const CZQString& name) {
 }
 
 const Row* FindRow(const CZQString& name) {
-    const auto* row = std::find_if(std::begin(kRows), std::end(kRows), [&](const Row& candidate) {
-        return name == kScannerNames[candidate.number].scanner;
-    });
-    return row == std::end(kRows) ? nullptr : row;
+    const auto* row =
+        std::find_if(std::begin(kScannerRows), std::end(kScannerRows),
+                     [&](const Row& candidate) { return name == kScannerNames[candidate.number].scanner; });
+    return row == std::end(kScannerRows) ? nullptr : row;
 }
 
 }  // namespace
@@ -166,7 +167,7 @@ AddressChange AddressChangeOf(const CZQString& name) {
 
 std::vector<SSettingSection> ScannerSettings() {
     std::vector<SSettingSection> sections = {{kScannerSection, kSettingsOfAll}};
-    for (const Row& row : kRows) {
+    for (const Row& row : kScannerRows) {
         if (row.getSettings != nullptr) {
             sections.push_back({SectionOf(kScannerNames[row.number].scanner), row.getSettings()});
         }
@@ -176,7 +177,7 @@ std::vector<SSettingSection> ScannerSettings() {
 
 std::vector<std::shared_ptr<const void>> ReleaseScannerLibraries() {
     std::vector<std::shared_ptr<const void>> released;
-    for (const Row& row : kRows) {
+    for (const Row& row : kScannerRows) {
         if (row.releaseLibrary != nullptr) {
             released.push_back(row.releaseLibrary());
         }
@@ -185,8 +186,8 @@ std::vector<std::shared_ptr<const void>> ReleaseScannerLibraries() {
 }
 
 CZQStringArray ScannerMergeOrder() {
-    const Row* ordered[std::size(kRows)] = {};
-    for (const Row& row : kRows) {
+    const Row* ordered[std::size(kScannerRows)] = {};
+    for (const Row& row : kScannerRows) {
         ordered[row.precedence] = &row;
     }
     CZQStringArray names;

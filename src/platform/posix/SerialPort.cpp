@@ -32,7 +32,7 @@ using std::chrono::milliseconds;
 namespace fs = std::filesystem;
 
 constexpr const char* kPortFolderVariable = "ZQSDK_COM_PORT_DIR";
-constexpr std::string_view kPrefix = "COM";
+constexpr std::string_view kNamePrefix = "COM";
 
 int File(std::uintptr_t handle) noexcept {
     return static_cast<int>(handle);
@@ -55,7 +55,7 @@ std::string DeviceFile(const std::string& name) {
         return folder + "/" + name;
     }
     std::string device = "/dev/" + name;
-    const std::uint32_t number = NumberBehind(kPrefix, name).value_or(0);
+    const std::uint32_t number = NumberBehind(kNamePrefix, name).value_or(0);
     return PathExists(device) || number == 0 ? device : "/dev/ttyS" + std::to_string(number - 1);
 }
 
@@ -138,9 +138,9 @@ std::vector<SerialPortName> ListSerialPorts() {
     std::vector<SerialPortName> ports;
     std::string folder;
     if (GetTrustedEnvironmentText(kPortFolderVariable, folder)) {
-        AddPorts(folder, kPrefix, 0, ports);
+        AddPorts(folder, kNamePrefix, 0, ports);
     } else {
-        AddPorts("/dev", kPrefix, 0, ports);
+        AddPorts("/dev", kNamePrefix, 0, ports);
         AddPorts("/dev", "ttyS", 1, ports);
     }
     std::sort(ports.begin(), ports.end(),

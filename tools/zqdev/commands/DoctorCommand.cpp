@@ -9,10 +9,6 @@ namespace ZQAPI::zqdev {
 
 namespace {
 
-using doctor::Check;
-using doctor::Finding;
-using doctor::State;
-
 constexpr const char* kStates[] = {"ok", "warn", "bad"};
 
 constexpr std::size_t kStateWidth = 6;
@@ -23,7 +19,7 @@ std::string Padded(std::string text, std::size_t width) {
     return text;
 }
 
-std::string FindingText(const Check& check, const Finding& finding) {
+std::string FindingText(const doctor::Check& check, const doctor::Finding& finding) {
     const std::string title = Padded(kStates[static_cast<std::size_t>(finding.state)], kStateWidth) +
                               Padded(check.name, kTextColumn - kStateWidth);
     const std::string blank(kTextColumn, ' ');
@@ -33,26 +29,26 @@ std::string FindingText(const Check& check, const Finding& finding) {
 }
 
 // A check that can't be made is a finding too.
-doctor::Findings Run(const Check& check, const doctor::Patient& patient) {
+doctor::Findings Run(const doctor::Check& check, const doctor::Patient& patient) {
     try {
         return check.run(patient);
     } catch (const CZQException& exception) {
-        return {{State::kWarn,
+        return {{doctor::State::kWarn,
                  "can't be checked: error " + std::to_string(exception.GetErrorNumber()) + ", " +
                      Printable(exception.GetExtraText().view()),
                  {}}};
     } catch (const std::exception& exception) {
-        return {{State::kWarn, std::string("can't be checked: ") + Printable(exception.what()), {}}};
+        return {{doctor::State::kWarn, std::string("can't be checked: ") + Printable(exception.what()), {}}};
     }
 }
 
 ExitStatus Doctor(Session& session) {
     const doctor::Patient patient(session.GetKit());
     Json json = Json::Array();
-    auto worst = State::kOk;
+    auto worst = doctor::State::kOk;
     for (const auto* const checks : {&doctor::kNetworkChecks, &doctor::kMachineChecks, &doctor::kKitChecks}) {
-        for (const Check& check : *checks) {
-            for (const Finding& finding : Run(check, patient)) {
+        for (const doctor::Check& check : *checks) {
+            for (const doctor::Finding& finding : Run(check, patient)) {
                 worst = std::max(worst, finding.state);
                 json.Add({{"check", check.name},
                           {"state", kStates[static_cast<std::size_t>(finding.state)]},
@@ -64,7 +60,7 @@ ExitStatus Doctor(Session& session) {
         }
     }
     session.Show(json, "");
-    return worst == State::kBad ? ExitStatus::kFailed : ExitStatus::kDone;
+    return worst == doctor::State::kBad ? ExitStatus::kFailed : ExitStatus::kDone;
 }
 
 }  // namespace

@@ -11,11 +11,11 @@ namespace {
 
 enum class Match : std::uint8_t { kNo, kMaybe, kYes };
 
-using Words = std::vector<std::string>;
+using RuleWords = std::vector<std::string>;
 
 // With what stands in quotes as one word.
-Words Split(std::string_view line, std::string_view separators) {
-    Words words;
+RuleWords Split(std::string_view line, std::string_view separators) {
+    RuleWords words;
     std::string word;
     bool isQuoted = false;
     for (const char c : line) {
@@ -37,7 +37,7 @@ Words Split(std::string_view line, std::string_view separators) {
 
 constexpr std::string_view kBetweenWords = " \t;\r";
 
-bool Has(const Words& words, std::string_view word) {
+bool Has(const RuleWords& words, std::string_view word) {
     return std::find(words.begin(), words.end(), word) != words.end();
 }
 
@@ -64,7 +64,7 @@ Match InRange(const std::string& text, std::uint32_t first, std::uint32_t last) 
 // The conditions of one rule, taken off from the front one by one.
 class Conditions {
 public:
-    Conditions(Words words, std::uint32_t port) : m_words(std::move(words)), m_port(port) {}
+    Conditions(RuleWords words, std::uint32_t port) : m_words(std::move(words)), m_port(port) {}
 
     Match Judge() {
         Match all = Match::kYes;
@@ -78,7 +78,7 @@ private:
     std::string Take() { return m_next < m_words.size() ? m_words[m_next++] : std::string(); }
 
     // "a", "a,b" or "{ a, b }"
-    Words TakeValues() {
+    RuleWords TakeValues() {
         std::string text = Take();
         if (text == "{") {
             text.clear();
@@ -93,7 +93,7 @@ private:
     Match AnyOf(const JudgeValue& judge) {
         bool isNot = m_next < m_words.size() && m_words[m_next] == "!=";
         m_next += isNot ? 1 : 0;
-        const Words values = TakeValues();
+        const RuleWords values = TakeValues();
         Match best = values.empty() ? Match::kMaybe : Match::kNo;
         for (const std::string& value : values) {
             best = std::max(best, value.starts_with('@') ? Match::kMaybe : judge(value));
@@ -184,7 +184,7 @@ private:
         return Match::kMaybe;
     }
 
-    Words m_words;
+    RuleWords m_words;
     std::uint32_t m_port;
     std::size_t m_next = 0;
 };
@@ -236,7 +236,7 @@ private:
 constexpr const char* kVerdicts[] = {"accept", "drop", "reject", "jump", "goto"};
 
 // "udp sport 19380 counter packets 0 bytes 0 accept"
-void AddNftRule(Chain& chain, Words words, std::uint32_t port) {
+void AddNftRule(Chain& chain, RuleWords words, std::uint32_t port) {
     if (Has(words, "vmap")) {  // a verdict for each value
         chain.Add("jump", words[0] == "ct" && !Has(words, "new") ? Match::kNo : Match::kMaybe);
         return;
@@ -252,7 +252,7 @@ void AddNftRule(Chain& chain, Words words, std::uint32_t port) {
 }
 
 // "-p udp -m udp --sport 19380 -j ACCEPT"
-void AddIptablesRule(Chain& chain, Words words, std::uint32_t port) {
+void AddIptablesRule(Chain& chain, RuleWords words, std::uint32_t port) {
     const auto jump = std::find_if(words.begin(), words.end(),
                                    [](const std::string& word) { return word == "-j" || word == "-g"; });
     if (jump == words.end() || jump + 1 == words.end() || *(jump + 1) == "LOG") {
@@ -275,7 +275,7 @@ std::vector<DroppingChain> ChainsThatDropAnswers(std::string_view rules, std::ui
     };
     std::istringstream stream{std::string(rules)};
     for (std::string line; std::getline(stream, line);) {
-        Words words = Split(line, kBetweenWords);
+        RuleWords words = Split(line, kBetweenWords);
         if (words.empty() || words[0] == "#") {
             continue;
         }

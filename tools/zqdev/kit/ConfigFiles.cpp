@@ -22,7 +22,7 @@ CZQConfigFile OpenUnchecked(const std::string& file) {
     return {file, CZQConfigFile::Mode::kRead, false};
 }
 
-std::string Words(platform::SystemErrorCode error) {
+std::string ReasonText(platform::SystemErrorCode error) {
     std::string text = platform::SystemErrorText(error);
     text.erase(text.find_last_not_of(" .\r\n") + 1);
     return text.empty() ? "system error " + std::to_string(error) : text;
@@ -64,7 +64,7 @@ bool IsMissing(const std::string& file) {
 std::string ReadingObstacle(const std::string& file) {
     std::string content;
     platform::SystemErrorCode error = 0;
-    return platform::ReadWholeFile(file, content, error) ? std::string() : Words(error);
+    return platform::ReadWholeFile(file, content, error) ? std::string() : ReasonText(error);
 }
 
 std::string WritingObstacle(const std::string& file) {
@@ -73,7 +73,7 @@ std::string WritingObstacle(const std::string& file) {
     platform::FileReplacement trial(file, file);
     platform::SystemErrorCode error = 0;
     const bool isWritten = trial.Create(error) && trial.Write(content.append(kLonger, ' '), error);
-    return isWritten ? std::string() : Words(error);
+    return isWritten ? std::string() : ReasonText(error);
 }
 
 int SealError(const std::string& file) {
