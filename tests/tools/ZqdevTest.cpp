@@ -114,7 +114,7 @@ TEST_F(Zqdev, LogIsThatOfAllProgramsByTime) {
     EXPECT_EQ(RunJson({"log"})["entries"].size(), 3U);
     if (!platform::HasDriveLetters()) {
         const Outcome followed =
-            Run({"--preserve-status", "-s", "INT", "2", m_kit.File("zqdev"), "log", "--follow"},
+            Run({"--preserve-status", "-s", "INT", "4", m_kit.File("zqdev"), "log", "--follow"},
                 "/usr/bin/timeout");
         EXPECT_EQ(followed.status, 0);
         EXPECT_THAT(followed.out, testing::EndsWith(third));

@@ -100,14 +100,16 @@ std::string ToTable(const std::vector<ZQDEVICEINFO>& devices, std::size_t termin
         const std::string firmware = Printable(device::Text(device.FirmwareVersion));
         table.AddRow({name, id, type, scanner, address, firmware});
         withShortNames.AddRow({name, id, type, ShortScannerName(scanner), address, firmware});
-        narrow.AddRow({name, id, address}, type + ", by " + scanner + ", firmware " + firmware);
+        narrow.AddRow(
+            {name, id, address},
+            std::string(type).append(", by ").append(scanner).append(", firmware ").append(firmware));
     }
     if (terminalColumns == 0) {
         return table.ToText();
     }
-    for (const Table& one : {table, withShortNames}) {
-        if (one.Columns() <= terminalColumns) {
-            return one.ToText(terminalColumns);
+    for (const Table* const one : {&table, &withShortNames}) {
+        if (one->Columns() <= terminalColumns) {
+            return one->ToText(terminalColumns);
         }
     }
     return narrow.ToText(terminalColumns);

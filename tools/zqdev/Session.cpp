@@ -54,7 +54,7 @@ std::string Session::ListenDuring(const std::function<void(std::string_view mess
             }
         },
         error);
-    const std::string whyNot = isHeard ? std::string() : FormatSystemError(error).str();
+    std::string whyNot = isHeard ? std::string() : FormatSystemError(error).str();
     call();
     StopListening();
     if (m_options.verbose) {

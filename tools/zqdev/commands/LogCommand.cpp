@@ -65,6 +65,10 @@ ExitStatus Log(Session& session, const LogOptions& options) {
     if (options.follow && session.GetOptions().json) {
         throw Failure("--follow has no end, and so no JSON; leave one of them out", ExitStatus::kWrongUsage);
     }
+    if (options.follow &&
+        !platform::WaitUnlessInterrupted({})) {  // from now on an interruption is its regular end
+        return ExitStatus::kDone;
+    }
     const std::string folder = session.GetKit().LogFolder();
     LogReader reader(folder);
     std::vector<LogEntry> entries = reader.ReadNew();
