@@ -25,7 +25,8 @@ else()
     # Exception locations name files as they lie in the source tree, on whatever machine they were built.
     "-fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=")
   # Where a dozen sources are compiled as one, each is taken for a header that was included.
-  target_compile_options(zq_options INTERFACE $<$<AND:$<BOOL:${CMAKE_UNITY_BUILD}>,$<COMPILE_LANG_AND_ID:CXX,GNU>>:-Wno-subobject-linkage>)
+  set(together "$<AND:$<BOOL:${CMAKE_UNITY_BUILD}>,$<COMPILE_LANG_AND_ID:CXX,GNU>>")
+  target_compile_options(zq_options INTERFACE "$<${together}:-Wno-subobject-linkage>")
 
   # Hardening: what is read from cameras, files and other libraries may be anything. The test "hardening" reads the headers
   # of what is shipped. Checked copies need an optimised build, and keep the sanitizers from seeing the calls themselves.

@@ -130,8 +130,8 @@ private:
     Section* m_lastSection = nullptr;
     // The last one looked for: the next call is mostly about it again, or about the one behind it.
     mutable Section* m_recentSection = nullptr;
-    Sections* m_sections =
-        nullptr;  // in m_arena, and gone with it: to walk through all of them would take time
+    // In m_arena, and gone with it: to walk through all of them would take time.
+    Sections* m_sections = nullptr;
 };
 
 }  // namespace ZQAPI
