@@ -127,11 +127,6 @@ std::optional<std::uint32_t> CZQComUDP::ReceiveDatagram(std::span<std::byte> buf
     return received ? std::optional(counts ? static_cast<std::uint32_t>(*received) : 0) : std::nullopt;
 }
 
-void CZQComUDP::ThrowTooLarge(std::size_t size, std::size_t limit) const {
-    ZQ_THROW("CZQComUDP::Recv", ZQ_ERR_BUFFER_TOO_SMALL, "Host=%s, NeededBytes=%zu, BufferSize=%zu",
-             m_config.GetHostName().c_str(), size, limit);
-}
-
 std::uint32_t CZQComUDP::Recv(void* buffer, std::uint32_t size, std::uint32_t timeoutMs,
                               bool returnOnFirstData) {
     if (!m_open) {
@@ -160,7 +155,9 @@ std::uint32_t CZQComUDP::Recv(void* buffer, std::uint32_t size, std::uint32_t ti
         }
         if (pending) {
             if (returnOnFirstData && *pending > size) {
-                ThrowTooLarge(*pending, size);
+                ZQ_THROW("CZQComUDP::Recv", ZQ_ERR_BUFFER_TOO_SMALL,
+                         "Host=%s, NeededBytes=%zu, BufferSize=%u", m_config.GetHostName().c_str(), *pending,
+                         size);
             }
             received += ReceiveDatagram(room.subspan(received)).value_or(0);
         }
@@ -178,14 +175,11 @@ std::uint32_t CZQComUDP::Recv(void* buffer, std::uint32_t size, std::uint32_t ti
     return received;
 }
 
-std::optional<std::string_view> CZQComUDP::TakeDatagram(std::span<char> room, std::size_t limit) {
+std::optional<std::string_view> CZQComUDP::TakeDatagram(std::span<char> room) {
     if (!m_open) {
         ZQ_THROW("CZQComUDP::Recv", ZQ_ERR_UDP_RECV_CLOSED);
     }
     const auto size = ReceiveDatagram(std::as_writable_bytes(room));
-    if (size && *size > limit) {
-        ThrowTooLarge(*size, limit);
-    }
     return size ? std::optional(std::string_view(room.data(), *size)) : std::nullopt;
 }
 

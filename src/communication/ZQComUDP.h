@@ -44,9 +44,9 @@ public:
     // ZQ_ERR_UDP_RECV_CLOSED, ZQ_ERR_COM_RECV.
     std::uint32_t Recv(void* buffer, std::uint32_t size, std::uint32_t timeoutMs,
                        bool returnOnFirstData) override;
-    // The next datagram, if one has come, taken off whether it counts or not: an empty text then. Never waits. One larger
-    // than `limit`: ZQ_ERR_BUFFER_TOO_SMALL. ZQ_ERR_UDP_RECV_CLOSED, ZQ_ERR_COM_RECV.
-    std::optional<std::string_view> TakeDatagram(std::span<char> room, std::size_t limit);
+    // The next datagram, if one has come, taken off whether it counts or not: an empty text then. Never waits; what the
+    // room does not hold is lost. ZQ_ERR_UDP_RECV_CLOSED, ZQ_ERR_COM_RECV.
+    std::optional<std::string_view> TakeDatagram(std::span<char> room);
     // Who sent the last datagram that was taken off.
     const platform::Ipv4SocketAddress& GetSender() const noexcept { return m_sender; }
     // Whether there is something to receive, waited for at most `timeoutMs`. Takes nothing off.
@@ -61,7 +61,6 @@ private:
     bool SendTo(const platform::Ipv4SocketAddress& to, std::span<const std::byte> datagram,
                 platform::SystemErrorCode& error) noexcept;
     std::optional<std::uint32_t> ReceiveDatagram(std::span<std::byte> buffer);
-    [[noreturn]] void ThrowTooLarge(std::size_t size, std::size_t limit) const;
 
     CZQComWs2DllInit m_sockets;
     CZQComUDPConfig m_config;

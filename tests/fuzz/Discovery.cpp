@@ -25,12 +25,10 @@ void CheckInput(std::string_view input) {
     CZQUdpCameras cameras;
     std::size_t nofFirst = 0;
     for (const std::string& datagram : AllParts(input)) {
-        // The text is cut at its first NUL by whoever receives it.
-        const std::string text = datagram.c_str();
-        const SUdpAnswer answer = ReadUdpAnswer({text, sender, {}});
+        const SUdpAnswer answer = ReadUdpAnswer({datagram, sender, {}});
         ZQ_REQUIRE(answer.camera.has_value() == std::string_view(answer.whyNot).empty());
         if (answer.camera) {
-            CheckCamera(*answer.camera, text);
+            CheckCamera(*answer.camera, datagram);
             nofFirst += cameras.Add(0, *answer.camera) == CZQUdpCameras::EHeard::kFirst ? 1 : 0;
         }
     }

@@ -38,8 +38,8 @@ timeval ToTimeval(std::chrono::microseconds time) {
     return {static_cast<long>(us / 1000000), static_cast<long>(us % 1000000)};
 }
 
-// The socket is always in non-blocking mode; it also must not report that an earlier datagram of ours found
-// no listener.
+// The socket is always in non-blocking mode; it also must not wake whoever waits because an earlier datagram of ours
+// found no listener.
 bool Configure(SOCKET socket, SystemErrorCode& error) noexcept {
     u_long nonBlocking = 1;
     if (!Check(ioctlsocket(socket, static_cast<long>(FIONBIO), &nonBlocking) == 0, error)) {
@@ -201,7 +201,8 @@ std::optional<std::size_t> UdpSocket::ReceiveFrom(std::span<std::byte> buffer, I
     if (Check(received != SOCKET_ERROR, error)) {
         return static_cast<std::size_t>(received);
     }
-    if (error == WSAEWOULDBLOCK) {
+    // What a router or a host says of an earlier datagram of ours is no error of the socket, and anybody can say it.
+    if (error == WSAEWOULDBLOCK || error == WSAECONNRESET || error == WSAENETRESET) {
         error = 0;
     }
     return std::nullopt;

@@ -43,7 +43,10 @@ CZQString Shown(std::string_view text) {
 }  // namespace
 
 SUdpAnswer ReadUdpAnswer(const SUdpDatagram& datagram) {
-    std::string_view text = datagram.text;
+    if (datagram.text.size() > kMaxUdpAnswerSize) {
+        return {{}, "longer than an answer"};
+    }
+    std::string_view text = datagram.text.substr(0, datagram.text.find('\0'));
     if (text.size() <= kHardwareAddressLength || text[kHardwareAddressLength] != ':' || text.back() != '\n') {
         return {{}, "not an answer"};
     }

@@ -28,8 +28,11 @@ struct SUdpDeviceConnInfo {
     bool hasConflict = false;          // answers with this hardware address gave different IP addresses
 };
 
+// In bytes; a longer datagram is no answer.
+inline constexpr std::size_t kMaxUdpAnswerSize = 63;
+
 struct SUdpDatagram {
-    std::string_view text;     // up to its first NUL
+    std::string_view text;     // its bytes; of one that is longer than an answer at least one more than that
     std::uint32_t sender = 0;  // host byte order
     CZQString localAddress;    // as in SUdpDeviceConnInfo
 };

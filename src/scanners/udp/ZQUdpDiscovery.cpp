@@ -1,6 +1,7 @@
 #include "scanners/udp/ZQUdpDiscovery.h"
 
 #include <algorithm>
+#include <array>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -21,8 +22,8 @@ namespace {
 // The address field of twelve F's speaks to every camera.
 constexpr std::string_view kRequest = "FFFFFFFFFFFF:SYST:NET:IP?\n";
 constexpr const char* kBroadcastAddress = "255.255.255.255";
-constexpr std::size_t kMaxAnswerSize = 63;
-constexpr std::size_t kLargestDatagram = 0x10000;
+// What does not fit is no answer.
+constexpr std::size_t kRoomForDatagram = kMaxUdpAnswerSize + 1;
 
 // That the search is to end is noticed within this time.
 constexpr std::uint32_t kMaxWaitMs = 5;
@@ -122,7 +123,7 @@ private:
         const std::uint64_t cycleMs = nofCycles == 0 ? 0 : m_settings.scanTimeMs / nofCycles;
         // A camera that was asked by itself is commanded so, too, as the system routes it.
         const CZQString commandedThrough = AsksHosts() ? CZQString() : asked.card;
-        std::vector<char> buffer(kLargestDatagram);
+        std::array<char, kRoomForDatagram> buffer{};
         // All cycles go by one watch: a cycle that ends a little late takes nothing from the whole.
         const CZQStopWatch watch(true);
         for (std::uint32_t cycle = 0; cycle < nofCycles && m_goesOn(); ++cycle) {
@@ -149,9 +150,9 @@ private:
     // False when nothing has come.
     bool HearNext(CZQComUDP& channel, std::span<char> room, SUdpDatagram datagram, std::size_t card,
                   SAskedCard& asked) {
-        const auto text = channel.TakeDatagram(room, kMaxAnswerSize);
+        const auto text = channel.TakeDatagram(room);
         if (text && !text->empty()) {
-            datagram.text = text->substr(0, text->find('\0'));
+            datagram.text = *text;
             datagram.sender = platform::SwapAddress(channel.GetSender().addressBe);
             ++(Hear(datagram, card) ? asked.nofAnswers : asked.nofIgnored);
         }
