@@ -320,17 +320,14 @@ private:
         if (heard.reason == EWhyLeftOut::kNotReachable ||
             (heard.reason == EWhyLeftOut::kSilent && isOutside)) {
             camera.leftOut = "not reachable from here";
-            if (!isOutside) {
-                Advise(told, "{camera}: not reachable from here, {detail}", words);
-            } else if (AddressOf(heard) == 0 || IsIpv4Unicast(AddressOf(heard))) {
+            if (isOutside && (AddressOf(heard) == 0 || IsIpv4Unicast(AddressOf(heard)))) {
                 Advise(
                     told,
                     "{camera}: not reachable from here, its address is in no network of this PC. To go through the "
                     "network card that hears it:",
                     words, {BindCall()});
             } else {
-                Advise(told, "{camera}: not reachable from here, its address is in no network of this PC",
-                       words);
+                Advise(told, "{camera}: not reachable from here, {detail}", words);
             }
         } else if (heard.reason == EWhyLeftOut::kSilent) {
             camera.leftOut = "silent";
