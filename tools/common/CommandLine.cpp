@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "HelpFormatter.h"
 #include "Manual.h"
 
 namespace ZQAPI::tools {
@@ -133,7 +134,9 @@ void Command::OnUse(const std::function<void()>& call) {
 }
 
 CommandLine::CommandLine(const std::string& description, const std::string& program)
-    : Command(std::make_shared<CLI::App>(description, program)) {}
+    : Command(std::make_shared<CLI::App>(description, program)) {
+    m_parser->formatter(std::make_shared<HelpFormatter>());
+}
 
 void CommandLine::AddVersionFlag(const std::string& version) {
     m_parser->set_version_flag("--version", version);

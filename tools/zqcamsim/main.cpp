@@ -161,13 +161,15 @@ void Simulate(Options& options) {
 
 int RunTool(int argc, char** argv) {
     tools::CommandLine line(
-        "Simulated cameras: on the network they answer discovery and commands over UDP, each from its own\n"
-        "address; on serial ports they answer commands, each on a pseudo-terminal. Until SIGINT or SIGTERM;\n"
+        "Simulated cameras: on the network they answer discovery and commands over UDP, each from its own "
+        "address; on serial ports they answer commands, each on a pseudo-terminal. Until SIGINT or SIGTERM; "
         "\"ready\" on standard output says that they do.\n\n"
-        "  zqcamsim --count 3                                     three cameras on 127.0.0.11 and up\n"
+        "  zqcamsim --count 3                      three cameras on 127.0.0.11 and up\n"
         "  zqcamsim --count 64 --first-address 10.0.0.1 --interface dummy0\n"
-        "  zqcamsim --count 8 --loss 0.05 --latency 1 20 --seed 7  a bad network, the same in each run\n"
-        "  zqcamsim --count 0 --serial 2 --com-ports /tmp/ports   two cameras on serial ports",
+        "  zqcamsim --count 8 --loss 0.05 --latency 1 20 --seed 7\n"
+        "                                          a bad network, the same in each run\n"
+        "  zqcamsim --count 0 --serial 2 --com-ports /tmp/ports\n"
+        "                                          two cameras on serial ports",
         "zqcamsim");
     Options options;
     line.AddVersionFlag("zqcamsim " ZQCAMSIM_VERSION);

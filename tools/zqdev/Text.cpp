@@ -1,7 +1,6 @@
 #include "Text.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <limits>
 #include <numeric>
 
@@ -14,10 +13,6 @@ namespace {
 constexpr std::size_t kGap = 2;         // columns between two cells
 constexpr std::size_t kNarrowest = 10;  // a column is not broken to less than this
 constexpr const char* kBeneath = "    ";
-
-bool IsContinuation(char c) {
-    return (static_cast<std::uint8_t>(c) & 0xC0U) == 0x80;
-}
 
 // Takes at most `width` columns off the text's start, up to a blank where there is one.
 std::string_view TakeLine(std::string_view& text, std::size_t width) {
@@ -33,18 +28,6 @@ std::string_view TakeLine(std::string_view& text, std::size_t width) {
     const std::string_view line = text.substr(0, end);
     text.remove_prefix(next);
     return line;
-}
-
-// Up to a blank that is not in double quotes; a quote without its other end is none.
-std::string_view TakeWord(std::string_view& text) {
-    std::size_t end = text.find_first_of(" \"");
-    while (end < text.size() && text[end] == '"') {
-        const std::size_t closing = text.find('"', end + 1);
-        end = text.find_first_of(" \"", closing < text.size() ? closing + 1 : end + 1);
-    }
-    const std::string_view word = text.substr(0, end);
-    text.remove_prefix(std::min(word.size() + 1, text.size()));
-    return word;
 }
 
 void AppendLine(std::string& text, const std::vector<std::string_view>& cells,
@@ -71,40 +54,6 @@ std::string Quoted(std::string_view text) {
         quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
     }
     return quoted + "'";
-}
-
-std::size_t ColumnsOf(std::string_view printable) {
-    return static_cast<std::size_t>(
-        std::count_if(printable.begin(), printable.end(), [](char c) { return !IsContinuation(c); }));
-}
-
-std::string_view Start(std::string_view printable, std::size_t columns) {
-    std::size_t end = 0;
-    for (std::size_t taken = 0; end < printable.size(); ++end) {
-        taken += IsContinuation(printable[end]) ? 0 : 1;
-        if (taken > columns) {
-            break;
-        }
-    }
-    return printable.substr(0, end);
-}
-
-std::string Wrapped(std::string_view printable, std::string_view indent, std::string_view moreIndent,
-                    std::size_t width) {
-    std::string text;
-    std::size_t columns = 0;
-    for (bool isFirst = true; !printable.empty(); isFirst = false) {
-        const std::string_view word = TakeWord(printable);
-        if (isFirst || columns + 1 + ColumnsOf(word) > width) {
-            const std::string_view start = isFirst ? indent : moreIndent;
-            text.append(isFirst ? "" : "\n").append(start).append(word);
-            columns = start.size() + ColumnsOf(word);
-        } else {
-            text.append(" ").append(word);
-            columns += 1 + ColumnsOf(word);
-        }
-    }
-    return text + "\n";
 }
 
 std::string Enumerate(const std::vector<std::string>& words) {
