@@ -141,16 +141,24 @@ bool CZQIdleSockets::Socket::CanCarry(const CZQUdpCameraAddress& camera,
            std::find(cameras.begin(), end, key) == end;
 }
 
-CZQIdleSockets::OneSocket CZQIdleSockets::TakeOrOpen(const CZQUdpCameraAddress& camera) {
+CZQIdleSockets::OneSocket CZQIdleSockets::Take(const CZQUdpCameraAddress& camera) {
     const CameraKey key = KeyOf(camera);
     OneSocket taken;
-    {
-        const std::lock_guard lock(m_mutex);
-        const auto found = std::find_if(m_sockets.begin(), m_sockets.end(),
-                                        [&](const Socket& socket) { return socket.CanCarry(camera, key); });
-        if (found != m_sockets.end()) {
-            taken.splice(taken.end(), m_sockets, found);
-        }
+    const std::lock_guard lock(m_mutex);
+    const auto found = std::find_if(m_sockets.begin(), m_sockets.end(),
+                                    [&](const Socket& socket) { return socket.CanCarry(camera, key); });
+    if (found != m_sockets.end()) {
+        taken.splice(taken.end(), m_sockets, found);
+    }
+    return taken;
+}
+
+CZQIdleSockets::OneSocket CZQIdleSockets::TakeOrOpen(const CZQUdpCameraAddress& camera) {
+    OneSocket taken = Take(camera);
+    // Whoever was asked through it knows its port, and may have answered for the next camera already.
+    while (!taken.empty() && taken.front().udp.NextDatagramSize()) {
+        PutAside(std::move(taken.front().udp));
+        taken = Take(camera);
     }
     return taken.empty() ? Open(camera) : std::move(taken);
 }

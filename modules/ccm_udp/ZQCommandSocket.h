@@ -41,12 +41,14 @@ public:
     // Of the connections that are open now.
     static std::shared_ptr<CZQIdleSockets> Shared();
 
-    // One that can carry a command to the camera. ZQ_ERR_SOCKET_CREATE, ZQ_ERR_SOCKET_OPTION.
+    // One that can carry a command to the camera, and to which nothing has come that it could take for its answer.
+    // ZQ_ERR_SOCKET_CREATE, ZQ_ERR_SOCKET_OPTION.
     OneSocket TakeOrOpen(const CZQUdpCameraAddress& camera);
     // Any further one closes the one that has been idle for longest.
     void Add(OneSocket socket) noexcept;
 
 private:
+    OneSocket Take(const CZQUdpCameraAddress& camera);
     static OneSocket Open(const CZQUdpCameraAddress& camera);
 
     std::mutex m_mutex;

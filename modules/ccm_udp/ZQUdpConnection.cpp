@@ -147,11 +147,12 @@ std::optional<std::string> CZQUdpConnection::ReceiveUntil(CZQCommandSocket& sock
     return std::nullopt;
 }
 
-// An answer comes from the camera's address, or, to a broadcast, begins with its hardware address.
+// An answer begins with the camera's hardware address, where that is known, and comes from its IP address unless it was
+// asked by broadcast.
 std::optional<std::string> CZQUdpConnection::AnswerIn(std::string_view datagram,
                                                       const platform::Ipv4SocketAddress& from) const {
-    const bool fromCamera = m_camera.IsBroadcast() ? datagram.starts_with(m_camera.hardwareAddress)
-                                                   : from.addressBe == m_camera.addressBe;
+    const bool fromCamera = datagram.starts_with(m_camera.hardwareAddress) &&
+                            (!m_isUnicast || from.addressBe == m_camera.addressBe);
     const bool wellFormed = datagram.size() > kHardwareAddressLength + 1 &&
                             datagram[kHardwareAddressLength] == ':' && datagram.ends_with('\n') &&
                             datagram.find('\0') == std::string_view::npos;

@@ -32,10 +32,12 @@ void CheckInput(std::string_view input) {
     static const CZQUdpConnection unicast{CZQString(host)};
     static const CZQUdpConnection broadcast(host + ":" + kHardwareAddress + "@" + host);
     CheckAnswer(unicast, input, loopback.addressBe);
+    static const CZQUdpConnection inSubnet(host + ":" + kHardwareAddress + "@" + host + "/8");
     CheckAnswer(broadcast, input, loopback.addressBe);
+    CheckAnswer(inSubnet, input, loopback.addressBe);
     platform::Ipv4SocketAddress stranger;
     stranger.addressBe = loopback.addressBe + 1;
-    ZQ_REQUIRE(!unicast.AnswerIn(input, stranger));
+    ZQ_REQUIRE(!unicast.AnswerIn(input, stranger) && !inSubnet.AnswerIn(input, stranger));
 }
 
 }  // namespace ZQAPI::fuzz

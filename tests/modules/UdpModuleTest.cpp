@@ -15,6 +15,8 @@ namespace {
 using namespace std::chrono_literals;
 using sim::EAnswerForm;
 
+constexpr std::uint16_t kCommandPort = 19383;
+
 // All at once, each on a connection and a thread of its own: the slow ones must not hold up the others.
 TEST(UdpModule, CopesWithFaults) {
     const Reply own{ZQ_OK, ""};  // stands for the camera's own answer
@@ -65,12 +67,31 @@ TEST(UdpModule, CopesWithFaults) {
     EXPECT_GE(Clock::now() - start, 2950ms);
 }
 
+// He knows the port then of a socket that is kept for others.
+TEST(UdpModule, AStrangerThatWasAskedAnswersForNoOtherCamera) {
+    if (HasOneLoopbackAddress()) {
+        GTEST_SKIP();
+    }
+    UdpPeer stranger("127.0.0.9", kCommandPort);
+    UdpCameras cameras(1);
+    const std::string hardwareAddress = cameras.server.GetCamera(0).GetIdentity().hardwareAddress;
+    const CommandModule module(ZQ_TEST_UDP_MODULE);
+    const Connection connection(module, "127.0.0.9:C00000000001@127.0.0.1/8");
+    auto reply = std::async(std::launch::async, [&] { return connection.Ask("SYST:SERN?\n"); });
+    const auto request = stranger.Receive();
+    ASSERT_TRUE(request);
+    for (const std::string& text : {std::string("C00000000001:1\n"), hardwareAddress + ":2\n"}) {
+        stranger.Send(request->from, text);
+    }
+    EXPECT_EQ(reply.get(), Reply(ZQ_OK, "1\n"));
+    ExpectOwnAnswers(Connection(module, "127.0.0.1:" + hardwareAddress + "@127.0.0.1/8"));
+}
+
 // Whoever has the address gets the command with the camera's hardware address, and everybody only after him.
 TEST(UdpModule, AsksByUnicastFirstWhereTheSubnetLeadsThere) {
     if (HasOneLoopbackAddress()) {
         GTEST_SKIP();
     }
-    constexpr std::uint16_t kCommandPort = 19383;
     UdpPeer claimant("127.0.0.9", kCommandPort);
     UdpCameras cameras(1);
     const CommandModule module(ZQ_TEST_UDP_MODULE);
