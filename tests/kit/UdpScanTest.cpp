@@ -244,15 +244,20 @@ TEST_F(UdpScan, ACameraTakesANewAddressAndIsFollowedThere) {
 // Made-up cameras: all answer a discovery request at once, and no command ever.
 class Crowd {
 public:
-    explicit Crowd(std::size_t size) : m_size(size) {}
+    // Each at an address of its own, or all at this one.
+    explicit Crowd(std::size_t size, const std::string& address = {})
+        : m_size(size),
+          m_address(address),
+          m_commandPort(address.empty() ? "127.3.0.1" : address.c_str(), 19383) {}
 
-    // What has come to the first of them since the last time, until nothing comes for so long.
-    std::size_t CountCommands(milliseconds lastWait) {
-        std::size_t count = 0;
-        while (m_commandPort.Receive(lastWait)) {
-            ++count;
+    // The hardware addresses in what has come to the first one's address since the last time, until nothing comes for so
+    // long.
+    std::multiset<std::string> TakeCommands(milliseconds lastWait) {
+        std::multiset<std::string> commands;
+        while (const auto command = m_commandPort.Receive(lastWait)) {
+            commands.insert(command->text.substr(0, 12));
         }
-        return count;
+        return commands;
     }
 
 private:
@@ -260,9 +265,11 @@ private:
         while (!stop.stop_requested()) {
             const auto request = m_ear.Receive(milliseconds(50));
             for (std::size_t i = 0; request && i < m_size; ++i) {
-                m_mouth.Send(
-                    request->from,
-                    CZQString::Formatted("C00000%06zX:127.3.%zu.%zu\n", i, i / 250, i % 250 + 1).view());
+                const CZQString own = CZQString::Formatted("127.3.%zu.%zu", i / 250, i % 250 + 1);
+                m_mouth.Send(request->from,
+                             CZQString::Formatted("C00000%06zX:%s\n", i,
+                                                  m_address.empty() ? own.c_str() : m_address.c_str())
+                                 .view());
                 if (i % 50 == 49) {  // in portions that a receive queue of the usual size holds
                     m_pace.Receive(milliseconds(1));
                 }
@@ -271,10 +278,11 @@ private:
     }
 
     const std::size_t m_size;
+    const std::string m_address;
     UdpPeer m_ear{"255.255.255.255", 19380};
     UdpPeer m_mouth;
     UdpPeer m_pace;  // hears nothing, in a known time
-    UdpPeer m_commandPort{"127.3.0.1", 19383};
+    UdpPeer m_commandPort;
     std::jthread m_thread{[this](const std::stop_token& stop) { Answer(stop); }};
 };
 
@@ -339,8 +347,30 @@ TEST_F(UdpCrowd, ARescanEndsWithItsCameraAndSendsNothingMore) {
     Crowd crowd(600);
     EXPECT_EQ(ZQ_CALL(kit, ZQDEV_RescanDevice, &device), ZQ_OK);
     // What goes out in its first turn and in its second, at most.
-    EXPECT_LE(crowd.CountCommands(milliseconds(0)), 6U) << "asked again and again before others were asked";
-    EXPECT_EQ(crowd.CountCommands(milliseconds(1200)), 0U) << "sent after the re-check";
+    EXPECT_LE(crowd.TakeCommands(milliseconds(0)).size(), 6U)
+        << "asked again and again before others were asked";
+    EXPECT_EQ(crowd.TakeCommands(milliseconds(1200)).size(), 0U) << "sent after the re-check";
+}
+
+// Each would take an entry of the system's table of neighbours.
+TEST_F(UdpCrowd, OfTheSilentOnesFewAreSpokenToAlone) {
+    constexpr std::uint32_t kCardMask = 0xFFFF0000;
+    const TwoCards cards;
+    Configure("NofScanCycles=1\r\nScanTimeMs=1500\r\nNetworkCards=card0\r\n");
+    sim::CZQSimUdpSettings settings;
+    settings.interfaceName = "card0";
+    sim::CZQSimUdpServer server(sim::MakeCameras(1, 0x0A08000B, kCardMask), settings);
+    ZQDEVICEINFO device = Scan().at(0);
+    LetAnswerLate(server);
+    Crowd crowd(200, "10.8.0.1");
+    auto result = std::async(std::launch::async, [&] { return ZQ_CALL(kit, ZQDEV_RescanDevice, &device); });
+    std::set<std::string> alone;
+    while (result.wait_for(milliseconds(0)) != std::future_status::ready) {
+        alone.merge(crowd.TakeCommands(milliseconds(20)));
+    }
+    EXPECT_EQ(result.get(), ZQ_OK);
+    EXPECT_GE(alone.size(), 64U);
+    EXPECT_LE(alone.size(), 64U + 64U) << "by so many threads";
 }
 
 TEST_F(UdpCrowd, ScarceMeansCostNoCamera) {

@@ -40,13 +40,16 @@ bool IsOfMeans(std::int32_t errorNumber) {
     }
 }
 
-// The module reaches a camera in a foreign subnet only through the interface that heard it, by broadcast.
-CZQString CommandAddress(const SUdpDeviceConnInfo& camera) {
+// The module reaches a camera in a foreign subnet only through the interface that heard it, by broadcast; without the
+// bits of the interface's subnet any other, too.
+CZQString CommandAddress(const SUdpDeviceConnInfo& camera, bool maySpeakAlone) {
     if (camera.localAddress.IsEmpty()) {
         return camera.ipAddress;
     }
+    const std::string_view local = camera.localAddress.view();
+    const std::string through(maySpeakAlone ? local : local.substr(0, local.find('/')));
     return CZQString::Formatted("%s:%s@%s", camera.ipAddress.c_str(), camera.hardwareAddress.c_str(),
-                                camera.localAddress.c_str());
+                                through.c_str());
 }
 
 bool IsNetworkIam(const CZQString& iam) {
@@ -88,8 +91,11 @@ CZQString CZQUdpKitFiles::IamOf(const CZQString& deviceType) {
 }
 
 CZQUdpCamera::CZQUdpCamera(SUdpDeviceConnInfo answer, std::shared_ptr<CZQUdpKitFiles> kitFiles,
-                           IdentifiedCallback onIdentified)
-    : m_answer(std::move(answer)), m_kitFiles(std::move(kitFiles)), m_onIdentified(std::move(onIdentified)) {}
+                           std::shared_ptr<CZQUdpNeighbours> neighbours, IdentifiedCallback onIdentified)
+    : m_answer(std::move(answer)),
+      m_kitFiles(std::move(kitFiles)),
+      m_neighbours(std::move(neighbours)),
+      m_onIdentified(std::move(onIdentified)) {}
 
 CZQUdpCamera::EEnd CZQUdpCamera::Ask() noexcept {
     EEnd end = EEnd::kFailed;
@@ -101,6 +107,9 @@ CZQUdpCamera::EEnd CZQUdpCamera::Ask() noexcept {
         end = Fail(true);
     } catch (...) {
         end = Fail(false);
+    }
+    if (end != EEnd::kDone) {
+        m_neighbours->CountSilent();
     }
     const std::lock_guard lock(m_mutex);
     m_connection.reset();
@@ -138,7 +147,7 @@ CZQUdpCamera::EEnd CZQUdpCamera::Identify(CZQTextCommandCamera& camera) {
 }
 
 void CZQUdpCamera::ReadDevice(CZQTextCommandCamera& camera, CZQDeviceInfo& device) {
-    camera.Open(m_kitFiles->CommandModule(), CommandAddress(m_answer));
+    camera.Open(m_kitFiles->CommandModule(), CommandAddress(m_answer, m_neighbours->MaySpeakAlone()));
     camera.ReadRecord(device, m_answer.ipAddress,
                       [&] { m_kitFiles->ChooseImagePath(device, m_answer.ipAddress); });
     SetFinder(device, kUdpNames, device.GetDeviceID());

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <exception>
 #include <functional>
 #include <map>
@@ -37,6 +38,20 @@ private:
     std::map<std::string, CZQString> m_iams;  // by device type
 };
 
+// Of one search: whether its cameras may be spoken to alone. Each that is and stays silent keeps an entry of the table of
+// neighbours, which all programs of the machine share and made-up cameras would fill: 1,024 on Linux where nobody has
+// changed that, 256 on Windows. Once that many were silent, further ones are asked by broadcast. Thread-safe.
+class CZQUdpNeighbours {
+public:
+    static constexpr std::size_t kMaxSilent = 64;
+
+    bool MaySpeakAlone() const noexcept { return m_nofSilent < kMaxSilent; }
+    void CountSilent() noexcept { ++m_nofSilent; }
+
+private:
+    std::atomic<std::size_t> m_nofSilent{0};
+};
+
 // A camera that was heard, and what it says of itself once it has been asked.
 class CZQUdpCamera : public CZQIdentificationTask {
 public:
@@ -44,7 +59,7 @@ public:
     using IdentifiedCallback = std::function<void(const CZQDeviceInfo& device)>;
 
     CZQUdpCamera(SUdpDeviceConnInfo answer, std::shared_ptr<CZQUdpKitFiles> kitFiles,
-                 IdentifiedCallback onIdentified);
+                 std::shared_ptr<CZQUdpNeighbours> neighbours, IdentifiedCallback onIdentified);
 
     EEnd Ask() noexcept override;
     void Abort(bool forGood) noexcept override;
@@ -71,6 +86,7 @@ private:
 
     const SUdpDeviceConnInfo m_answer;
     const std::shared_ptr<CZQUdpKitFiles> m_kitFiles;
+    const std::shared_ptr<CZQUdpNeighbours> m_neighbours;
     const IdentifiedCallback m_onIdentified;
 
     mutable std::mutex m_mutex;  // for what follows

@@ -58,7 +58,7 @@ std::shared_ptr<CZQUdpCamera> CZQUdpSearch::Keep(std::size_t card, const SUdpDev
     if (heard != CZQUdpCameras::EHeard::kFirst && heard != CZQUdpCameras::EHeard::kOnEarlierCard) {
         return nullptr;
     }
-    auto camera = std::make_shared<CZQUdpCamera>(answer, m_kitFiles,
+    auto camera = std::make_shared<CZQUdpCamera>(answer, m_kitFiles, m_neighbours,
                                                  [search = weak_from_this()](const CZQDeviceInfo& device) {
                                                      if (const auto self = search.lock()) {
                                                          self->Check(device);

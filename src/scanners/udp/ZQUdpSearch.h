@@ -48,6 +48,7 @@ private:
     const Clock::time_point m_deadline;
     CZQString m_wantedId;
     const std::shared_ptr<CZQUdpKitFiles> m_kitFiles = std::make_shared<CZQUdpKitFiles>(m_kit);
+    const std::shared_ptr<CZQUdpNeighbours> m_neighbours = std::make_shared<CZQUdpNeighbours>();
     CZQIdentificationRound m_round;
     std::exception_ptr m_failure;  // of the listening, written before it ends
 
