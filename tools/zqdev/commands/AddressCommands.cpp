@@ -5,6 +5,7 @@
 #include "communication/ZQIpv4.h"
 #include "foundation/ZQException.h"
 #include "kit/ConfigFiles.h"
+#include "scan/CameraIdentity.h"
 #include "scan/Sighting.h"
 #include "scanners/ZQScannerTable.h"
 #include "scanners/address_change/ZQNetAddressChange.h"
@@ -181,6 +182,7 @@ ExitStatus SetIp(Session& session, const SetIpOptions& options) {
     const Kit& kit = session.GetKit();
     const std::string id(device::Text(saved.DeviceID));
 
+    RequireIdentity(session, before);
     // A camera may move before its answer is out: what counts is where it is afterwards.
     std::error_code changeError;
     Change(session, before, options.address, changeError);
