@@ -72,7 +72,7 @@ bool ReadWholeFile(const std::string& path, std::string& content, SystemErrorCod
 bool WriteWholeFile(const std::string& path, const std::string& content, SystemErrorCode& error);
 
 // Whether WriteWholeFile could open this existing file; nothing is changed.
-bool CanWriteFile(const std::string& path, SystemErrorCode& error) noexcept;
+bool CanWriteFile(const std::string& path, SystemErrorCode& error);
 
 // Folder of the given shell id (CSIDL_*), created if need be, without a trailing separator. Outside Windows
 // only the data folder common to all users (0x23) exists: "/var/lib".

@@ -13,6 +13,7 @@ using SystemErrorCode = std::uint32_t;
 // This layer's own codes, where the system has none; no system uses numbers like these.
 inline constexpr SystemErrorCode kNotARegularFile = 0x20000001;
 inline constexpr SystemErrorCode kFileTooLarge = 0x20000002;
+inline constexpr SystemErrorCode kForeignLink = 0x20000003;
 
 // Null for a code of the system's.
 constexpr const char* OwnErrorText(SystemErrorCode code) noexcept {
@@ -21,6 +22,8 @@ constexpr const char* OwnErrorText(SystemErrorCode code) noexcept {
             return "not a regular file";
         case kFileTooLarge:
             return "larger than 64 MiB";
+        case kForeignLink:
+            return "another user's link";
         default:
             return nullptr;
     }

@@ -61,6 +61,7 @@ TEST_F(PosixFileTest, ReplacedFileKeepsItsRights) {
 TEST_F(PosixFileTest, LinksAreReplacedAndNeverWrittenThrough) {
     const std::string victim = m_folder.File("victim");
     WriteBytes(victim, "[a]\r\nvictim=12345\r\n");
+    ASSERT_EQ(chmod(victim.c_str(), 0400), 0);
     for (const std::string& link :
          {m_path, m_path + ".bak", m_path + "." + std::to_string(getpid()) + ".tmp"}) {
         std::filesystem::create_symlink(victim, link);
@@ -69,6 +70,7 @@ TEST_F(PosixFileTest, LinksAreReplacedAndNeverWrittenThrough) {
     CZQFile::Copy(m_path + ".bak", m_path);
     EXPECT_EQ(ReadBytes(victim), "[a]\r\nvictim=12345\r\n");
     EXPECT_TRUE(S_ISREG(Status().st_mode));
+    EXPECT_EQ(Status().st_mode & 07777, 0400U) << "what was read is for nobody else now";
     EXPECT_EQ(ReadBytes(m_path + ".bak"), ReadBytes(m_path));
 }
 
@@ -78,13 +80,20 @@ TEST_F(PosixFileTest, OnlyRegularFilesAreReadAndNoneIsWaitedFor) {
     const std::string huge = m_folder.File("huge");
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
     std::filesystem::create_symlink("/dev/zero", device);
+    const std::string foreign = m_folder.File("foreign");
+    WriteBytes(m_folder.File("secret"), "[a]\r\nsecret=12345\r\n");
+    std::filesystem::create_symlink("secret", foreign);
     WriteBytes(huge, "");
     std::filesystem::resize_file(huge, platform::kMaxFileSize + 1);
     const std::pair<std::string, const char*> rows[] = {{pipe, "not a regular file"},
                                                         {device, "not a regular file"},
                                                         {huge, "larger than 64 MiB"},
-                                                        {m_folder.Path().string(), "Is a directory"}};
+                                                        {m_folder.Path().string(), "Is a directory"},
+                                                        {foreign, "another user's link"}};
     for (const auto& row : rows) {
+        if (row.first == foreign && lchown(foreign.c_str(), 12345, 54321) != 0) {
+            continue;  // only root can give a link away
+        }
         const std::string& path = row.first;
         const char* const reason = row.second;
         SCOPED_TRACE(path);

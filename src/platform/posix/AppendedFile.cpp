@@ -3,17 +3,21 @@
 #include <sys/file.h>
 #include <sys/stat.h>
 
-#include "platform/posix/Descriptor.h"
 #include "platform/posix/Paths.h"
+#include "platform/posix/TrustedLinks.h"
 
 namespace ZQAPI::platform {
 
 namespace {
 
 // Of what is made in the folder: whoever may use that may use this.
-bool TakeRightsOfFolder(const Descriptor& made, const std::string& folder, mode_t mask) noexcept {
+bool TakeRightsOfFolder(const Descriptor& made, const Descriptor& folder, mode_t mask) noexcept {
     struct stat around = {};
-    return ::stat(folder.c_str(), &around) == 0 && ::fchmod(made.Get(), around.st_mode & mask) == 0;
+    return ::fstat(folder.Get(), &around) == 0 && ::fchmod(made.Get(), around.st_mode & mask) == 0;
+}
+
+Descriptor OpenFolder(const std::string& path, SystemErrorCode& error) {
+    return OpenThroughTrustedLinks(WithoutSlash(path), O_PATH, error);
 }
 
 }  // namespace
@@ -31,13 +35,19 @@ bool AppendedFile::Open(const std::string& path, SystemErrorCode& error) {
     constexpr int kSafely = O_RDWR | O_APPEND | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY;
     constexpr mode_t kFile = 0664;
     constexpr int kMaxTries = 16;  // so often it may come and go in between
+    // Held, so that nobody puts another one in its place.
+    const Descriptor folder = OpenFolder(FolderOf(path), error);
+    if (!folder.IsOpen()) {
+        return false;
+    }
+    const std::string name = NameOf(path);
     auto state = std::make_unique<State>();
     for (int i = 0; i < kMaxTries && !state->file.IsOpen(); ++i) {
-        state->file = Descriptor(path, kSafely | O_CREAT | O_EXCL);
+        state->file = Descriptor(folder, name, kSafely | O_CREAT | O_EXCL);
         if (state->file.IsOpen()) {
-            [[maybe_unused]] const bool isShared = TakeRightsOfFolder(state->file, FolderOf(path), kFile);
+            [[maybe_unused]] const bool isShared = TakeRightsOfFolder(state->file, folder, kFile);
         } else if (errno == EEXIST) {
-            state->file = Descriptor(path, kSafely);
+            state->file = Descriptor(folder, name, kSafely);
         } else {
             break;
         }
@@ -97,20 +107,22 @@ bool AppendedFile::Append(std::string entry, SystemErrorCode& error) noexcept {
 bool MakeFolder(const std::string& path, SystemErrorCode& error) {
     constexpr mode_t kFolder = 02775;
     if (::mkdir(path.c_str(), 0777) == 0) {
+        SystemErrorCode ignored = 0;
+        const Descriptor parent = OpenFolder(FolderOf(path), ignored);
         const Descriptor folder(path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW);
         [[maybe_unused]] const bool isShared =
-            folder.IsOpen() && TakeRightsOfFolder(folder, FolderOf(path), kFolder);
+            parent.IsOpen() && folder.IsOpen() && TakeRightsOfFolder(folder, parent, kFolder);
         return Check(true, error);
     }
+    if (errno != EEXIST) {
+        return Check(false, error);
+    }
+    const Descriptor folder = OpenFolder(path, error);
     struct stat status = {};
-    if (errno != EEXIST || ::lstat(path.c_str(), &status) != 0) {
-        return Check(false, error);
+    if (!folder.IsOpen() || !Check(::fstat(folder.Get(), &status) == 0, error)) {
+        return false;
     }
-    if (S_ISLNK(status.st_mode) && (status.st_uid == 0 || status.st_uid == ::geteuid()) &&
-        ::stat(path.c_str(), &status) != 0) {
-        return Check(false, error);
-    }
-    return S_ISDIR(status.st_mode) ? Check(true, error) : Fail(ENOTDIR, error);
+    return S_ISDIR(status.st_mode) || Fail(ENOTDIR, error);
 }
 
 }  // namespace ZQAPI::platform

@@ -20,6 +20,9 @@ public:
     Descriptor(const std::string& path, int flags) noexcept
         : m_value(::open(path.c_str(), flags | O_CLOEXEC, 0666)) {
     }  // NOLINT(cppcoreguidelines-pro-type-vararg)
+    Descriptor(const Descriptor& folder, const std::string& name, int flags) noexcept
+        : m_value(::openat(folder.m_value, name.c_str(), flags | O_CLOEXEC, 0666)) {
+    }  // NOLINT(cppcoreguidelines-pro-type-vararg)
     Descriptor(const Descriptor&) = delete;
     Descriptor& operator=(const Descriptor&) = delete;
     Descriptor(Descriptor&& other) noexcept : m_value(std::exchange(other.m_value, -1)) {}

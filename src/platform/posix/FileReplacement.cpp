@@ -10,8 +10,8 @@
 
 #include "platform/Process.h"
 #include "platform/TemporaryName.h"
-#include "platform/posix/Descriptor.h"
 #include "platform/posix/Paths.h"
+#include "platform/posix/TrustedLinks.h"
 
 namespace ZQAPI::platform {
 
@@ -123,13 +123,15 @@ void FileReplacement::State::TakeRightsOf(const struct stat& old) const noexcept
 }
 
 bool FileReplacement::Create(SystemErrorCode& error) {
-    m_state->folder = Descriptor(m_state->folderName, O_PATH | O_DIRECTORY);
+    m_state->folder = OpenThroughTrustedLinks(WithoutSlash(m_state->folderName), O_PATH, error);
     if (!m_state->folder.IsOpen()) {
-        return Check(false, error);
+        return false;
     }
     RemoveAbandoned(m_state->folder, m_state->fileName);
+    SystemErrorCode ignored = 0;
+    const Descriptor like = OpenThroughTrustedLinks(m_state->like, O_PATH, ignored);
     struct stat old = {};
-    const bool hasOld = ::lstat(m_state->like.c_str(), &old) == 0 && S_ISREG(old.st_mode);
+    const bool hasOld = like.IsOpen() && ::fstat(like.Get(), &old) == 0 && S_ISREG(old.st_mode);
     if (!m_state->MakeFile(hasOld ? old.st_mode & kPermissions : kNewFile, error)) {
         return false;
     }

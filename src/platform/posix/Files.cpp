@@ -8,7 +8,7 @@
 #include <ctime>
 #include <string_view>
 
-#include "platform/posix/Descriptor.h"
+#include "platform/posix/TrustedLinks.h"
 
 namespace ZQAPI::platform {
 
@@ -28,14 +28,10 @@ SystemErrorCode KindError(const struct stat& status) noexcept {
 
 // Never waits, as a pipe's other end would make it.
 bool OpenRegularFile(const std::string& path, int flags, Descriptor& file, struct stat& status,
-                     SystemErrorCode& error) noexcept {
-    // Asked first: merely opening some devices does something.
-    if (::stat(path.c_str(), &status) == 0 && (error = KindError(status)) != 0) {
+                     SystemErrorCode& error) {
+    file = OpenThroughTrustedLinks(path, flags | O_NONBLOCK | O_NOCTTY, error);
+    if (!file.IsOpen() || !Check(::fstat(file.Get(), &status) == 0, error)) {
         return false;
-    }
-    file = Descriptor(path, flags | O_NONBLOCK | O_NOCTTY);
-    if (!file.IsOpen() || ::fstat(file.Get(), &status) != 0) {
-        return Check(false, error);
     }
     error = KindError(status);
     return error == 0;
@@ -168,7 +164,7 @@ bool WriteWholeFile(const std::string& path, const std::string& content, SystemE
            Check(::ftruncate(file.Get(), static_cast<off_t>(content.size())) == 0 && file.Close(), error);
 }
 
-bool CanWriteFile(const std::string& path, SystemErrorCode& error) noexcept {
+bool CanWriteFile(const std::string& path, SystemErrorCode& error) {
     Descriptor file;
     struct stat status = {};
     return OpenRegularFile(path, O_WRONLY, file, status, error);

@@ -11,6 +11,14 @@ inline std::string FolderOf(const std::string& path) {
     return slash == std::string::npos ? "./" : path.substr(0, slash + 1);
 }
 
+// A link is a link only without one.
+inline std::string WithoutSlash(std::string folder) {
+    while (folder.size() > 1 && folder.ends_with('/')) {
+        folder.pop_back();
+    }
+    return folder;
+}
+
 inline std::string NameOf(const std::string& path) {
     return path.substr(path.rfind('/') + 1);
 }

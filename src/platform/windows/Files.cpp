@@ -148,7 +148,7 @@ bool WriteWholeFile(const std::string& path, const std::string& content, SystemE
            Check(SetEndOfFile(file.get()) != FALSE, error);
 }
 
-bool CanWriteFile(const std::string& path, SystemErrorCode& error) noexcept {
+bool CanWriteFile(const std::string& path, SystemErrorCode& error) {
     return Check(OpenShared(path, GENERIC_WRITE, OPEN_EXISTING) != nullptr, error);
 }
 
