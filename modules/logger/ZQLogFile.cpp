@@ -16,7 +16,7 @@ constexpr auto kPatience = std::chrono::milliseconds(500);
 constexpr auto kImpatience = std::chrono::seconds(10);
 constexpr auto kPause = std::chrono::milliseconds(1);
 
-// Where a file can't be put aside, it grows to this many times its size, and not further.
+// Where a file can't be put aside, it grows to this many times its size, and not further: without the lock it is not before.
 constexpr std::uint64_t kAtMostTimes = 2;
 
 // So often others may put the file aside between its opening and its locking.
@@ -62,7 +62,6 @@ bool CZQLogFile::Append(const std::string& entry, const SLogLimits& limits, std:
         reason = FormatSystemError(error).str();
         return false;
     };
-    constexpr const char* kHeldByAnother = "another process holds it";
     for (int i = 0; i < kMaxTries; ++i) {
         platform::AppendedFile file;
         if (!Open(file, error)) {
@@ -75,17 +74,19 @@ bool CZQLogFile::Append(const std::string& entry, const SLogLimits& limits, std:
         const std::uint64_t size = file.Size();
         const std::uint64_t newSize = size + entry.size();
         if (size > 0 && newSize > limits.fileSize) {
-            if (isLocked && PutAside(limits.nofFiles, error)) {
+            // Whoever may read the file can hold the lock for ever: at last it is put aside without.
+            const bool isFarTooLarge = newSize > kAtMostTimes * limits.fileSize;
+            if ((isLocked || isFarTooLarge) &&
+                (!file.IsStillAt(m_path) || PutAside(limits.nofFiles, error))) {
                 continue;
             }
-            if (newSize > kAtMostTimes * limits.fileSize) {
-                reason = kHeldByAnother;
-                return isLocked && fail();
+            if (isFarTooLarge) {
+                return fail();
             }
         }
         return file.Append(entry, error) || fail();
     }
-    reason = kHeldByAnother;
+    reason = "another process holds it";
     return false;
 }
 

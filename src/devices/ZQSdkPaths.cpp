@@ -32,6 +32,9 @@ CZQString FindConfigRoot(const CZQString& binPath) {
     }
     CZQString root;
     ini.ReadString("AppDataPath", root);
+    if (platform::HasMoreRightsThanStarter() && !IsAbsolutePath(root.view())) {
+        root = binPath + root;  // the current folder is the starter's choice
+    }
     return root.RemoveSuffix(separator.view()) + separator;
 }
 

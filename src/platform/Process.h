@@ -23,6 +23,10 @@ bool GetEnvironmentText(const char* name, std::string& value);
 // (ZQSDK_...). In a process with more rights than its starter's (set-user-id, capabilities) they are the
 // starter's wishes and count as missing.
 bool GetTrustedEnvironmentText(const char* name, std::string& value);
+// Whether the process has more rights than whoever started it, and who chose its arguments, environment and current
+// folder: on Linux one with a set-user-id bit or capabilities of its file.
+bool HasMoreRightsThanStarter() noexcept;
+
 bool SetEnvironmentText(const char* name, const std::string& value, SystemErrorCode& error);
 
 // Between the folders in PATH: ';' on Windows, ':' elsewhere.

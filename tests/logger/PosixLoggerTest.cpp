@@ -85,6 +85,19 @@ TEST_F(PosixLogger, WaitsNotLongForAStoppedProcess) {
     EXPECT_EQ(LogFolder::LinesOf(m_folder.Log()).size(), 2U + kCount);
 }
 
+TEST_F(PosixLogger, LosesNothingToAReaderWhoHoldsTheLock) {
+    m_folder.Configure("FileSizeKiB=64\r\n");
+    const int held = open(m_folder.Log().c_str(), O_RDONLY | O_CLOEXEC);
+    ASSERT_EQ(flock(held, LOCK_EX), 0);
+    constexpr int kCount = 1500;
+    for (int i = 0; i <= kCount; ++i) {
+        LogNumber(m_logger, i);
+    }
+    close(held);
+    EXPECT_THAT(LogFolder::LinesOf(m_folder.Log()).back(), ::testing::HasSubstr("Number=1500;"));
+    EXPECT_LT(std::filesystem::file_size(m_folder.Log()), 2U * 65536U);
+}
+
 TEST_F(PosixLogger, GivesAFileTheRightsOfItsFolder) {
     std::filesystem::remove_all(m_folder.Path());
     const auto rights = [](const std::filesystem::path& path) {

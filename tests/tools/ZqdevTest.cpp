@@ -121,6 +121,28 @@ TEST_F(Zqdev, LogIsThatOfAllProgramsByTime) {
     }
 }
 
+TEST(LogReader, IsBoundedWhoeverPutsFilesThere) {
+    const TempFolder folder;
+    const std::string entry = "2026-01-01 12:00:00.000 +00:00 " + std::string(std::size_t{1} << 20U, 'x');
+    std::string content;
+    for (int i = 0; i < 50; ++i) {
+        content.append(entry).append("\n");
+    }
+    WriteBytes(folder.Path() / "a.log", content);
+    WriteBytes(folder.Path() / "c.log", "2026-01-01 12:00:01.000 +00:00 last\n");
+    zqdev::LogReader reader(folder.Path().string());
+    EXPECT_EQ(reader.ReadNew().size(), 32U) << "of each log its share";
+    EXPECT_TRUE(reader.IsCut());
+    for (int i = 1; i < 10; ++i) {
+        std::filesystem::create_hard_link(folder.Path() / "a.log",
+                                          folder.Path() / ("b.log." + std::to_string(i)));
+    }
+    zqdev::LogReader other(folder.Path().string());
+    const auto entries = other.ReadNew();
+    EXPECT_LT(entries.size(), 64U);
+    EXPECT_TRUE(entries.back().lines.front().ends_with("last"));
+}
+
 TEST(LogReader, GoesOnWhereAFileIsPutAside) {
     const TempFolder folder;
     const auto log = folder.Path() / "a.log";
@@ -480,6 +502,15 @@ TEST_F(Zqdev, WhoHoldsTheLockIsNamedAndWhatIsNoFileIsNoLock) {
         ExpectDone({"list"});
     }
     ExpectDone(edit);
+    if (!platform::HasDriveLetters()) {
+        for (const char* const what : {"of a file that was there", "of a new one"}) {
+            EXPECT_EQ(std::filesystem::status(file).permissions() & std::filesystem::perms::others_all,
+                      std::filesystem::perms::none)
+                << "whoever may not save keeps nobody from it: " << what;
+            std::filesystem::remove(file);
+            ExpectDone(edit);
+        }
+    }
 
     std::filesystem::remove(file);
     std::filesystem::create_directory(file);

@@ -1,8 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <chrono>
+#include <memory>
 #include <mutex>
 #include <set>
 #include <string>
+#include <thread>
+#include <vector>
 
 #include "ZQSimUdpServer.h"
 #include "communication/ZQIpv4.h"
@@ -67,6 +72,32 @@ TEST(SimulatedCameras, TheSameSeedGivesTheSameRun) {
         counts.insert(count);
     }
     EXPECT_GT(counts.size(), 1U) << "chance plays no part";
+}
+
+TEST(SimulatedCameras, EndWhoeverGoesOnAsking) {
+    using std::chrono::seconds;
+    std::vector<CZQSimCamera> cameras;
+    for (std::uint64_t i = 0; i < 500; ++i) {
+        cameras.push_back(MakeCameras(1, kLoopbackAddress, kMask, "", kFirstHardwareAddress + i).front());
+    }
+    auto server = std::make_unique<CZQSimUdpServer>(cameras, kSettings);
+    std::atomic<bool> isOver{false};
+    std::atomic<int> nofRequests{0};
+    const auto begin = std::chrono::steady_clock::now();
+    std::thread stranger([&] {
+        UdpPeer peer;
+        while (!isOver && std::chrono::steady_clock::now() - begin < seconds(12)) {
+            peer.Send(At(kLoopbackAddress, kSettings.commandPort), "FFFFFFFFFFFF:X\n");
+            ++nofRequests;
+        }
+    });
+    while (nofRequests < 1000) {
+        std::this_thread::yield();
+    }
+    server.reset();
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, seconds(8));
+    isOver = true;
+    stranger.join();
 }
 
 TEST(SimulatedCameras, AnAddressThatCannotBeHadEndsTheStart) {

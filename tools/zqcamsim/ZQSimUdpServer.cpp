@@ -22,6 +22,9 @@ constexpr std::uint32_t kLoopbackMask = 0xFF000000;
 constexpr std::uint32_t kMulticast = 0xE0000000;  // and above: no host's
 constexpr std::uint32_t kLimitedBroadcast = 0xFFFFFFFF;
 constexpr std::size_t kAddressFieldLength = 12;
+// Anybody may ask, as fast as he likes: what is more than this is lost, as on a real network.
+constexpr std::size_t kMaxWaitingAnswers = 32768;
+constexpr int kMaxRequestsAtOnce = 64;  // of one socket, before others have their turn
 constexpr std::string_view kDiscoveryQuery = "SYST:NET:IP?";
 // The end is noticed after this time at the latest. No datagram to itself could tell it: loopback may be down.
 constexpr std::chrono::milliseconds kLongestWait{50};
@@ -201,13 +204,17 @@ bool CZQSimUdpServer::ServeOnce() {
     return true;
 }
 
-// Takes everything that has arrived at one socket. What is no request is ignored, as a camera does.
+// Takes what has arrived at one socket. What is no request is ignored, as a camera does.
 void CZQSimUdpServer::Receive(const Listener& listener) {
     char buffer[2048];
     platform::Ipv4SocketAddress from;
     platform::SystemErrorCode error{};
-    while (const auto size =
-               listener.socket->ReceiveFrom(std::as_writable_bytes(std::span(buffer)), from, error)) {
+    for (int n = 0; n < kMaxRequestsAtOnce; ++n) {
+        const auto size =
+            listener.socket->ReceiveFrom(std::as_writable_bytes(std::span(buffer)), from, error);
+        if (!size) {
+            break;
+        }
         std::string_view request(buffer, *size);
         if (request.size() < kAddressFieldLength + 2 || request[kAddressFieldLength] != ':' ||
             !request.ends_with('\n')) {
@@ -232,7 +239,7 @@ void CZQSimUdpServer::Hear(std::size_t index, EPort port, std::string_view comma
     Station& station = m_stations[index];
     ++(port == kDiscovery ? station.counts.discoveryRequests : station.counts.commands);
     const CZQSimPortFaults& faults = port == kDiscovery ? station.faults.discovery : station.faults.command;
-    if (faults.silent || Happens(station, faults.requestLoss)) {
+    if (faults.silent || Happens(station, faults.requestLoss) || m_answers.size() >= kMaxWaitingAnswers) {
         return;
     }
     const std::string answer = station.camera.Execute(command);

@@ -4,6 +4,7 @@
 #include <limits.h>
 #include <link.h>
 #include <stdlib.h>
+#include <sys/auxv.h>
 #include <unistd.h>
 
 #include <array>
@@ -65,6 +66,10 @@ bool GetEnvironmentText(const char* name, std::string& value) {
 
 bool GetTrustedEnvironmentText(const char* name, std::string& value) {
     return TakeText(secure_getenv(name), value);
+}
+
+bool HasMoreRightsThanStarter() noexcept {
+    return getauxval(AT_SECURE) != 0;
 }
 
 bool SetEnvironmentText(const char* name, const std::string& value, SystemErrorCode& error) {

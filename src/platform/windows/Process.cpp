@@ -63,6 +63,10 @@ bool GetTrustedEnvironmentText(const char* name, std::string& value) {
     return GetEnvironmentText(name, value);
 }
 
+bool HasMoreRightsThanStarter() noexcept {
+    return false;
+}
+
 bool SetEnvironmentText(const char* name, const std::string& value, SystemErrorCode& error) {
     return Check(SetEnvironmentVariableA(name, value.c_str()) != FALSE, error);
 }

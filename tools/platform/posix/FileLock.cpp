@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "platform/posix/Descriptor.h"
+#include "platform/posix/Paths.h"
 
 namespace ZQAPI::platform {
 
@@ -49,14 +50,31 @@ std::string HolderOf(const struct stat& file) {
 }
 
 // Whoever may only read the file may lock it as well: another user can have made it.
-Descriptor OpenSafely(const std::string& path) noexcept {
+Descriptor OpenSafely(const std::string& path, bool& isNew) noexcept {
     constexpr int kSafely = O_NOFOLLOW | O_NONBLOCK;
-    Descriptor file(path, kSafely | O_RDWR | O_CREAT);
+    Descriptor file(path, kSafely | O_RDWR | O_CREAT | O_EXCL);
+    isNew = file.IsOpen();
+    if (!file.IsOpen() && errno == EEXIST) {
+        file = Descriptor(path, kSafely | O_RDWR | O_CREAT);
+    }
     if (!file.IsOpen() && errno == EACCES) {
         file = Descriptor(path, kSafely | O_RDONLY);
         errno = !file.IsOpen() && errno == ENOENT ? EACCES : errno;
     }
     return file;
+}
+
+// Who may write to the folder, and nobody else: whoever may read the file could hold the lock for ever. Of a file that is
+// there already rights are only taken away, for somebody may have moved another one here.
+void KeepForWriters(const Descriptor& file, const std::string& path, const struct stat& status, bool isNew) {
+    struct stat folder = {};
+    if (::stat(FolderOf(path).c_str(), &folder) != 0 || status.st_uid != ::geteuid() ||
+        status.st_nlink != 1) {
+        return;
+    }
+    const mode_t writers = (folder.st_mode & (S_IWGRP | S_IWOTH)) | S_IWUSR;
+    const mode_t rights = writers | writers << 1U;  // to read it as well
+    [[maybe_unused]] const bool isKept = ::fchmod(file.Get(), isNew ? rights : status.st_mode & rights) == 0;
 }
 
 // Nobody else's process finds a file that was deleted or replaced meanwhile.
@@ -71,7 +89,8 @@ FileLock::FileLock() noexcept = default;
 FileLock::~FileLock() = default;
 
 FileLock::Outcome FileLock::TryToTake(const std::string& file, std::string& told) {
-    Descriptor opened = OpenSafely(file);
+    bool isNew = false;
+    Descriptor opened = OpenSafely(file, isNew);
     struct stat status = {};
     if (!opened.IsOpen() || ::fstat(opened.Get(), &status) != 0) {
         const SystemErrorCode error = LastSystemError();
@@ -82,6 +101,7 @@ FileLock::Outcome FileLock::TryToTake(const std::string& file, std::string& told
         told = kNoFile;
         return Outcome::kFailed;
     }
+    KeepForWriters(opened, file, status, isNew);
     if (::flock(opened.Get(), LOCK_EX | LOCK_NB) != 0) {
         const SystemErrorCode error = LastSystemError();
         const bool isHeld = error == EWOULDBLOCK || error == EINTR;

@@ -73,6 +73,11 @@ ExitStatus Log(Session& session, const LogOptions& options) {
     LogReader reader(folder);
     std::vector<LogEntry> entries = reader.ReadNew();
     const bool isEmpty = entries.empty();
+    if (reader.IsCut()) {
+        session.GetConsole().PrintError("the logs in " + folder + " have more than " +
+                                        std::to_string(LogReader::kMost >> 20U) +
+                                        " MiB; of each only the end is shown");
+    }
     DropOlder(entries, options);
     if (options.follow) {
         session.ShowText(LogText(entries));

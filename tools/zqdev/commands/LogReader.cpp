@@ -207,7 +207,7 @@ std::vector<std::string> LogReader::Logs() const {
     return {logs.begin(), logs.end()};
 }
 
-std::string LogReader::NewContent(const std::string& log, Position& position) {
+std::string LogReader::NewContent(const std::string& log, Position& position, std::size_t most) {
     constexpr std::size_t kMaxHead = 256;
     platform::FileStamp stamp;
     platform::SystemErrorCode error = 0;
@@ -217,7 +217,8 @@ std::string LogReader::NewContent(const std::string& log, Position& position) {
     // From the current file back to the one that was read last; each may be put aside while it is read.
     std::vector<std::string> pieces;
     Position reached = position;
-    for (std::uint32_t i = 0; i <= kMaxLogFiles; ++i) {
+    std::size_t size = 0;
+    for (std::uint32_t i = 0; i <= kMaxLogFiles && size <= most; ++i) {
         std::string content;
         if (!platform::ReadWholeFile(i == 0 ? log : log + "." + std::to_string(i), content, error) ||
             content.empty()) {
@@ -231,6 +232,7 @@ std::string LogReader::NewContent(const std::string& log, Position& position) {
         }
         const bool isKnown = !position.head.empty() && content.starts_with(position.head);
         pieces.push_back(isKnown ? content.substr(std::min(position.length, content.size())) : content);
+        size += pieces.back().size();
         if (isKnown) {
             break;
         }
@@ -241,13 +243,24 @@ std::string LogReader::NewContent(const std::string& log, Position& position) {
     for (const auto& piece : pieces) {
         added += piece;
     }
+    if (added.size() > most) {
+        m_isCut = true;
+        added.erase(0, added.size() - most);
+        added.erase(0, std::min(added.find('\n'), added.size() - 1) + 1);
+    }
     return added;
 }
 
 std::vector<LogEntry> LogReader::ReadNew() {
     std::vector<LogEntry> entries;
-    for (const std::string& log : Logs()) {
-        TakeEntries(NewContent(log, m_positions[log]), entries);
+    const std::vector<std::string> logs = Logs();
+    std::size_t room = kMost;
+    std::size_t nofLeft = logs.size();
+    m_isCut = false;
+    for (const std::string& log : logs) {
+        const std::string content = NewContent(log, m_positions[log], room / nofLeft--);
+        room -= content.size();
+        TakeEntries(content, entries);
     }
     std::stable_sort(entries.begin(), entries.end(),
                      [](const LogEntry& left, const LogEntry& right) { return left.timeMs < right.timeMs; });

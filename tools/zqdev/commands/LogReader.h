@@ -29,8 +29,13 @@ class LogReader {
 public:
     explicit LogReader(std::string folder) : m_folder(std::move(folder)) {}
 
-    // What was added since the last call, by time; at first all there is.
+    // What was added since the last call, by time; at first all there is. Of more than kMost bytes the end of each log:
+    // whoever may write to the folder can put any number of files there, and names of one file.
     std::vector<LogEntry> ReadNew();
+    // Whether it was more, at the last call.
+    bool IsCut() const noexcept { return m_isCut; }
+
+    static constexpr std::size_t kMost = platform::kMaxFileSize;
 
 private:
     // How far a log was read: to here in the file that begins so.
@@ -41,10 +46,11 @@ private:
     };
 
     std::vector<std::string> Logs() const;
-    static std::string NewContent(const std::string& log, Position& position);
+    std::string NewContent(const std::string& log, Position& position, std::size_t most);
 
     const std::string m_folder;
     std::map<std::string, Position> m_positions;  // by log
+    bool m_isCut = false;
 };
 
 }  // namespace ZQAPI::zqdev

@@ -15,6 +15,10 @@ namespace ZQAPI::zqdev {
 namespace {
 
 std::string FindLibrary(const std::string& folder) {
+    if (!folder.empty() && platform::HasMoreRightsThanStarter()) {
+        throw Failure(FailureLine("--kit is refused: this process has more rights than its starter",
+                                  ZQ_ERR_LIBRARY_NOT_LOADED, "run a zqdev without such rights"));
+    }
     const std::filesystem::path place =
         folder.empty() ? platform::ToPath(platform::OwnModulePath()).parent_path() : platform::ToPath(folder);
     std::error_code error;
