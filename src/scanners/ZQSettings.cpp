@@ -170,6 +170,7 @@ CZQString SettingText(const CZQStringArray& pieces) {
 void ReadSettings(const CZQString& apiIniPath, const CZQString& section, std::span<const SSettingRow> rows,
                   void* settings) {
     CZQIniFile ini(apiIniPath);
+    const CZQIniBatch snapshot(ini);  // read once, however often somebody touches the file meanwhile
     ini.SetSection(section);
     for (const SSettingRow& row : rows) {
         const SSettingWish wish = WishOfEnvironment(section, row);

@@ -440,6 +440,12 @@ TEST_F(Zqdev, FilesAreMadeMendedAndSealedOnlyWhenAsked) {
     ExpectFailure({"config", "check"}, 1, {"IPPort=99999: a number from 0 to 65535", "config seal"});
     WriteSealed(m_kit.ApiIni(), odd + "IPort=1\r\n[DeviceScanner.SCANNER_UDP]\r\n");
     EXPECT_EQ(RunJson({"config", "show"})["warnings"].size(), 3U);
+    std::string full = odd;
+    for (int i = 0; i < 1000; ++i) {
+        full += "K" + std::to_string(i) + "=1\r\n";
+    }
+    WriteSealed(m_kit.ApiIni(), full);
+    EXPECT_LT(RunJson({"config", "show"})["warnings"].size(), 110U);
 
     WriteBytes(m_kit.File("USE_LOCAL_SDK_CONFIG"), "[Paths]\r\nAppDataPath=elsewhere\r\n");
     EXPECT_THAT(Run({"config", "check"}).err, testing::HasSubstr("is relative"));

@@ -49,12 +49,19 @@ bool IsSameName(std::string_view left, std::string_view right) {
     return SIniNameEqual()(left, right);
 }
 
+// So many keys, or sections, that nothing reads are told: a file may be full of them.
+constexpr std::size_t kMaxUnknown = 100;
+
 // Keys in the section that no row has: misspelt ones, as a rule.
 void AddUnknown(CZQIniFile& ini, const SSettingSection& known, ScanSection& section) {
     for (const CZQString& key : ini.ReadKeyNames()) {
         const bool isKnown = std::any_of(known.rows.begin(), known.rows.end(), [&](const SSettingRow& row) {
             return IsSameName(row.key, key.view());
         });
+        if (!isKnown && section.settings.size() > known.rows.size() + kMaxUnknown) {
+            section.warning = "it has more keys that nothing reads";
+            return;
+        }
         if (!isKnown) {
             const CZQString none;
             section.settings.push_back({AnyToUtf8(key.view()),
@@ -169,6 +176,7 @@ std::string Keys(const std::vector<SettingPlace>& places) {
 
 ScanSettings ReadScanSettings(const std::string& file) {
     CZQIniFile ini(file);
+    const CZQIniBatch snapshot(ini);  // read once
     ScanSettings sections;
     const auto known = AllSections();
     for (const SSettingSection& section : known) {
@@ -184,6 +192,9 @@ ScanSettings ReadScanSettings(const std::string& file) {
         const bool isKnown = std::any_of(known.begin(), known.end(), [&](const SSettingSection& section) {
             return IsSameName(section.name.view(), name.view());
         });
+        if (sections.size() > known.size() + kMaxUnknown) {
+            break;
+        }
         if (IsScannerSection(name.view()) && !isKnown) {
             sections.push_back({AnyToUtf8(name.view()), "no scanner reads this section", {}});
         }
