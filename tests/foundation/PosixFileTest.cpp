@@ -83,13 +83,15 @@ TEST_F(PosixFileTest, OnlyRegularFilesAreReadAndNoneIsWaitedFor) {
     const std::string foreign = m_folder.File("foreign");
     WriteBytes(m_folder.File("secret"), "[a]\r\nsecret=12345\r\n");
     std::filesystem::create_symlink("secret", foreign);
+    const std::string second = m_folder.File("second");
+    std::filesystem::create_hard_link(m_folder.File("secret"), second);
     WriteBytes(huge, "");
     std::filesystem::resize_file(huge, platform::kMaxFileSize + 1);
-    const std::pair<std::string, const char*> rows[] = {{pipe, "not a regular file"},
-                                                        {device, "not a regular file"},
-                                                        {huge, "larger than 64 MiB"},
-                                                        {m_folder.Path().string(), "Is a directory"},
-                                                        {foreign, "another user's link"}};
+    const std::pair<std::string, const char*> rows[] = {
+        {pipe, "not a regular file"},    {device, "not a regular file"},
+        {huge, "larger than 64 MiB"},    {m_folder.Path().string(), "Is a directory"},
+        {second, "another user's link"}, {foreign, "another user's link"}};
+    ASSERT_EQ(chmod(m_folder.Path().c_str(), 0777), 0);
     for (const auto& row : rows) {
         if (row.first == foreign && lchown(foreign.c_str(), 12345, 54321) != 0) {
             continue;  // only root can give a link away

@@ -16,6 +16,14 @@ bool IsTrusted(const struct stat& link) noexcept {
     return (link.st_uid == 0 || link.st_uid == ::geteuid()) && link.st_nlink == 1;
 }
 
+// Whether somebody else may have given the file its name here, beside its own where he may not read it.
+bool IsForeignName(const std::string& path, const struct stat& file) noexcept {
+    struct stat folder = {};
+    return S_ISREG(file.st_mode) && file.st_nlink > 1 &&
+           (::stat(FolderOf(path).c_str(), &folder) != 0 || (folder.st_mode & (S_IWGRP | S_IWOTH)) != 0 ||
+            (folder.st_uid != 0 && folder.st_uid != ::geteuid()));
+}
+
 // Everything is asked of what was opened: the name may mean something else meanwhile. What is there is left alone where
 // it is neither a regular file nor a folder: merely opening some devices does something.
 Descriptor OpenItself(const std::string& path, int flags, struct stat& status, SystemErrorCode& error) {
@@ -37,7 +45,13 @@ Descriptor OpenItself(const std::string& path, int flags, struct stat& status, S
         return {};
     }
     Descriptor opened(path, flags | O_NOFOLLOW);
-    Check(opened.IsOpen(), error);
+    if (!Check(opened.IsOpen() && ::fstat(opened.Get(), &status) == 0, error)) {
+        return {};
+    }
+    if (IsForeignName(path, status)) {
+        Fail(kForeignLink, error);
+        return {};
+    }
     return opened;
 }
 
