@@ -352,6 +352,28 @@ TEST_F(UdpCrowd, ARescanEndsWithItsCameraAndSendsNothingMore) {
     EXPECT_EQ(crowd.TakeCommands(milliseconds(1200)).size(), 0U) << "sent after the re-check";
 }
 
+TEST_F(UdpCrowd, ATypeWhoseFileIsBrokenIsNotAskedForAgainAndAgain) {
+    constexpr std::size_t kCameras = 300;
+    auto cameras = sim::MakeCameras(kCameras, kFirstAddress, kMask, "ZQNetCam-2M");
+    const sim::CZQSimUdpServer server(std::move(cameras), {});
+    const std::string file = kit.File("CameraConfig/ZQNetCam-2M.ccf");
+    for (const bool isEmpty : {true, false}) {
+        isEmpty ? WriteBytes(file, "") : WriteSealed(file, "[Interfaces]\r\nCCMs=CCM_ZQ_TCPIP\r\n");
+        std::uint64_t before = 0;
+        std::uint64_t after = 0;
+        const auto count = [&](std::uint64_t& commands) {
+            for (std::size_t i = 0; i < kCameras; ++i) {
+                commands += server.GetCounts(i).commands;
+            }
+        };
+        count(before);
+        EXPECT_EQ(CountFound(), 0U);
+        count(after);
+        // Three questions come before the file, and some of them are repeated.
+        EXPECT_LE(after - before, 4 * (kCameras + 64)) << isEmpty;
+    }
+}
+
 // Each would take an entry of the system's table of neighbours.
 TEST_F(UdpCrowd, OfTheSilentOnesFewAreSpokenToAlone) {
     constexpr std::uint32_t kCardMask = 0xFFFF0000;

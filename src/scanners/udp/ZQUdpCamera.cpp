@@ -79,6 +79,12 @@ bool CZQUdpKitFiles::HasConfigFileOf(const CZQString& deviceType) const {
     return CZQFile::Exists(m_kit.GetCameraConfigFile(deviceType));
 }
 
+bool CZQUdpKitFiles::IsWorthAnotherTry(const CZQString& deviceType) {
+    constexpr unsigned kMaxFailedReads = 64;
+    const std::lock_guard lock(m_mutex);
+    return ++m_nofFailedReads[deviceType.str()] < kMaxFailedReads;
+}
+
 CZQString CZQUdpKitFiles::IamOf(const CZQString& deviceType) {
     const std::lock_guard lock(m_mutex);
     const auto known = m_iams.find(deviceType.str());
@@ -164,7 +170,8 @@ CZQUdpCamera::EEnd CZQUdpCamera::FailToIdentify(const CZQException& exception, c
         const std::lock_guard lock(m_mutex);
         m_unknownType = deviceType;
     }
-    return Fail(isFileThere);
+    const bool isIncomplete = exception.GetErrorNumber() == ZQ_ERR_INI_KEY_MISSING;
+    return Fail(isFileThere && !isIncomplete && m_kitFiles->IsWorthAnotherTry(deviceType));
 }
 
 CZQUdpCamera::EEnd CZQUdpCamera::Fail(bool isForWantOfMeans) noexcept {

@@ -25,6 +25,9 @@ public:
 
     const CZQString& CommandModule() const noexcept { return m_commandModule; }
     bool HasConfigFileOf(const CZQString& deviceType) const;
+    // Of a file that is there and was not read: whether that may have been for want of a free handle. Not time and again:
+    // a file that nobody can read must not hold up whoever is asked beside a camera that says it is of that type.
+    bool IsWorthAnotherTry(const CZQString& deviceType);
     // Sets IAM and IAMAddress of a record whose device type is known; `ipAddress` where images come over the
     // network. Errors of the type's camera configuration file.
     void ChooseImagePath(CZQDeviceInfo& device, const CZQString& ipAddress);
@@ -35,7 +38,8 @@ private:
     const CZQSdkPaths m_kit;
     const CZQString m_commandModule = m_kit.GetCcmPath() + "ZQCCMUdpAPI.dll";
     std::mutex m_mutex;
-    std::map<std::string, CZQString> m_iams;  // by device type
+    std::map<std::string, CZQString> m_iams;           // by device type
+    std::map<std::string, unsigned> m_nofFailedReads;  // the same
 };
 
 // Of one search: whether its cameras may be spoken to alone. Each that is and stays silent keeps an entry of the table of
