@@ -39,17 +39,20 @@ timeval ToTimeval(std::chrono::microseconds time) {
 }
 
 // The socket is always in non-blocking mode; it also must not wake whoever waits because an earlier datagram of ours
-// found no listener.
+// found no listener, or no way.
 bool Configure(SOCKET socket, SystemErrorCode& error) noexcept {
     u_long nonBlocking = 1;
     if (!Check(ioctlsocket(socket, static_cast<long>(FIONBIO), &nonBlocking) == 0, error)) {
         return false;
     }
     constexpr DWORD kUdpConnectionReset = 0x9800000C;  // SIO_UDP_CONNRESET
-    BOOL report = FALSE;
-    DWORD returned = 0;
-    // A system without this control code does not report in the first place.
-    WSAIoctl(socket, kUdpConnectionReset, &report, sizeof report, nullptr, 0, &returned, nullptr, nullptr);
+    constexpr DWORD kUdpNetworkReset = 0x9800000F;     // SIO_UDP_NETRESET
+    for (const DWORD code : {kUdpConnectionReset, kUdpNetworkReset}) {
+        BOOL report = FALSE;
+        DWORD returned = 0;
+        // A system without this control code does not report in the first place.
+        WSAIoctl(socket, code, &report, sizeof report, nullptr, 0, &returned, nullptr, nullptr);
+    }
     return true;
 }
 
