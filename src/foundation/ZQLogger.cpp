@@ -4,6 +4,7 @@
 
 #include "foundation/Threading/ZQSharedSlot.h"
 #include "foundation/ZQNoDestructor.h"
+#include "foundation/ZQPrintableText.h"
 #include "platform/Process.h"
 
 namespace ZQAPI {
@@ -32,7 +33,9 @@ void LogException(std::uint32_t level, const CZQException& exception) noexcept {
         if (const auto logger = Slot().Get()) {
             logger->Log(level, exception);
         } else {
-            platform::ShowErrorBox(exception.ToString().c_str());
+            const CZQString text = exception.ToString();
+            platform::ShowErrorBox(platform::IsDebugOutputForPeople() ? PrintableLines(text.view()).c_str()
+                                                                      : text.c_str());
         }
     } catch (...) {
         platform::WriteDebugOutput("ZQSDK: !! an exception could not be logged");

@@ -55,12 +55,18 @@ struct Range {
     char32_t first;
     char32_t last;
 };
-// What does something to a terminal, or to the order and the lines in which the text around it is read.
+// What does something to a terminal, to the order and the lines in which the text around it is read, or can't be seen at
+// all, so that two texts look the same.
 constexpr Range kUnsafe[] = {
-    {0x00, 0x1F},     {0x7F, 0x9F},      // control characters, C0 and C1
-    {0x061C, 0x061C}, {0x200E, 0x200F},  // marks of direction
-    {0x2028, 0x2029},                    // line and paragraph separator
-    {0x202A, 0x202E}, {0x2066, 0x2069},  // embeddings, overrides and isolates
+    {0x00, 0x1F},       {0x7F, 0x9F},        // control characters, C0 and C1
+    {0xAD, 0xAD},       {0x34F, 0x34F},      // soft hyphen, grapheme joiner
+    {0x61C, 0x61C},     {0x180B, 0x180F},    // mark of direction, Mongolian selectors
+    {0x200B, 0x200F},                        // of no width, joiners, marks of direction
+    {0x2028, 0x202E},                        // line and paragraph separator, embeddings, overrides
+    {0x2060, 0x206F},                        // of no width, isolates, deprecated ones
+    {0xFE00, 0xFE0F},   {0xFEFF, 0xFEFF},    // selectors of variants, byte order mark
+    {0xFFF9, 0xFFFB},   {0x1D173, 0x1D17A},  // annotations, of music
+    {0xE0000, 0xE0FFF},                      // tags
 };
 
 bool IsUnsafe(std::string_view character) {
@@ -93,6 +99,14 @@ std::string Printable(std::string_view raw) {
         text.remove_prefix(character.size());
     }
     return printable;
+}
+
+std::string PrintableLines(std::string_view raw) {
+    std::string printable;
+    for (std::size_t end = 0; (end = raw.find('\n')) != std::string_view::npos; raw.remove_prefix(end + 1)) {
+        printable += Printable(raw.substr(0, end)) + "\n";
+    }
+    return printable + Printable(raw);
 }
 
 bool IsUtf8(std::string_view text) {

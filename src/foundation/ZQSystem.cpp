@@ -5,6 +5,7 @@
 
 #include "foundation/ZQException.h"
 #include "foundation/ZQLogger.h"
+#include "foundation/ZQPrintableText.h"
 #include "platform/Files.h"
 #include "platform/Process.h"
 
@@ -46,7 +47,11 @@ void DebugOutput(const char* format, ...) noexcept {
     va_start(arguments, format);
     try {
         const CZQString text = CZQString::FormattedV(format, arguments);
-        platform::WriteDebugOutput(text.c_str());
+        if (platform::IsDebugOutputForPeople()) {
+            platform::WriteDebugOutput(PrintableLines(text.view()).c_str());
+        } else {
+            platform::WriteDebugOutput(text.c_str());
+        }
         LogDebugText(text);
     } catch (const std::exception&) {
         platform::WriteDebugOutput("ZQSDK: !! no memory for a debug text");

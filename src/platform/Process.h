@@ -36,6 +36,13 @@ char SearchPathSeparator() noexcept;
 // ZQSDK_DEBUG is set to something other than "0". One line per call, any thread.
 void WriteDebugOutput(const char* text) noexcept;
 
+inline constexpr const char* kDebugVariable = "ZQSDK_DEBUG";
+// Its value where a program reads the debug output, which then has every text as it is.
+inline constexpr const char* kDebugForPrograms = "raw";
+
+// Whether these texts, and those of ShowErrorBox, come out on a terminal as a rule, and so have to be printable.
+bool IsDebugOutputForPeople() noexcept;
+
 // A modal box with OK, Cancel and the stop sign; never in a process whose window station is not interactive.
 // Elsewhere a text on standard error.
 void ShowErrorBox(const char* text) noexcept;

@@ -5,6 +5,8 @@
 #include <map>
 #include <thread>
 
+#include "foundation/ZQSystem.h"
+#include "platform/Files.h"
 #include "platform/Process.h"
 #include "support/DebugLines.h"
 
@@ -52,6 +54,19 @@ TEST(DebugCapture, SeveralLinesAtOnceAreHandedOverAsWhatTheyAreToWhoeverListens)
         platform::WriteDebugOutput("nobody listens");
         EXPECT_EQ(lines, (Lines{first, "+ two", "+ three", "four"}));
     }
+}
+
+// Else it goes to a terminal, or to a file that is read on one.
+TEST(DebugOutput, IsAsItIsForAProgramAloneThatReadsIt) {
+    const auto write = [] { DebugOutput("%s", "a\xC2\x9B[31m\nb\xE2\x80\xAE"); };
+    EXPECT_EQ(DebugLinesOf(write), (Lines{"a\xC2\x9B[31m", "b\xE2\x80\xAE"}));
+    platform::SystemErrorCode error = 0;
+    ASSERT_TRUE(platform::SetEnvironmentText(platform::kDebugVariable, "1", error));
+    ::testing::internal::CaptureStderr();
+    write();
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(),
+              platform::HasDriveLetters() ? "" : "a\\xC2\\x9B[31m\nb\\xE2\\x80\\xAE\n");
+    ASSERT_TRUE(platform::SetEnvironmentText(platform::kDebugVariable, "0", error));
 }
 
 }  // namespace

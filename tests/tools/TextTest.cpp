@@ -21,8 +21,9 @@ TEST(Text, WhatCannotBePrintedIsEscaped) {
         {"\x1b[31m\x7f", "\\x1B[31m\\x7F", true},
         {"Gr\xC3\xBC\xC3\x9F", "Gr\xC3\xBC\xC3\x9F", true},
         {"\xF0\x9F\x93\xB7", "\xF0\x9F\x93\xB7", true},
-        {"\xC2\xA0\xE2\x80\x8D\xE2\x80\xA7\xE2\x80\xAF", "\xC2\xA0\xE2\x80\x8D\xE2\x80\xA7\xE2\x80\xAF",
-         true},
+        {"\xC2\xA0\xE2\x80\xA7\xE2\x80\xAF", "\xC2\xA0\xE2\x80\xA7\xE2\x80\xAF", true},
+        {"a\xE2\x80\x8B\xE2\x80\x8D\xEF\xBB\xBF", "a\\xE2\\x80\\x8B\\xE2\\x80\\x8D\\xEF\\xBB\\xBF", true},
+        {"\xE2\x81\xA0\xC2\xAD\xF3\xA0\x81\x81", "\\xE2\\x81\\xA0\\xC2\\xAD\\xF3\\xA0\\x81\\x81", true},
         {"\xD8\x9C\xE2\x80\xAE xyz", "\\xD8\\x9C\\xE2\\x80\\xAE xyz", true},  // read from right to left
         {"\xE2\x80\xA8\xE2\x81\xA6", "\\xE2\\x80\\xA8\\xE2\\x81\\xA6", true},
         {"Gr\xFC\xDF", "Gr\\xFC\\xDF", false},       // Latin-1
@@ -38,6 +39,37 @@ TEST(Text, WhatCannotBePrintedIsEscaped) {
         }
         EXPECT_EQ(IsUtf8(c.text), c.utf8) << c.printable;
     }
+}
+
+// A camera's identifier stands in calls that users paste. Nothing: it is no safe word of one.
+TEST(Text, WordsOfACallMeanNothingToTheShellsThatTheyArePastedInto) {
+    const struct {
+        const char* text;
+        const char* windows;
+        const char* others;
+    } cases[] = {
+        {"ZQNetCam-2M:1", "\"ZQNetCam-2M:1\"", "'ZQNetCam-2M:1'"},
+        {"a b&c|d>e^f;g", "\"a b&c|d>e^f;g\"", "'a b&c|d>e^f;g'"},
+        {"it's", "\"it's\"", "'it'\\''s'"},
+        {"a\" & calc & \"b", nullptr, "'a\" & calc & \"b'"},
+        {"%PATH%", nullptr, "'%PATH%'"},
+        {"$(calc) `calc`", nullptr, "'$(calc) `calc`'"},
+        {"!!", nullptr, "'!!'"},
+        {"a\xE2\x80\x9D; calc", nullptr, "'a\xE2\x80\x9D; calc'"},  // PowerShell takes it for a quote
+        {"C:\\kit\\\\", "\"C:\\kit\\\\\\\\\"", nullptr},
+        {"--kit=/tmp", nullptr, nullptr},
+        {"a\nb", nullptr, nullptr},
+        {"a\xE2\x80\xAE", nullptr, nullptr},
+    };
+    const auto wanted = [](const char* text) {
+        return text ? std::optional<std::string>(text) : std::nullopt;
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(QuotedFor(true, c.text), wanted(c.windows)) << c.text;
+        EXPECT_EQ(QuotedFor(false, c.text), wanted(c.others)) << c.text;
+    }
+    EXPECT_EQ(Word("eth0.1", "CARD"), "eth0.1");
+    EXPECT_EQ(Word("a\x1B", "CARD"), "CARD");
 }
 
 TEST(Table, ColumnsLineUpAlsoBehindCharactersOfSeveralBytes) {

@@ -183,7 +183,7 @@ std::string Advice(Subject subject, int number, const Kit& kit, const std::strin
             const auto has = [&](std::string_view mark) { return text.find(mark) != std::string_view::npos; };
             return Filled(text, kit,
                           {{"file", file},
-                           {"FILE", Quoted(file)},
+                           {"FILE", Quoted(file, "FILE")},
                            {"why-not-read", has("{why-not-read}") ? ReadingObstacle(file) : ""},
                            {"why-not-written", has("{why-not-written}") ? WritingObstacle(file) : ""}});
         }

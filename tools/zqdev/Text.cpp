@@ -1,6 +1,7 @@
 #include "Text.h"
 
 #include <algorithm>
+#include <iterator>
 #include <limits>
 #include <numeric>
 
@@ -13,6 +14,24 @@ namespace {
 constexpr std::size_t kGap = 2;         // columns between two cells
 constexpr std::size_t kNarrowest = 10;  // a column is not broken to less than this
 constexpr const char* kBeneath = "    ";
+
+// What means something to cmd or to PowerShell in double quotes; the last ones end them there, as '"' does.
+constexpr std::string_view kMeantInDoubleQuotes[] = {
+    "\"", "%", "!", "$", "`", "\xE2\x80\x9C", "\xE2\x80\x9D", "\xE2\x80\x9E"};
+
+std::string InDoubleQuotes(std::string text) {
+    const std::size_t end = text.find_last_not_of('\\') + 1;
+    // Whoever takes the quotes off takes "\"" for one of the text's own.
+    return '"' + text + text.substr(end) + '"';
+}
+
+std::string InSingleQuotes(const std::string& text) {
+    std::string quoted = "'";
+    for (const char c : text) {
+        quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    }
+    return quoted + "'";
+}
 
 // Takes at most `width` columns off the text's start, up to a blank where there is one.
 std::string_view TakeLine(std::string_view& text, std::size_t width) {
@@ -45,15 +64,30 @@ void AppendLine(std::string& text, const std::vector<std::string_view>& cells,
 
 }  // namespace
 
-std::string Quoted(std::string_view text) {
-    if (platform::HasDriveLetters()) {
-        return '"' + std::string(text) + '"';  // no file name has one of these in it
+std::optional<std::string> QuotedFor(bool isWindows, std::string_view text) {
+    const std::string utf8 = Utf8(text);
+    const auto isIn = [&](std::string_view part) { return utf8.find(part) != std::string::npos; };
+    // An option is no word. A backslash means something to some shells also in single quotes.
+    if (text.starts_with('-') || Printable(text) != utf8 ||
+        (isWindows ? std::any_of(std::begin(kMeantInDoubleQuotes), std::end(kMeantInDoubleQuotes), isIn)
+                   : isIn("\\"))) {
+        return std::nullopt;
     }
-    std::string quoted = "'";
-    for (const char c : text) {
-        quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    }
-    return quoted + "'";
+    return isWindows ? InDoubleQuotes(utf8) : InSingleQuotes(utf8);
+}
+
+std::string Quoted(std::string_view text, const char* otherwise) {
+    return QuotedFor(platform::HasDriveLetters(), text).value_or(otherwise);
+}
+
+std::string Word(std::string_view text, const char* otherwise) {
+    const std::string_view plain = platform::HasDriveLetters() ? "_-./\\:~" : "_-./";
+    const bool isPlain =
+        !text.empty() && text.front() != '-' && std::all_of(text.begin(), text.end(), [&](char c) {
+            return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
+                   plain.find(c) != std::string_view::npos;
+        });
+    return isPlain ? std::string(text) : Quoted(text, otherwise);
 }
 
 std::string Enumerate(const std::vector<std::string>& words) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,8 +16,13 @@ using tools::ColumnsOf;
 using tools::Start;
 using tools::Wrapped;
 
-// In the quotes that this system's shell takes off again.
-std::string Quoted(std::string_view text);
+// For a call that is going to be pasted: in the quotes that this system's shells take off again. What is no safe word of
+// a call, for whoever reads it or for the shells, becomes `otherwise`.
+std::string Quoted(std::string_view text, const char* otherwise);
+// Nothing where it is none, on the system with drive letters or on the others.
+std::optional<std::string> QuotedFor(bool isWindows, std::string_view text);
+// As Quoted, but without quotes where nothing in the text needs them.
+std::string Word(std::string_view text, const char* otherwise);
 
 // "a, b and c"
 std::string Enumerate(const std::vector<std::string>& words);

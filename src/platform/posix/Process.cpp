@@ -96,8 +96,13 @@ void WriteLine(const char* text) noexcept {
 
 }  // namespace
 
+bool IsDebugOutputForPeople() noexcept {
+    const char* const wanted = secure_getenv(kDebugVariable);
+    return wanted == nullptr || std::strcmp(wanted, kDebugForPrograms) != 0;
+}
+
 void WriteDebugOutput(const char* text) noexcept {
-    const char* const wanted = secure_getenv("ZQSDK_DEBUG");
+    const char* const wanted = secure_getenv(kDebugVariable);
     if (wanted != nullptr && std::strcmp(wanted, "0") != 0) {
         WriteLine(text);
     }

@@ -75,6 +75,10 @@ char SearchPathSeparator() noexcept {
     return ';';
 }
 
+bool IsDebugOutputForPeople() noexcept {
+    return false;  // no debugger and no box is a terminal
+}
+
 void WriteDebugOutput(const char* text) noexcept {
     OutputDebugStringA(text);
 }

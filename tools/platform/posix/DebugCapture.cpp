@@ -46,8 +46,6 @@ bool OpenMessagePipe(Pipe& pipe) {
 // More than a socket takes at once, unless the machine's settings were raised.
 constexpr std::size_t kLongestWrite = std::size_t{256} << 10;
 
-// Turns the debug output on; see WriteDebugOutput.
-constexpr const char* kSwitch = "ZQSDK_DEBUG";
 constexpr const char* kOff = "0";
 
 // Puts what was written together to lines.
@@ -90,7 +88,7 @@ private:
 struct DebugCapture::State {
     explicit State(LineCallback onLine) : lines(std::move(onLine)) {
         std::string value;
-        if (GetEnvironmentText(kSwitch, value)) {
+        if (GetEnvironmentText(kDebugVariable, value)) {
             formerSwitch = value;
         }
     }
@@ -98,7 +96,7 @@ struct DebugCapture::State {
     State& operator=(const State&) = delete;
     ~State() {
         SystemErrorCode ignored = 0;
-        SetEnvironmentText(kSwitch, formerSwitch, ignored);
+        SetEnvironmentText(kDebugVariable, formerSwitch, ignored);
         if (realStream != nullptr) {
             ::dup2(::fileno(realStream), STDERR_FILENO);
         }
@@ -163,7 +161,7 @@ DebugCapture::~DebugCapture() = default;
 
 std::unique_ptr<DebugCapture> DebugCapture::Start(LineCallback onLine, SystemErrorCode& error) {
     auto state = std::make_unique<State>(std::move(onLine));
-    if (!SetEnvironmentText(kSwitch, "1", error) || !Check(state->Start(), error)) {
+    if (!SetEnvironmentText(kDebugVariable, kDebugForPrograms, error) || !Check(state->Start(), error)) {
         return nullptr;
     }
     return std::unique_ptr<DebugCapture>(new DebugCapture(std::move(state)));

@@ -161,7 +161,7 @@ ExitStatus Status(Session& session) {
         } else if (state.name == kMoved) {
             failures.push_back(
                 Filled("'{id}' has moved to {address}; keep that with \"{zqdev rescan ID --save}\"",
-                       session.GetKit(), {{"id", id}, {"address", state.address}, {"ID", Quoted(id)}}));
+                       session.GetKit(), {{"id", id}, {"address", state.address}, {"ID", Quoted(id, "ID")}}));
         } else if (state.name == kGone) {
             failures.push_back("'" + id +
                                "' is gone: " + Advice(Subject::kRescan, state.error, session.GetKit(), {}));

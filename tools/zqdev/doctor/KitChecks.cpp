@@ -159,7 +159,7 @@ void AddRights(Findings& findings, const Patient& patient, const std::string& pa
         findings.push_back(
             {State::kBad,
              "anybody may write to " + Printable(path) + " (owner " + Printable(rights->owner) + ")",
-             Filled(Fix::kAnybodyWrites, patient.kit, {{"file", Quoted(path)}})});
+             Filled(Fix::kAnybodyWrites, patient.kit, {{"file", Quoted(path, "FILE")}})});
     }
     if (const std::string owner = Printable(rights->owner); owners.find(owner) == std::string::npos) {
         owners += (owners.empty() ? ", owner " : ", ") + owner;
@@ -204,7 +204,7 @@ Findings CheckSeals(const Patient& patient) {
             continue;  // told of the files
         }
         const int error = SealError(file);
-        const std::string call = Quoted(file);
+        const std::string call = Quoted(file, "FILE");
         if (error == ZQ_ERR_SEAL_MISSING) {
             findings.push_back({State::kWarn, Printable(file) + " has none",
                                 Filled(Fix::kNoSeal, patient.kit, {{"FILE", call}})});

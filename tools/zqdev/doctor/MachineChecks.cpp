@@ -60,13 +60,14 @@ Finding DeniedPort(const Patient& patient, State state, const std::string& devic
                    const platform::DeviceAccess& access) {
     std::string user;
     const std::string group = Printable(access.group);
-    return {state,
-            "this user may not open " + Printable(device) + (group.empty() ? "" : " (group " + group + ")"),
-            group.empty()
-                ? Filled(Fix::kUnreadable, patient.kit)
-                : Filled(Fix::kNoPermission, patient.kit,
-                         {{"group", group},
-                          {"user", platform::GetEnvironmentText("USER", user) ? Quoted(user) : "USER"}})};
+    return {
+        state,
+        "this user may not open " + Printable(device) + (group.empty() ? "" : " (group " + group + ")"),
+        group.empty()
+            ? Filled(Fix::kUnreadable, patient.kit)
+            : Filled(Fix::kNoPermission, patient.kit,
+                     {{"group", group},
+                      {"user", platform::GetEnvironmentText("USER", user) ? Quoted(user, "USER") : "USER"}})};
 }
 
 // The ports that a scan is to try, and the others.

@@ -61,8 +61,9 @@ Findings CheckCards(const Patient& patient) {
     }
     for (const CZQComNetInterface& card : patient.cards) {
         if (!card.IsUp()) {
-            findings.push_back({State::kWarn, Shown(card) + " is switched off",
-                                Filled(Fix::kCardDown, patient.kit, {{"card", Printable(card.GetName())}})});
+            findings.push_back(
+                {State::kWarn, Shown(card) + " is switched off",
+                 Filled(Fix::kCardDown, patient.kit, {{"card", Word(card.GetName(), "CARD")}})});
         }
     }
     for (const std::string& name : UsableNames(patient)) {
@@ -130,7 +131,7 @@ Findings CheckReversePath(const Patient& patient) {
                  Printable(name) + (*filter == 1
                                         ? " drops what comes from addresses of other networks than its own"
                                         : " drops what comes from addresses that no route leads to"),
-                 Filled(Fix::kReversePath, patient.kit, {{"card", Printable(name)}})});
+                 Filled(Fix::kReversePath, patient.kit, {{"card", Word(name, "CARD")}})});
         }
     }
     if (findings.empty()) {

@@ -38,12 +38,7 @@ std::string CallOf(std::string program) {
         return "zqdev";
     }
     program.resize(program.size() - (program.ends_with(kEnding) ? kEnding.size() : 0));
-    const std::string plain = platform::HasDriveLetters() ? "_-./\\:~" : "_-./";
-    const bool isPlain = std::all_of(program.begin(), program.end(), [&](char c) {
-        return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
-               plain.find(c) != std::string::npos;
-    });
-    return isPlain ? program : Quoted(program);
+    return Word(program, "zqdev");
 }
 
 // Without the doubled separators that the library's own paths have.
@@ -54,7 +49,7 @@ std::string Tidy(const CZQString& path) {
 }  // namespace
 
 Kit::Kit(const std::string& folder, const std::string& program)
-    : m_call(CallOf(program) + (folder.empty() ? "" : " --kit " + Quoted(folder))),
+    : m_call(CallOf(program) + (folder.empty() ? "" : " --kit " + Quoted(folder, "KIT"))),
       m_libraryFile(FindLibrary(folder)),
       m_paths(CZQSdkPaths::MakeBinPath(m_libraryFile)) {}
 

@@ -247,7 +247,8 @@ private:
         for (Camera* const camera : cameras) {
             const std::string id = camera->heard.deviceId.str();
             if (!id.empty() && camera->isOne) {
-                camera->setIp = m_kit.Command("set-ip " + Quoted(id) + " " + FreeAddress(camera->heard));
+                camera->setIp =
+                    m_kit.Command("set-ip " + Quoted(id, "ID") + " " + FreeAddress(camera->heard));
                 AskToSave(id);
                 remark.calls.push_back(camera->setIp);
             }
