@@ -5,6 +5,7 @@
 
 #include "foundation/Io/ZQConfigFile.h"
 #include "foundation/Io/ZQFile.h"
+#include "foundation/ZQDebugLine.h"
 #include "foundation/ZQException.h"
 
 namespace ZQAPI {
@@ -12,9 +13,15 @@ namespace ZQAPI {
 namespace {
 
 constexpr char kNameSeparator = ';';
+constexpr std::string_view kSeparatorText(&kNameSeparator, 1);
 constexpr const char* kListSection = "General";
 constexpr const char* kListKey = "Devices";
 constexpr std::size_t kUsualDeviceSize = 512;  // in the file
+constexpr std::size_t kLeastDeviceSize = 128;
+
+// A name that stands in the list again is another record. So many may, that the records take no more than a few times
+// the memory that the file does.
+constexpr std::size_t kMostRepeated = 4096;
 
 // The list as text, not sealed.
 std::string TextOf(const CZQDeviceList& list, const CZQString& path) {
@@ -84,13 +91,18 @@ void CZQDeviceList::LoadFromFile(const CZQString& path) {
     CZQConfigFile file(path, CZQConfigFile::Mode::kRead, true);
     const CZQIniBatch snapshot(file);
 
-    CZQStringArray names;
     file.SetSection(kListSection);
-    file.ReadLongStringArray(kListKey, names, kNameSeparator);
-    m_devices.reserve(names.GetSize());
-    for (const CZQString& name : names) {
+    const std::string value = file.ReadLongString(kListKey);
+    const auto count = static_cast<std::size_t>(std::count(value.begin(), value.end(), kNameSeparator)) + 1;
+    if (count > kMostRepeated + file.GetSize() / kLeastDeviceSize) {
+        ZQ_THROW("CZQDeviceList::LoadFromFile", ZQ_ERR_INI_VALUE_TOO_LONG, "%s; Names=%zu",
+                 file.Where(kListKey).c_str(), count);
+    }
+    m_devices.reserve(count);
+    for (std::string_view names = value; !names.empty();) {
+        CZQString name = TakeUntil(kSeparatorText, names);
         CZQDeviceInfo device;
-        device.LoadFromIni(file, name);
+        device.LoadFromIni(file, name.Trim());
         AddDevice(device, false);
     }
 }

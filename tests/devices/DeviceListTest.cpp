@@ -132,6 +132,10 @@ TEST_F(DeviceListFile, WhatCannotBeReadBackFailsTheLoadAndIsKeptOnDisk) {
         std::string text = whole;
         return text.replace(text.find(part), part.size(), other);
     };
+    std::string names;
+    while (names.size() < 10'000) {
+        names += "A;";
+    }
     const struct {
         const char* what;
         std::string content;
@@ -139,6 +143,8 @@ TEST_F(DeviceListFile, WhatCannotBeReadBackFailsTheLoadAndIsKeptOnDisk) {
         std::uint32_t count;
     } cases[] = {
         {"a name twice", with("Devices=A", "Devices=A;A"), 0, 2},
+        {"a name so often that the records would take the memory of a much larger file",
+         with("Devices=A", "Devices=" + names), ZQ_ERR_INI_VALUE_TOO_LONG, 0},
         {"empty list", "[General]\r\nDevices=\r\n", ZQ_ERR_INI_KEY_MISSING, 0},
         {"unknown section", with("Devices=A", "Devices=A;B"), ZQ_ERR_INI_KEY_MISSING, 1},
         {"empty value", with("DeviceDesc=d", "DeviceDesc="), ZQ_ERR_INI_KEY_MISSING, 0},

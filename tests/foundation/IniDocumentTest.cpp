@@ -92,6 +92,16 @@ TEST(IniDocument, ValueLengthsCountIn16Bits) {
     EXPECT_EQ(length(text + "xabc"), 3U);
 }
 
+// Else a file of them takes a time that grows with the square of its size.
+TEST(IniDocument, NobodyCanThinkUpNamesOfOneHash) {
+    const SIniNameHash hash;
+    EXPECT_EQ(hash("General"), hash("gENERAL"));
+    for (const auto& [left, right] : {std::pair("@", "`"), std::pair("[x", "{x"), std::pair("\xC3", "\xE3"),
+                                      std::pair("Camera1", "Camera\x11")}) {
+        EXPECT_NE(hash(left), hash(right)) << left;
+    }
+}
+
 TEST(IniDocument, OneKeyCanBeSetForEver) {
     CZQIniDocument document("[s]\r\nk=\r\n[t]\r\nl=1\r\n");
     for (int i = 0; i < 20'000; ++i) {

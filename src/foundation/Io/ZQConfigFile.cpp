@@ -41,7 +41,9 @@ CZQConfigFile::CZQConfigFile(const CZQString& fileName, Mode mode, bool check)
             CZQFile::Delete(fileName);
         }
     } else if (check) {
-        Hold(VerifiedOrSealed());
+        std::string content = VerifiedOrSealed();
+        m_size = content.size();
+        Hold(std::move(content));
     }
 }
 

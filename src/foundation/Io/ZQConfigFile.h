@@ -31,6 +31,9 @@ public:
     // CZQFile::Replace does it. ZQ_ERR_SEAL_COMPUTE, and what that throws.
     std::uint32_t CreateFileChecksum();
 
+    // Bytes of the file that was verified on opening.
+    std::size_t GetSize() const noexcept { return m_size; }
+
     // The text with its checksum line, in place of the one it may have.
     static std::string Sealed(std::string text);
     // What the checksum is about: all before its line, if there is one.
@@ -43,6 +46,7 @@ private:
     std::string VerifiedOrSealed() const;
 
     bool m_sealsOnClose;
+    std::size_t m_size = 0;
 };
 
 }  // namespace ZQAPI

@@ -29,19 +29,26 @@ constexpr int kMaxUnindexedLines = 64;
 // Replaced lines stay in memory until there are this many bytes more of them than the file had.
 constexpr std::size_t kMaxDroppedBytes = 65536;
 
-// Calls visit(line, length without line end) for every line. A line ends at CR LF, CR, LF or the end.
-template <class Char, class Visit>
-void ForEachLine(std::basic_string_view<Char> rest, Visit visit) {
-    while (!rest.empty()) {
-        std::size_t end = 0;
-        while (end < rest.size() && rest[end] != Char{'\n'} && rest[end] != Char{'\r'}) {
-            ++end;
-        }
-        const bool isPair = end + 1 < rest.size() && rest[end] == Char{'\r'} && rest[end + 1] == Char{'\n'};
-        const std::size_t length = std::min<std::size_t>(end + (isPair ? 2 : 1), rest.size());
-        visit(rest.substr(0, length), end);
-        rest.remove_prefix(length);
+std::u16string UnitsOf(std::string_view bytes) {
+    std::u16string units(bytes.size() / 2, u'\0');
+    for (std::size_t i = 0; i < units.size(); ++i) {
+        const auto low = static_cast<unsigned char>(bytes[2 * i]);
+        const auto high = static_cast<unsigned char>(bytes[2 * i + 1]);
+        units[i] = static_cast<char16_t>(low | high << 8);
     }
+    return units;
+}
+
+// UTF-16 text as 8-bit text, line by line.
+std::string LinesOf(std::string_view bytes) {
+    const std::u16string units = UnitsOf(bytes);
+    std::string lines;
+    for (std::u16string_view rest = units; !rest.empty();) {
+        std::size_t length = 0;
+        const std::u16string_view line = TakeIniLine(rest, length);
+        lines += platform::Utf16ToAnsi(line.substr(0, length)) + '\n';
+    }
+    return lines;
 }
 
 }  // namespace
@@ -51,25 +58,32 @@ void CZQIniDocument::Line::SetBytes(std::string_view bytes) noexcept {
     size = static_cast<std::uint32_t>(bytes.size());
 }
 
-void CZQIniDocument::Line::SetText(std::string_view fromNameOn, std::string_view name) noexcept {
-    text = fromNameOn.data();
-    textSize = static_cast<std::uint32_t>(fromNameOn.size());
-    nameSize = static_cast<std::uint32_t>(name.size());
+void CZQIniDocument::Line::SetMeaning(const SIniLine& meaning) noexcept {
+    kind = meaning.kind;
+    hasValue = meaning.hasValue;
+    text = meaning.text.data();
+    textSize = static_cast<std::uint32_t>(meaning.text.size());
+    nameSize = static_cast<std::uint32_t>(meaning.name.size());
 }
 
 std::string_view CZQIniDocument::Line::Value() const noexcept {
-    const std::string_view rest(text + nameSize, textSize - nameSize);
-    const std::size_t equals = rest.find('=');
-    return equals == std::string_view::npos ? std::string_view() : TrimIniPart(rest.substr(equals + 1));
+    return SIniLine{kind, hasValue, {text, textSize}, Name()}.Value();
 }
 
 CZQIniDocument::CZQIniDocument(std::string content)
     : m_content(std::move(content)), m_arena(kFirstBlock + kLineOverhead * m_content.capacity()) {
-    Parse();
+    m_isUtf16 = m_content.starts_with(kUtf16Mark);
+    if (m_isUtf16) {
+        m_content.resize(m_content.size() - m_content.size() % 2);  // what is left over is half a character
+        m_converted = LinesOf(std::string_view(m_content).substr(kUtf16Mark.size()));
+    }
+    m_reader.emplace(m_isUtf16 ? m_converted : m_content);
 }
 
 void CZQIniDocument::Parse() {
-    const std::string_view content = m_content;
+    m_reader.reset();
+    m_converted = {};
+    std::string_view content = m_content;
     m_sections = std::pmr::polymorphic_allocator<>(&m_arena).new_object<Sections>();
     m_sections->max_load_factor(kSectionLoad);
     m_sections->reserve(m_content.capacity() / kSectionSize);
@@ -79,25 +93,23 @@ void CZQIniDocument::Parse() {
         m_front.isTerminated = false;
         ParseUtf16(content.substr(kUtf16Mark.size()));
     } else {
-        ForEachLine(content, [&](std::string_view line, std::size_t textLength) {
-            Append(line.substr(0, textLength), line);
-        });
+        while (!content.empty()) {
+            std::size_t length = 0;
+            const std::string_view line = TakeIniLine(content, length);
+            Append(line.substr(0, length), line);
+        }
     }
 }
 
-// A byte left over at the end is half a character and dropped.
 void CZQIniDocument::ParseUtf16(std::string_view bytes) {
-    std::u16string units(bytes.size() / 2, u'\0');
-    for (std::size_t i = 0; i < units.size(); ++i) {
-        const auto low = static_cast<unsigned char>(bytes[2 * i]);
-        const auto high = static_cast<unsigned char>(bytes[2 * i + 1]);
-        units[i] = static_cast<char16_t>(low | high << 8);
-    }
-    ForEachLine(std::u16string_view(units), [&](std::u16string_view line, std::size_t textLength) {
-        Append(Keep({platform::Utf16ToAnsi(line.substr(0, textLength))}), bytes.substr(0, 2 * line.size()));
-        m_last->isTerminated = textLength < line.size();
+    const std::u16string units = UnitsOf(bytes);
+    for (std::u16string_view rest = units; !rest.empty();) {
+        std::size_t length = 0;
+        const std::u16string_view line = TakeIniLine(rest, length);
+        Append(Keep({platform::Utf16ToAnsi(line.substr(0, length))}), bytes.substr(0, 2 * line.size()));
+        m_last->isTerminated = length < line.size();
         bytes.remove_prefix(2 * line.size());
-    });
+    }
 }
 
 // A line of the file: its text, and the bytes that stand for it with its line end.
@@ -105,15 +117,15 @@ void CZQIniDocument::Append(std::string_view text, std::string_view bytes) {
     Line line;
     line.SetBytes(bytes);
     line.isTerminated = bytes.size() > text.size();
-    Classify(text, line);
+    line.SetMeaning(ClassifyIniLine(text));
     if (Extend(*m_last, line)) {
         return;
     }
     Line& added = InsertAfter(*m_last, line);
-    if (added.kind == LineKind::kHeader) {
+    if (added.kind == EIniLine::kHeader) {
         Section& section = AddSection(added);
         m_parsedSection = section.header == &added ? &section : nullptr;
-    } else if (added.kind == LineKind::kEntry && m_parsedSection != nullptr) {
+    } else if (added.kind == EIniLine::kEntry && m_parsedSection != nullptr) {
         m_parsedSection->lastEntry = &added;
     }
 }
@@ -121,7 +133,7 @@ void CZQIniDocument::Append(std::string_view text, std::string_view bytes) {
 // Lines that mean nothing become part of such a line before them.
 bool CZQIniDocument::Extend(Line& last, const Line& line) const noexcept {
     const auto meansNothing = [](const Line& one) {
-        return one.kind == LineKind::kBlank || one.kind == LineKind::kComment;
+        return one.kind == EIniLine::kBlank || one.kind == EIniLine::kComment;
     };
     if (&last == &m_front || !meansNothing(last) || !meansNothing(line) ||
         last.begin + last.size != line.begin) {
@@ -145,25 +157,6 @@ void CZQIniDocument::Reparse() {
     m_arena.release();
     m_content = std::move(content);
     Parse();
-}
-
-void CZQIniDocument::Classify(std::string_view text, Line& line) {
-    const std::string_view trimmed = TrimIniBlanks(text);
-    if (trimmed.empty()) {
-        line.kind = LineKind::kBlank;
-    } else if (trimmed.front() == ';') {
-        line.kind = LineKind::kComment;
-    } else if (trimmed.front() == '[') {
-        line.kind = LineKind::kHeader;
-        const std::string_view name = TrimIniPart(trimmed.substr(1, trimmed.find(']') - 1));
-        line.SetText(name, name);
-    } else {
-        const std::size_t equals = trimmed.find('=');
-        const std::string_view name = TrimIniPart(trimmed.substr(0, equals));
-        line.SetText(trimmed, name);
-        line.hasValue = equals != std::string_view::npos;
-        line.kind = line.hasValue || !name.empty() ? LineKind::kEntry : LineKind::kBlank;
-    }
 }
 
 // Where there is a section of that name already, this one is never read.
@@ -199,9 +192,9 @@ CZQIniDocument::Line* CZQIniDocument::FindEntry(Section& section, std::string_vi
         return FindIndexed(section, key);
     }
     int passed = 0;
-    for (Line* line = section.header->next; line != nullptr && line->kind != LineKind::kHeader;
+    for (Line* line = section.header->next; line != nullptr && line->kind != EIniLine::kHeader;
          line = line->next) {
-        if (line->kind == LineKind::kEntry && SIniNameEqual()(line->Name(), key)) {
+        if (line->kind == EIniLine::kEntry && SIniNameEqual()(line->Name(), key)) {
             return line;
         }
         if (++passed > kMaxUnindexedLines) {
@@ -221,9 +214,9 @@ void CZQIniDocument::MakeIndex(Section& section) const {
     std::pmr::vector<IndexedEntry>& index = *section.index;
     index.clear();  // its memory serves again
     section.isIndexed = true;
-    for (Line* line = section.header->next; line != nullptr && line->kind != LineKind::kHeader;
+    for (Line* line = section.header->next; line != nullptr && line->kind != EIniLine::kHeader;
          line = line->next) {
-        if (line->kind == LineKind::kEntry) {
+        if (line->kind == EIniLine::kEntry) {
             index.push_back({SIniNameHash()(line->Name()), line});
         }
     }
@@ -269,6 +262,9 @@ std::string CZQIniDocument::GetWholeValue(const char* section, const char* key) 
 
 std::optional<std::string_view> CZQIniDocument::FindValue(std::string_view section,
                                                           std::string_view key) const {
+    if (m_reader) {
+        return m_reader->FindValue(section, key);
+    }
     Section* const found = FindSection(section);
     const Line* const line = found == nullptr ? nullptr : FindEntry(*found, key);
     if (line == nullptr || !line->hasValue) {
@@ -282,9 +278,12 @@ std::string CZQIniDocument::GetNames(const char* section) const {
 }
 
 std::string CZQIniDocument::SectionNames() const {
+    if (m_reader) {
+        return m_reader->SectionNames();
+    }
     std::string names;
     for (const Line* line = &m_front; line != nullptr; line = line->next) {
-        if (line->kind == LineKind::kHeader && !line->Name().empty()) {
+        if (line->kind == EIniLine::kHeader && !line->Name().empty()) {
             names.append(line->Name()).push_back('\0');
         }
     }
@@ -292,10 +291,13 @@ std::string CZQIniDocument::SectionNames() const {
 }
 
 std::string CZQIniDocument::KeyNames(std::string_view section) const {
+    if (m_reader) {
+        return m_reader->KeyNames(section);
+    }
     std::string names;
     const Section* const found = FindSection(section);
     const Line* line = found == nullptr ? nullptr : found->header->next;
-    for (; line != nullptr && line->kind != LineKind::kHeader; line = line->next) {
+    for (; line != nullptr && line->kind != EIniLine::kHeader; line = line->next) {
         if (line->hasValue && !line->Name().empty()) {
             names.append(line->Name()).push_back('\0');
         }
@@ -306,6 +308,9 @@ std::string CZQIniDocument::KeyNames(std::string_view section) const {
 bool CZQIniDocument::SetProfileString(const char* section, const char* key, const char* value) {
     if (section == nullptr) {
         return false;
+    }
+    if (m_reader) {
+        Parse();
     }
     if (key == nullptr) {
         return DeleteSection(TrimIniArgument(section));
@@ -339,11 +344,11 @@ void CZQIniDocument::AddValue(Section& section, std::string_view key, std::strin
     Line& previous = *section.lastEntry;
     Terminate(previous);
     Line& added = InsertAfter(previous, MakeLine({key, "=", value, kLineEnd}));
-    if (added.kind == LineKind::kEntry) {
+    if (added.kind == EIniLine::kEntry) {
         section.lastEntry = &added;
     }
     section.isIndexed = false;
-    if (added.kind == LineKind::kHeader || HasLineBreak(key) || HasLineBreak(value)) {
+    if (added.kind == EIniLine::kHeader || HasLineBreak(key) || HasLineBreak(value)) {
         Reparse();
     }
 }
@@ -373,11 +378,11 @@ bool CZQIniDocument::DeleteSection(std::string_view section) {
     }
     Line* line = found->header;
     do {
-        if (line->kind == LineKind::kHeader || line->kind == LineKind::kEntry) {
+        if (line->kind == EIniLine::kHeader || line->kind == EIniLine::kEntry) {
             line->SetBytes({});
         }
         line = line->next;
-    } while (line != nullptr && line->kind != LineKind::kHeader);
+    } while (line != nullptr && line->kind != EIniLine::kHeader);
     Reparse();
     return true;
 }
@@ -386,9 +391,9 @@ bool CZQIniDocument::DeleteSection(std::string_view section) {
 bool CZQIniDocument::DeleteKey(std::string_view section, std::string_view key) {
     bool isInSection = false;
     for (Line* line = m_front.next; line != nullptr; line = line->next) {
-        if (line->kind == LineKind::kHeader) {
+        if (line->kind == EIniLine::kHeader) {
             isInSection = SIniNameEqual()(line->Name(), section);
-        } else if (isInSection && line->kind == LineKind::kEntry && SIniNameEqual()(line->Name(), key)) {
+        } else if (isInSection && line->kind == EIniLine::kEntry && SIniNameEqual()(line->Name(), key)) {
             line->SetBytes({});
             Reparse();
             return true;
@@ -398,6 +403,9 @@ bool CZQIniDocument::DeleteKey(std::string_view section, std::string_view key) {
 }
 
 std::string CZQIniDocument::Bytes() const {
+    if (m_reader) {
+        return m_content;
+    }
     std::string bytes;
     bytes.reserve(m_content.size() + m_keptBytes);
     for (const Line* line = &m_front; line != nullptr; line = line->next) {
@@ -407,6 +415,9 @@ std::string CZQIniDocument::Bytes() const {
 }
 
 bool CZQIniDocument::HasBytes(std::string_view bytes) const noexcept {
+    if (m_reader) {
+        return m_content == bytes;
+    }
     for (const Line* line = &m_front; line != nullptr; line = line->next) {
         if (!bytes.starts_with(line->Bytes())) {
             return false;
@@ -431,7 +442,7 @@ CZQIniDocument::Line CZQIniDocument::MakeLine(std::initializer_list<std::string_
     const std::string_view text = Keep(parts);
     Line line;
     line.SetBytes(m_isUtf16 ? Keep({ToUtf16Bytes(text)}) : text);
-    Classify(text.substr(0, text.size() - kLineEnd.size()), line);
+    line.SetMeaning(ClassifyIniLine(text.substr(0, text.size() - kLineEnd.size())));
     return line;
 }
 

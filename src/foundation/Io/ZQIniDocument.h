@@ -10,7 +10,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "foundation/Io/ZQIniText.h"
+#include "foundation/Io/ZQIniReader.h"
 
 namespace ZQAPI {
 
@@ -19,9 +19,9 @@ namespace ZQAPI {
 // an edit keeps its bytes, whatever they are.
 //
 // A file that begins with the UTF-16LE mark is UTF-16 text, seen and edited as 8-bit text here; every other
-// file is 8-bit text as it stands. Parsing takes time and memory in proportion to the text; finding a section
-// takes constant time, and a key in it no more than the logarithm of the section's lines, once that section
-// has been passed through. Guarded by its owner.
+// file is 8-bit text as it stands. Until it is edited CZQIniReader reads it, then it is parsed. That takes time and
+// memory in proportion to the text; finding a section takes constant time, and a key in it no more than the logarithm
+// of the section's lines, once that section has been passed through. Guarded by its owner.
 class CZQIniDocument {
 public:
     // The capacity of `content` is a hint at how much the text is going to become.
@@ -51,8 +51,6 @@ public:
     bool HasBytes(std::string_view bytes) const noexcept;
 
 private:
-    enum class LineKind : std::uint8_t { kBlank, kComment, kHeader, kEntry };
-
     // One line, or several in a row that mean nothing. There can be as many as the file has bytes, so it is
     // small. The pointers are into m_content or m_arena.
     struct Line {
@@ -62,13 +60,13 @@ private:
         std::uint32_t size = 0;
         std::uint32_t textSize = 0;
         std::uint32_t nameSize = 0;
-        LineKind kind = LineKind::kBlank;
+        EIniLine kind = EIniLine::kBlank;
         bool hasValue = false;  // there is a '='
         bool isTerminated = true;
 
         std::string_view Bytes() const noexcept { return {begin, size}; }
         void SetBytes(std::string_view bytes) noexcept;
-        void SetText(std::string_view fromNameOn, std::string_view name) noexcept;
+        void SetMeaning(const SIniLine& meaning) noexcept;
         std::string_view Name() const noexcept { return {text, nameSize}; }  // of the section or the key
         std::string_view Value() const noexcept;                             // with its quotes
     };
@@ -90,7 +88,6 @@ private:
 
     using Sections = std::pmr::unordered_map<std::string_view, Section, SIniNameHash, SIniNameEqual>;
 
-    static void Classify(std::string_view text, Line& line);
     Line* FindEntry(Section& section, std::string_view key) const;
     static Line* FindIndexed(Section& section, std::string_view key);
     void MakeIndex(Section& section) const;
@@ -119,7 +116,9 @@ private:
     std::string_view Keep(std::initializer_list<std::string_view> parts);
 
     std::string m_content;
+    std::string m_converted;  // of UTF-16 text, until it is edited
     bool m_isUtf16 = false;
+    mutable std::optional<CZQIniReader> m_reader;  // until it is edited
     // Lines, sections, and the texts that are not in m_content. Looking something up makes indexes, so it is mutable.
     mutable std::pmr::monotonic_buffer_resource m_arena;
     std::size_t m_keptBytes = 0;     // of texts in m_arena

@@ -142,21 +142,19 @@ void CZQIniFile::ReadStringArray(const CZQString& key, CZQStringArray& values, c
     values.Split(ReadFromFile(key, nullptr, false), static_cast<std::uint8_t>(separator), true);
 }
 
-void CZQIniFile::ReadLongStringArray(const CZQString& key, CZQStringArray& values, char separator) {
+std::string CZQIniFile::ReadLongString(const CZQString& key) {
     platform::SystemErrorCode error = 0;
-    const std::string value = m_profile->GetWhole(m_section.c_str(), key.c_str(), error);
+    std::string value = m_profile->GetWhole(m_section.c_str(), key.c_str(), error);
     CheckRead(error);
     CheckFound(value, key);
-    values.Split(WithoutSentinel(value), static_cast<std::uint8_t>(separator), true);
+    return WithoutSentinel(value).empty() ? std::string() : value;
 }
 
-CZQStringArray CZQIniFile::ReadNames(const char* section) {
+std::string CZQIniFile::ReadNames(const char* section) {
     platform::SystemErrorCode error = 0;
-    const std::string names = m_profile->GetNames(section, error);
+    std::string names = m_profile->GetNames(section, error);
     CheckRead(error);
-    CZQStringArray array;
-    array.Split(names, '\0', false);
-    return array;
+    return names;
 }
 
 bool CZQIniFile::KeyExists(const CZQString& key) {

@@ -54,11 +54,12 @@ public:
     void ReadLong(const CZQString& key, std::int32_t& value);
     // Pieces are trimmed of white space.
     void ReadStringArray(const CZQString& key, CZQStringArray& values, char separator);
-    // The same without the limit on the value's length: a device list names any number of devices.
-    void ReadLongStringArray(const CZQString& key, CZQStringArray& values, char separator);
-    // The names that the file has, in its order: of its sections, or of the keys in the section.
-    CZQStringArray ReadSectionNames() { return ReadNames(nullptr); }
-    CZQStringArray ReadKeyNames() { return ReadNames(m_section.c_str()); }
+    // As ReadString without the limit on the value's length: a device list names any number of devices.
+    std::string ReadLongString(const CZQString& key);
+    // The names that the file has, in its order, each ended by a NUL (TakeIniName): of its sections, or of the keys in
+    // the section.
+    std::string ReadSectionNames() { return ReadNames(nullptr); }
+    std::string ReadKeyNames() { return ReadNames(m_section.c_str()); }
     // Present with a value that is not empty (one written as empty through WriteToFile counts).
     bool KeyExists(const CZQString& key);
 
@@ -74,6 +75,9 @@ public:
     // Whether a value written as it is will be read as the same text: it is neither empty nor the beginning
     // of the sentinel, and has no blanks or pair of quotes around it, no line break and no NUL.
     static bool ReadsBack(std::string_view value) noexcept;
+
+    // For texts of errors: "Section=...; Key=...; File=...".
+    CZQString Where(const CZQString& key) const;
 
     // The word that stands for an empty value in the file.
     static constexpr const char* kEmptyValue = "EmpTySTRINg";
@@ -92,8 +96,7 @@ private:
     std::string_view Get(const CZQString& key, Buffer& buffer);
     // ZQ_ERR_INI_KEY_MISSING for an empty one.
     void CheckFound(std::string_view value, const CZQString& key) const;
-    CZQStringArray ReadNames(const char* section);
-    CZQString Where(const CZQString& key) const;
+    std::string ReadNames(const char* section);
     void CheckRead(platform::SystemErrorCode error) const;
 
     CZQString m_fileName;

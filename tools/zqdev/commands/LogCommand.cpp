@@ -3,6 +3,7 @@
 #include "Text.h"
 #include "commands/Commands.h"
 #include "commands/LogReader.h"
+#include "foundation/ZQDebugLine.h"
 #include "tools/platform/Interrupt.h"
 
 namespace ZQAPI::zqdev {
@@ -23,9 +24,7 @@ std::int64_t NowMs() {
 std::string LogText(const std::vector<LogEntry>& entries) {
     std::string text;
     for (const LogEntry& entry : entries) {
-        for (const std::string& line : entry.lines) {
-            text += line + "\n";
-        }
+        text += entry.text;
     }
     return text;
 }
@@ -34,8 +33,8 @@ Json LogJson(const std::vector<LogEntry>& entries) {
     Json json = Json::Array();
     for (const LogEntry& entry : entries) {
         Json lines = Json::Array();
-        for (const std::string& line : entry.lines) {
-            lines.Add(line);
+        for (std::string_view rest = entry.text; !rest.empty();) {
+            lines.Add(std::string(TakeUntil("\n", rest)));
         }
         json.Add(lines);
     }

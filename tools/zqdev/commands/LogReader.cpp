@@ -166,7 +166,7 @@ void TakeEntries(std::string_view content, std::vector<LogEntry>& entries) {
             entries.push_back({*time, {}});
         }
         if (entries.size() > nofBefore) {
-            entries.back().lines.push_back(Printable(line));
+            entries.back().text.append(Printable(line)).push_back('\n');
         }
     }
 }

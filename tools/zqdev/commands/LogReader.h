@@ -13,8 +13,8 @@
 namespace ZQAPI::zqdev {
 
 struct LogEntry {
-    std::int64_t timeMs = 0;         // since 1970-01-01 UTC
-    std::vector<std::string> lines;  // printable
+    std::int64_t timeMs = 0;  // since 1970-01-01 UTC
+    std::string text;         // printable lines, each with its line end
 };
 
 // The moment that the text begins with, "2026-11-22 06:31:05.123 +01:00": of which may be left out the fraction, the

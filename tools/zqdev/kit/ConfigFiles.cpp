@@ -2,7 +2,8 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <vector>
+#include <string_view>
+#include <unordered_set>
 
 #include "Failure.h"
 #include "foundation/Io/ZQConfigFile.h"
@@ -41,16 +42,6 @@ std::string ContentOf(const std::string& file) {
     std::string content;
     platform::SystemErrorCode ignored = 0;
     return platform::ReadWholeFile(file, content, ignored) ? content : std::string();
-}
-
-// Of the sections, or of a section's keys.
-std::vector<std::string> Names(const CZQIniDocument& document, const char* section) {
-    std::vector<std::string> names;
-    const std::string joined = document.GetNames(section);
-    for (std::size_t start = 0; start < joined.size(); start += names.back().size() + 1) {
-        names.emplace_back(joined.c_str() + start);
-    }
-    return names;
 }
 
 }  // namespace
@@ -95,9 +86,12 @@ bool IsDeviceListEmpty(const std::string& file) {
 }
 
 bool IsDeviceList(const std::string& file) {
-    const std::vector<std::string> keys = Names(CZQIniDocument(ContentOf(file)), kListSection);
-    return std::any_of(keys.begin(), keys.end(),
-                       [](const std::string& key) { return SIniNameEqual()(key, kListKey); });
+    const std::string keys = CZQIniDocument(ContentOf(file)).GetNames(kListSection);
+    bool isOne = false;
+    for (std::string_view rest = keys; !rest.empty() && !isOne;) {
+        isOne = SIniNameEqual()(TakeIniName(rest), kListKey);
+    }
+    return isOne;
 }
 
 std::string NoIniTextReason(const std::string& file) {
@@ -112,10 +106,14 @@ std::string NoIniTextReason(const std::string& file) {
         return "it has control characters";
     }
     const CZQIniDocument document(std::move(content));
-    const std::vector<std::string> sections = Names(document, nullptr);
-    const bool hasKey = std::any_of(sections.begin(), sections.end(), [&](const std::string& section) {
-        return !Names(document, section.c_str()).empty();
-    });
+    // One that stands there again is read no second time.
+    std::unordered_set<std::string_view, SIniNameHash, SIniNameEqual> known;
+    const std::string sections = document.GetNames(nullptr);
+    bool hasKey = false;
+    for (std::string_view rest = sections; !rest.empty() && !hasKey;) {
+        const std::string_view section = TakeIniName(rest);
+        hasKey = known.insert(section).second && !document.GetNames(std::string(section).c_str()).empty();
+    }
     return hasKey ? "" : "no section has a key";
 }
 

@@ -49,20 +49,19 @@ bool IsSameName(std::string_view left, std::string_view right) {
     return SIniNameEqual()(left, right);
 }
 
-// So many keys, or sections, that nothing reads are told: a file may be full of them.
-constexpr std::size_t kMaxUnknown = 100;
+// Keys in a section, or sections, beyond these are only counted: a file can have millions.
+constexpr std::size_t kMostUnknown = 64;
 
 // Keys in the section that no row has: misspelt ones, as a rule.
 void AddUnknown(CZQIniFile& ini, const SSettingSection& known, ScanSection& section) {
-    for (const CZQString& key : ini.ReadKeyNames()) {
+    std::size_t nofUnknown = 0;
+    const std::string names = ini.ReadKeyNames();
+    for (std::string_view rest = names; !rest.empty();) {
+        const CZQString key = TakeIniName(rest);
         const bool isKnown = std::any_of(known.rows.begin(), known.rows.end(), [&](const SSettingRow& row) {
             return IsSameName(row.key, key.view());
         });
-        if (!isKnown && section.settings.size() > known.rows.size() + kMaxUnknown) {
-            section.warning = "it has more keys that nothing reads";
-            return;
-        }
-        if (!isKnown) {
+        if (!isKnown && ++nofUnknown <= kMostUnknown) {
             const CZQString none;
             section.settings.push_back({AnyToUtf8(key.view()),
                                         AnyToUtf8(ini.ReadFromFile(key, &none, true).view()),
@@ -71,6 +70,9 @@ void AddUnknown(CZQIniFile& ini, const SSettingSection& known, ScanSection& sect
                                         {},
                                         std::nullopt});
         }
+    }
+    if (nofUnknown > kMostUnknown) {
+        section.warning = "nothing reads " + std::to_string(nofUnknown - kMostUnknown) + " more of its keys";
     }
 }
 
@@ -176,7 +178,7 @@ std::string Keys(const std::vector<SettingPlace>& places) {
 
 ScanSettings ReadScanSettings(const std::string& file) {
     CZQIniFile ini(file);
-    const CZQIniBatch snapshot(ini);  // read once
+    const CZQIniBatch whole(ini);
     ScanSettings sections;
     const auto known = AllSections();
     for (const SSettingSection& section : known) {
@@ -188,16 +190,20 @@ ScanSettings ReadScanSettings(const std::string& file) {
         AddUnknown(ini, section, read);
         sections.push_back(std::move(read));
     }
-    for (const CZQString& name : ini.ReadSectionNames()) {
+    std::size_t nofUnknown = 0;
+    const std::string names = ini.ReadSectionNames();
+    for (std::string_view rest = names; !rest.empty();) {
+        const CZQString name = TakeIniName(rest);
         const bool isKnown = std::any_of(known.begin(), known.end(), [&](const SSettingSection& section) {
             return IsSameName(section.name.view(), name.view());
         });
-        if (sections.size() > known.size() + kMaxUnknown) {
-            break;
-        }
-        if (IsScannerSection(name.view()) && !isKnown) {
+        if (IsScannerSection(name.view()) && !isKnown && ++nofUnknown <= kMostUnknown) {
             sections.push_back({AnyToUtf8(name.view()), "no scanner reads this section", {}});
         }
+    }
+    if (nofUnknown > kMostUnknown) {
+        sections.push_back(
+            {"...", "no scanner reads " + std::to_string(nofUnknown - kMostUnknown) + " more sections", {}});
     }
     return sections;
 }
