@@ -172,7 +172,7 @@ TEST_F(Zqdev, FilesMadeToCostMemoryDoNot) {
     }
 }
 
-TEST_F(Zqdev, OfKeysThatNothingReadsTheFirstAreNamed) {
+TEST_F(Zqdev, OfKeysThatNothingReadsTheFirstAreNamedWhateverTextsAreWrong) {
     const std::string file = m_kit.File("AppData/config/ZQAPI.ini");
     std::string content = ContentOf(file);
     std::string keys;
@@ -184,8 +184,13 @@ TEST_F(Zqdev, OfKeysThatNothingReadsTheFirstAreNamed) {
     content.insert(content.find("IPPort="), keys);
     content.insert(content.find("[DeviceScanner]"), sections);
     WriteSealed(file, content.substr(0, content.rfind("\r\n<#CRC")));
+    platform::SystemErrorCode error = 0;
+    ASSERT_TRUE(platform::SetEnvironmentText("ZQSDK_Logger_Level", "\xFF\xFE", error));  // no UTF-8
     const auto warnings = RunJson({"config", "show"})["warnings"];
-    EXPECT_EQ(warnings.size(), 2 * (64 + 1));
+    ASSERT_TRUE(platform::SetEnvironmentText("ZQSDK_Logger_Level", "", error));
+    EXPECT_EQ(warnings.size(), 2 * (64 + 1) + 1);
+    EXPECT_THAT(warnings.dump(),
+                testing::HasSubstr("ZQSDK_Logger_Level in the environment is ignored: '\u00FF"));
     EXPECT_THAT(warnings.dump(), testing::HasSubstr("nothing reads 36 more of its keys"));
     EXPECT_THAT(warnings.dump(), testing::HasSubstr("no scanner reads 36 more sections"));
 }

@@ -2,6 +2,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "Records.h"
+
 namespace ZQAPI::zqdev {
 
 Json::Json(Value&& value) : m_value(std::make_shared<Value>(std::move(value))) {}
@@ -12,7 +14,7 @@ Json::Json(bool value) : Json(Value(value)) {}
 
 Json::Json(const char* text) : Json(Value(text)) {}
 
-Json::Json(const std::string& text) : Json(Value(text)) {}
+Json::Json(const std::string& text) : Json(Value(AnyToUtf8(text))) {}
 
 Json::Json(Integer number) : Json(Value(number.value)) {}
 
@@ -42,7 +44,7 @@ void Json::Add(const Json& element) {
 }
 
 void Json::Set(const std::string& name, const Json& value) {
-    Own()[name] = *value.m_value;
+    Own()[AnyToUtf8(name)] = *value.m_value;
 }
 
 bool Json::IsEmpty() const {

@@ -66,7 +66,7 @@ std::string AnyToUtf8(std::string_view text) {
 }
 
 Json ToJson(std::string_view text) {
-    return AnyToUtf8(text);
+    return std::string(text);
 }
 
 Json ToJson(const ZQDEVICEINFO& device) {

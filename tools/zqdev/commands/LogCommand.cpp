@@ -84,9 +84,13 @@ ExitStatus Log(Session& session, const LogOptions& options) {
         Follow(session, reader);
         return ExitStatus::kDone;
     }
-    session.Show(LogJson(entries), !entries.empty() ? LogText(entries)
-                                   : isEmpty        ? "Nothing was logged yet in " + Printable(folder) + ".\n"
-                                                    : "Nothing was logged since then.\n");
+    if (session.GetOptions().json) {  // which takes many times the memory of a text
+        session.Show(LogJson(entries), {});
+    } else {
+        session.ShowText(!entries.empty() ? LogText(entries)
+                         : isEmpty        ? "Nothing was logged yet in " + Printable(folder) + ".\n"
+                                          : "Nothing was logged since then.\n");
+    }
     return entries.empty() ? ExitStatus::kNothingFound : ExitStatus::kDone;
 }
 
