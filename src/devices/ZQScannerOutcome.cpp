@@ -1,6 +1,7 @@
 #include "devices/ZQScannerOutcome.h"
 
 #include <cinttypes>
+#include <limits>
 
 #include "foundation/ZQDebugLine.h"
 #include "foundation/ZQSystem.h"
@@ -35,8 +36,8 @@ std::optional<SScannerOutcome> ParseScannerOutcome(std::string_view line) {
     outcome.scanner = TakeUntil(kBehindName, *rest);
     const auto nofFound = ParseCount(TakeUntil(kFound, *rest));
     const auto elapsedMs = ParseCount(TakeUntil(kTime, *rest));
-    if (outcome.scanner.IsEmpty() || !nofFound || !elapsedMs || rest->starts_with(kBehindTime) != isFailed ||
-        (!isFailed && !rest->empty())) {
+    if (outcome.scanner.IsEmpty() || !nofFound || *nofFound > std::numeric_limits<std::uint32_t>::max() ||
+        !elapsedMs || rest->starts_with(kBehindTime) != isFailed || (!isFailed && !rest->empty())) {
         return std::nullopt;
     }
     outcome.nofFound = static_cast<std::uint32_t>(*nofFound);

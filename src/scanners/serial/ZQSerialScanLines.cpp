@@ -1,5 +1,7 @@
 #include "scanners/serial/ZQSerialScanLines.h"
 
+#include <limits>
+
 #include "foundation/ZQDebugLine.h"
 
 namespace ZQAPI {
@@ -26,7 +28,7 @@ std::optional<SSilentLine> ParseSilentLine(std::string_view line) {
     silent.scanner = TakeUntil(kNoCamera, *rest);
     silent.line = TakeUntil(kNumber, *rest);
     const auto number = ParseCount(TakeUntil(kEnd, *rest));
-    if (!number || *number == 0 || !rest->empty()) {
+    if (!number || *number == 0 || *number > std::numeric_limits<std::int32_t>::max() || !rest->empty()) {
         return std::nullopt;
     }
     silent.errorNumber = -static_cast<std::int32_t>(*number);

@@ -286,7 +286,7 @@ std::vector<DroppingChain> ChainsThatDropAnswers(std::string_view rules, std::ui
             chain = Chain(table + " " + words[1]);
         } else if (words[0] == "}" && words.size() == 1) {
             end();
-        } else if (words[0] == "type" && Has(words, "hook")) {
+        } else if (words[0] == "type" && Has(words, "hook") && !chain.Name().empty()) {
             const bool isInput = Has(words, "input") && !table.starts_with("ip6 ") && Has(words, "filter");
             if (isInput) {
                 chain.SetEntrance();
