@@ -113,12 +113,24 @@ TEST(UdpCameras, AreBoundedWhateverComesIn) {
     const auto lines = DebugLinesOf([&] {
         for (std::size_t i = 0; i < 2 * CZQUdpCameras::kMaxCameras; ++i) {
             const bool fits = i < CZQUdpCameras::kMaxCameras;
-            EXPECT_EQ(cameras.Add(0, {CZQString::Formatted("%012zu", i), "10.0.0.1", ""}),
+            EXPECT_EQ(cameras.Add(0, {CZQString::Formatted("%012zu", i), "10.0.0.1", "10.0.0.5/24"}),
                       fits ? EHeard::kFirst : EHeard::kTooMany);
         }
     });
     EXPECT_EQ(lines, std::vector<std::string>{"ZQSDK: !! 4096 cameras heard, further ones are left out"});
     EXPECT_EQ(cameras.Take().size(), CZQUdpCameras::kMaxCameras);
+
+    // Where no card tells them apart, whoever has the address would be sent the commands for all of them.
+    CZQUdpCameras alone;
+    const auto told = DebugLinesOf([&] {
+        for (std::size_t i = 0; i < 100; ++i) {
+            alone.Add(0, {CZQString::Formatted("%012zu", i), "10.0.0.1", ""});
+        }
+        alone.Add(0, {"00A0B1000001", "10.0.0.2", ""});
+    });
+    EXPECT_EQ(told,
+              std::vector<std::string>{"ZQSDK: !! 16 cameras heard at 10.0.0.1, further ones are left out"});
+    EXPECT_EQ(alone.Take().size(), 17U);
 }
 
 TEST(AddressConflict, IsReadFromItsOwnLineAlone) {

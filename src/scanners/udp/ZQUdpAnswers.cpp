@@ -67,14 +67,30 @@ SUdpAnswer ReadUdpAnswer(const SUdpDatagram& datagram) {
     return {std::move(camera)};
 }
 
+bool CZQUdpCameras::HasRoomFor(const SUdpDeviceConnInfo& camera) {
+    if (m_heard.size() == kMaxCameras) {
+        if (!std::exchange(m_isFull, true)) {
+            DebugOutput("ZQSDK: !! %zu cameras heard, further ones are left out", kMaxCameras);
+        }
+        return false;
+    }
+    if (!camera.localAddress.IsEmpty()) {
+        return true;
+    }
+    std::size_t& count = m_nofAlone[camera.ipAddress.str()];
+    count = std::min(count + 1, kMaxOfAnAddress + 2);
+    if (count == kMaxOfAnAddress + 1) {
+        DebugOutput("ZQSDK: !! %zu cameras heard at %s, further ones are left out", kMaxOfAnAddress,
+                    camera.ipAddress.c_str());
+    }
+    return count <= kMaxOfAnAddress;
+}
+
 CZQUdpCameras::EHeard CZQUdpCameras::Add(std::size_t card, SUdpDeviceConnInfo camera) {
     const std::lock_guard lock(m_mutex);
     const auto found = m_heard.find(camera.hardwareAddress.view());
     if (found == m_heard.end()) {
-        if (m_heard.size() == kMaxCameras) {
-            if (!std::exchange(m_isFull, true)) {
-                DebugOutput("ZQSDK: !! %zu cameras heard, further ones are left out", kMaxCameras);
-            }
+        if (!HasRoomFor(camera)) {
             return EHeard::kTooMany;
         }
         std::string key = camera.hardwareAddress.str();

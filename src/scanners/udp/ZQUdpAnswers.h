@@ -55,6 +55,9 @@ class CZQUdpCameras {
 public:
     // More are left out, which is told once.
     static constexpr std::size_t kMaxCameras = 4096;
+    // So many of those have one IP address, where commands go to that address alone: whoever it belongs to may be no
+    // camera at all, and be sent all these commands.
+    static constexpr std::size_t kMaxOfAnAddress = 16;
 
     enum class EHeard { kFirst, kOnEarlierCard, kAgain, kTooMany };
 
@@ -66,6 +69,8 @@ public:
     std::vector<SUdpDeviceConnInfo> Take();
 
 private:
+    bool HasRoomFor(const SUdpDeviceConnInfo& camera);
+
     struct Heard {
         std::size_t card = 0;
         std::uint64_t order = 0;
@@ -73,7 +78,8 @@ private:
     };
 
     std::mutex m_mutex;
-    std::map<std::string, Heard, std::less<>> m_heard;  // by hardware address
+    std::map<std::string, Heard, std::less<>> m_heard;           // by hardware address
+    std::map<std::string, std::size_t, std::less<>> m_nofAlone;  // by IP address
     std::uint64_t m_lastOrder = 0;
     bool m_isFull = false;
 };
