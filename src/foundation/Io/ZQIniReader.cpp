@@ -44,27 +44,34 @@ bool CZQIniReader::HasName(std::size_t place, std::string_view name) const {
     return SIniNameEqual()(LineAt(place).name, name);
 }
 
-// walk(add) calls add(place, name) for each line; twice, for growing would take more memory than all the rest.
+// walk(add) calls add(place) for each line; twice, for growing would take more memory than all the rest.
 template <class Walk>
-CZQIniReader::Index CZQIniReader::MakeIndex(Walk&& walk) {
+CZQIniReader::Index CZQIniReader::MakeIndex(Walk&& walk) const {
     std::size_t count = 0;
-    walk([&count](std::size_t, std::string_view) { ++count; });
+    walk([&count](std::size_t) { ++count; });
     Index index;
     index.reserve(count);
-    walk([&index](std::size_t place, std::string_view name) { index.push_back(HashPart(name) | place); });
+    walk([&](std::size_t place) { index.push_back(HashPart(LineAt(place).name) | place); });
     std::sort(index.begin(), index.end());
     return index;
 }
 
+// add(place) for each; most lines are none, and are not looked at one by one.
+template <class Add>
+void CZQIniReader::ForEachHeader(Add&& add) const {
+    for (std::size_t at = m_text.find('['); at != std::string_view::npos; at = m_text.find('[', at + 1)) {
+        std::size_t begin = at;
+        while (begin > 0 && IsIniBlank(m_text[begin - 1])) {
+            --begin;
+        }
+        if (begin == 0 || m_text[begin - 1] == '\n' || m_text[begin - 1] == '\r') {
+            add(begin);
+        }
+    }
+}
+
 CZQIniReader::CZQIniReader(std::string_view text) : m_text(text) {
-    m_sections = MakeIndex([this](const auto& add) {
-        ForEachLine(0, [&add](std::size_t place, const SIniLine& line) {
-            if (line.kind == EIniLine::kHeader) {
-                add(place, line.name);
-            }
-            return true;
-        });
-    });
+    m_sections = MakeIndex([this](const auto& add) { ForEachHeader(add); });
     for (std::size_t i = 1; i < m_sections.size() && m_areSectionsUnique; ++i) {
         m_areSectionsUnique =
             m_sections[i] >> kHashPlace != m_sections[i - 1] >> kHashPlace ||
@@ -84,64 +91,81 @@ std::optional<std::size_t> CZQIniReader::FindIn(const Index& index, std::string_
     return std::nullopt;
 }
 
-std::optional<std::size_t> CZQIniReader::FindSection(std::string_view name) {
-    if (m_recent && HasName(*m_recent, name)) {
-        return m_recent;
+// Whether it is there, and the recent one from now on.
+bool CZQIniReader::FindSection(std::string_view name) {
+    if (m_recent && SIniNameEqual()(m_recent->name, name)) {
+        return true;
     }
-    const auto next = m_recent && m_areSectionsUnique ? FindNextSection(name) : std::nullopt;
-    return m_recent = next ? next : FindIn(m_sections, name);
+    auto found = FindNextSection(name);
+    if (!found) {
+        found = FindIn(m_sections, name);
+    }
+    if (found) {
+        Enter(*found);
+    }
+    return found.has_value();
 }
 
 // Whoever reads a file from its beginning to its end finds it there.
 std::optional<std::size_t> CZQIniReader::FindNextSection(std::string_view name) const {
-    std::optional<std::size_t> found;
+    const bool mayBeNext =
+        m_recent && m_recent->isShort && m_recent->end < m_text.size() && m_areSectionsUnique;
+    return mayBeNext && HasName(m_recent->end, name) ? std::optional(m_recent->end) : std::nullopt;
+}
+
+void CZQIniReader::Enter(std::size_t header) {
+    if (!m_recent) {
+        m_recent.emplace();
+    }
+    Recent& recent = *m_recent;
+    recent.header = header;
+    recent.isShort = true;
+    recent.entries.clear();
+    recent.end = m_text.size();
     int passed = 0;
-    ForEachLine(*m_recent, [&](std::size_t place, const SIniLine& line) {
-        if (line.kind == EIniLine::kHeader && place != *m_recent) {
-            found = SIniNameEqual()(line.name, name) ? std::optional(place) : std::nullopt;
+    ForEachLine(header, [&](std::size_t place, const SIniLine& line) {
+        if (place == header) {
+            recent.name = line.name;
+        } else if (line.kind == EIniLine::kHeader) {
+            recent.end = place;
             return false;
+        } else if (line.kind == EIniLine::kEntry) {
+            recent.entries.push_back(line);
         }
-        return ++passed <= kMostLinesWithoutIndex;
+        recent.isShort = ++passed <= kMostLinesWithoutIndex;
+        return recent.isShort;
     });
-    return found;
 }
 
 CZQIniReader::Index CZQIniReader::MakeIndexOfEntries(std::size_t header) const {
     return MakeIndex([&](const auto& add) {
         ForEachLine(header, [&](std::size_t place, const SIniLine& line) {
             if (line.kind == EIniLine::kEntry) {
-                add(place, line.name);
+                add(place);
             }
             return line.kind != EIniLine::kHeader || place == header;
         });
     });
 }
 
-std::optional<SIniLine> CZQIniReader::FindEntry(std::size_t header, std::string_view key) {
-    std::optional<SIniLine> found;
-    bool isLong = m_entries.contains(header);
-    int passed = 0;
-    ForEachLine(header, [&](std::size_t place, const SIniLine& line) {
-        if (line.kind == EIniLine::kEntry && SIniNameEqual()(line.name, key)) {
-            found = line;
-        }
-        isLong = isLong || ++passed > kMostLinesWithoutIndex;
-        return !found && !isLong && (line.kind != EIniLine::kHeader || place == header);
-    });
-    if (found || !isLong) {
-        return found;
+// In the recent section.
+std::optional<SIniLine> CZQIniReader::FindEntry(std::string_view key) {
+    const auto& entries = m_recent->entries;
+    const auto found = std::find_if(entries.begin(), entries.end(),
+                                    [&](const SIniLine& line) { return SIniNameEqual()(line.name, key); });
+    if (found != entries.end() || m_recent->isShort) {
+        return found != entries.end() ? std::optional(*found) : std::nullopt;
     }
-    auto index = m_entries.find(header);
+    auto index = m_entries.find(m_recent->header);
     if (index == m_entries.end()) {
-        index = m_entries.emplace(header, MakeIndexOfEntries(header)).first;
+        index = m_entries.emplace(m_recent->header, MakeIndexOfEntries(m_recent->header)).first;
     }
     const auto place = FindIn(index->second, key);
     return place ? std::optional(LineAt(*place)) : std::nullopt;
 }
 
 std::optional<std::string_view> CZQIniReader::FindValue(std::string_view section, std::string_view key) {
-    const auto header = FindSection(section);
-    const auto line = header ? FindEntry(*header, key) : std::nullopt;
+    const auto line = FindSection(section) ? FindEntry(key) : std::nullopt;
     return line && line->hasValue ? std::optional(line->Value()) : std::nullopt;
 }
 
@@ -158,12 +182,13 @@ std::string CZQIniReader::SectionNames() const {
 
 std::string CZQIniReader::KeyNames(std::string_view section) {
     std::string names;
-    if (const auto header = FindSection(section)) {
-        ForEachLine(*header, [&](std::size_t place, const SIniLine& line) {
+    if (FindSection(section)) {
+        const std::size_t header = m_recent->header;
+        ForEachLine(header, [&](std::size_t place, const SIniLine& line) {
             if (line.hasValue && !line.name.empty()) {
                 names.append(line.name).push_back('\0');
             }
-            return line.kind != EIniLine::kHeader || place == *header;
+            return line.kind != EIniLine::kHeader || place == header;
         });
     }
     return names;

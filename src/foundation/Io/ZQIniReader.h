@@ -13,8 +13,9 @@
 namespace ZQAPI {
 
 // Finds values in 8-bit INI text as it stands, by the rules that CZQIniDocument is read by. Nothing is kept of a line but
-// eight bytes: of each section's header, and of the entries of a long section that is looked through. So whatever a file
-// holds costs no more than a few times its size. Guarded by its owner.
+// eight bytes: of each section's header, and of the entries of a long section that is looked through. A short one's entries
+// are kept while it is the recent one. So whatever a file holds costs no more than a few times its size. Guarded by its
+// owner.
 class CZQIniReader {
 public:
     // The text, of less than 4 GiB, outlives it.
@@ -36,20 +37,32 @@ private:
     SIniLine LineAt(std::size_t place) const;
     bool HasName(std::size_t place, std::string_view name) const;
 
+    template <class Add>
+    void ForEachHeader(Add&& add) const;
     template <class Walk>
-    static Index MakeIndex(Walk&& walk);
+    Index MakeIndex(Walk&& walk) const;
     std::optional<std::size_t> FindIn(const Index& index, std::string_view name) const;
     Index MakeIndexOfEntries(std::size_t header) const;
 
-    std::optional<std::size_t> FindSection(std::string_view name);
+    // The section that was looked for last.
+    struct Recent {
+        std::size_t header = 0;
+        std::string_view name;
+        bool isShort = false;
+        std::vector<SIniLine> entries;  // if it is
+        std::size_t end = 0;            // the same: of the section
+    };
+
+    bool FindSection(std::string_view name);
     std::optional<std::size_t> FindNextSection(std::string_view name) const;
-    std::optional<SIniLine> FindEntry(std::size_t header, std::string_view key);
+    void Enter(std::size_t header);
+    std::optional<SIniLine> FindEntry(std::string_view key);
 
     const std::string_view m_text;
     Index m_sections;
     bool m_areSectionsUnique = true;
     std::map<std::size_t, Index> m_entries;  // of long sections, by their headers' places
-    std::optional<std::size_t> m_recent;     // header of the section that was looked for last
+    std::optional<Recent> m_recent;
 };
 
 }  // namespace ZQAPI

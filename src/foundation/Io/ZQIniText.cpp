@@ -13,11 +13,6 @@ namespace ZQAPI {
 
 namespace {
 
-// 1A is the end-of-file mark of old editors.
-constexpr bool IsBlank(char c) {
-    return c == ' ' || c == '\t' || c == '\v' || c == '\f' || c == '\x1A';
-}
-
 template <class Predicate>
 std::string_view Trim(std::string_view text, Predicate isDropped) {
     while (!text.empty() && isDropped(text.front())) {
@@ -109,7 +104,7 @@ bool SIniNameEqual::EqualsNoCase(std::string_view left, std::string_view right) 
 }
 
 std::string_view TrimIniBlanks(std::string_view text) {
-    return Trim(text, IsBlank);
+    return Trim(text, IsIniBlank);
 }
 
 std::string_view TrimIniPart(std::string_view text) {

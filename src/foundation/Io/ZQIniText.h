@@ -22,6 +22,11 @@ private:
     static bool EqualsNoCase(std::string_view left, std::string_view right);
 };
 
+// 1A is the end-of-file mark of old editors.
+constexpr bool IsIniBlank(char c) {
+    return c == ' ' || c == '\t' || c == '\v' || c == '\f' || c == '\x1A';
+}
+
 // Without the blanks at both ends of a line, name or value in a file.
 std::string_view TrimIniBlanks(std::string_view text);
 // The same, after cutting the text at its first NUL.
