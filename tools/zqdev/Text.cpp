@@ -19,7 +19,7 @@ constexpr const char* kBeneath = "    ";
 constexpr std::string_view kMeantInDoubleQuotes[] = {
     "\"", "%", "!", "$", "`", "\xE2\x80\x9C", "\xE2\x80\x9D", "\xE2\x80\x9E"};
 
-std::string InDoubleQuotes(std::string text) {
+std::string InDoubleQuotes(const std::string& text) {
     const std::size_t end = text.find_last_not_of('\\') + 1;
     // Whoever takes the quotes off takes "\"" for one of the text's own.
     return '"' + text + text.substr(end) + '"';

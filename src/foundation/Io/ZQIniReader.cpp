@@ -117,7 +117,7 @@ void CZQIniReader::Enter(std::size_t header) {
     if (!m_recent) {
         m_recent.emplace();
     }
-    Recent& recent = *m_recent;
+    SIniSection& recent = *m_recent;
     recent.header = header;
     recent.isShort = true;
     recent.entries.clear();

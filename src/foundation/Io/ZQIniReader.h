@@ -12,6 +12,15 @@
 
 namespace ZQAPI {
 
+// One section of a text.
+struct SIniSection {
+    std::size_t header = 0;  // place of that line
+    std::string_view name;
+    bool isShort = false;
+    std::vector<SIniLine> entries;  // if it is
+    std::size_t end = 0;            // the same: of the section
+};
+
 // Finds values in 8-bit INI text as it stands, by the rules that CZQIniDocument is read by. Nothing is kept of a line but
 // eight bytes: of each section's header, and of the entries of a long section that is looked through. A short one's entries
 // are kept while it is the recent one. So whatever a file holds costs no more than a few times its size. Guarded by its
@@ -44,15 +53,6 @@ private:
     std::optional<std::size_t> FindIn(const Index& index, std::string_view name) const;
     Index MakeIndexOfEntries(std::size_t header) const;
 
-    // The section that was looked for last.
-    struct Recent {
-        std::size_t header = 0;
-        std::string_view name;
-        bool isShort = false;
-        std::vector<SIniLine> entries;  // if it is
-        std::size_t end = 0;            // the same: of the section
-    };
-
     bool FindSection(std::string_view name);
     std::optional<std::size_t> FindNextSection(std::string_view name) const;
     void Enter(std::size_t header);
@@ -62,7 +62,7 @@ private:
     Index m_sections;
     bool m_areSectionsUnique = true;
     std::map<std::size_t, Index> m_entries;  // of long sections, by their headers' places
-    std::optional<Recent> m_recent;
+    std::optional<SIniSection> m_recent;     // the one that was looked for last
 };
 
 }  // namespace ZQAPI
