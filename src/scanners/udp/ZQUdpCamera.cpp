@@ -101,6 +101,7 @@ CZQUdpCamera::CZQUdpCamera(SUdpDeviceConnInfo answer, std::shared_ptr<CZQUdpKitF
     : m_answer(std::move(answer)),
       m_kitFiles(std::move(kitFiles)),
       m_neighbours(std::move(neighbours)),
+      m_isAdmitted(m_neighbours->Admit()),
       m_onIdentified(std::move(onIdentified)) {}
 
 CZQUdpCamera::EEnd CZQUdpCamera::Ask() noexcept {
@@ -153,7 +154,8 @@ CZQUdpCamera::EEnd CZQUdpCamera::Identify(CZQTextCommandCamera& camera) {
 }
 
 void CZQUdpCamera::ReadDevice(CZQTextCommandCamera& camera, CZQDeviceInfo& device) {
-    camera.Open(m_kitFiles->CommandModule(), CommandAddress(m_answer, m_neighbours->MaySpeakAlone()));
+    camera.Open(m_kitFiles->CommandModule(),
+                CommandAddress(m_answer, m_isAdmitted && !m_neighbours->AreMostlySilent()));
     camera.ReadRecord(device, m_answer.ipAddress,
                       [&] { m_kitFiles->ChooseImagePath(device, m_answer.ipAddress); });
     SetFinder(device, kUdpNames, device.GetDeviceID());

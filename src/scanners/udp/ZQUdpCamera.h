@@ -42,17 +42,22 @@ private:
     std::map<std::string, unsigned> m_nofFailedReads;  // the same
 };
 
-// Of one search: whether its cameras may be spoken to alone. Each that is and stays silent keeps an entry of the table of
-// neighbours, which all programs of the machine share and made-up cameras would fill: 1,024 on Linux where nobody has
-// changed that, 256 on Windows. Once that many were silent, further ones are asked by broadcast. Thread-safe.
+// Of one search: whether its cameras may be spoken to alone. Each that is takes an entry of the table of neighbours, which
+// all programs of the machine share and made-up cameras would fill: 1,024 on Linux where nobody has changed that, 256 on
+// Windows. So these are only the first ones, and no further ones once so many have been silent; the others are asked by
+// broadcast. Thread-safe.
 class CZQUdpNeighbours {
 public:
+    static constexpr std::size_t kMaxAlone = 256;
     static constexpr std::size_t kMaxSilent = 64;
 
-    bool MaySpeakAlone() const noexcept { return m_nofSilent < kMaxSilent; }
+    // Once for each camera.
+    bool Admit() noexcept { return m_nofAdmitted++ < kMaxAlone; }
     void CountSilent() noexcept { ++m_nofSilent; }
+    bool AreMostlySilent() const noexcept { return m_nofSilent >= kMaxSilent; }
 
 private:
+    std::atomic<std::size_t> m_nofAdmitted{0};
     std::atomic<std::size_t> m_nofSilent{0};
 };
 
@@ -91,6 +96,7 @@ private:
     const SUdpDeviceConnInfo m_answer;
     const std::shared_ptr<CZQUdpKitFiles> m_kitFiles;
     const std::shared_ptr<CZQUdpNeighbours> m_neighbours;
+    const bool m_isAdmitted;  // may be spoken to alone
     const IdentifiedCallback m_onIdentified;
 
     mutable std::mutex m_mutex;  // for what follows
