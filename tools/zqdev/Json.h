@@ -12,7 +12,8 @@
 
 namespace ZQAPI::zqdev {
 
-// A JSON value to be printed, whatever bytes its texts have (AnyToUtf8); members of an object stay in the order in which they are added.
+// A JSON value to be printed, whatever bytes its texts have (AnyToUtf8); members of an object stay in the order in which
+// they are added.
 class Json {
 public:
     Json(std::nullptr_t = nullptr);
